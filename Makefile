@@ -1,0 +1,37 @@
+# The daily commands. Each installs what it needs first (tools/setup is instant when all is there).
+#   make build    build/bin/gcad with the module and the libraries beside it
+#   make run      the main job on the drawing and the program in examples/
+#   make test     everything CI runs: all tests, sanitizers, the Windows build, a brief fuzz run, format
+#   make windows  the same product for Windows in build-windows/bin
+#   make check    format, names and lint
+#   make bench    the benchmarks, by hand
+#   make clean    removes every build tree
+.PHONY: build run test windows check bench clean
+.DEFAULT_GOAL := build
+
+build:
+	@tools/setup build tests
+	@tools/build release
+
+run: build
+	@tools/setup picture
+	@tools/run-example
+
+test:
+	@tools/setup build tests windows fuzz check
+	@tools/test
+
+windows:
+	@tools/setup build tests windows
+	@tools/build windows
+
+check:
+	@tools/setup build tests check
+	@tools/check
+
+bench:
+	@tools/setup build tests bench
+	@tools/bench
+
+clean:
+	rm -rf build build-debug build-windows build-fuzz build-tidy build-bench out
