@@ -20,42 +20,35 @@ struct KindRange {
 
 // Group codes of the drawing format and of LISP values, by range.
 constexpr KindRange kRanges[] = {
-    {-6, -5, GcRbKind::Name},      {-4, -4, GcRbKind::String},    {-3, -3, GcRbKind::Nothing},
-    {-2, -1, GcRbKind::Name},      {0, 4, GcRbKind::String},      {5, 5, GcRbKind::String},
-    {6, 9, GcRbKind::String},      {10, 17, GcRbKind::Point},     {18, 37, GcRbKind::Real},
-    {38, 59, GcRbKind::Real},      {60, 79, GcRbKind::Short},     {90, 99, GcRbKind::Long},
-    {100, 102, GcRbKind::String},  {105, 105, GcRbKind::String},  {110, 119, GcRbKind::Point},
-    {120, 149, GcRbKind::Real},    {160, 169, GcRbKind::Int64},   {170, 179, GcRbKind::Short},
-    {210, 219, GcRbKind::Point},   {220, 239, GcRbKind::Real},    {270, 299, GcRbKind::Short},
-    {300, 309, GcRbKind::String},  {310, 319, GcRbKind::Binary},  {320, 329, GcRbKind::String},
-    {330, 369, GcRbKind::Name},    {370, 389, GcRbKind::Short},   {390, 399, GcRbKind::Name},
-    {400, 409, GcRbKind::Short},   {410, 419, GcRbKind::String},  {420, 429, GcRbKind::Long},
-    {430, 439, GcRbKind::String},  {440, 459, GcRbKind::Long},    {460, 469, GcRbKind::Real},
-    {470, 479, GcRbKind::String},  {480, 481, GcRbKind::Name},    {999, 1003, GcRbKind::String},
-    {1004, 1004, GcRbKind::Binary},{1005, 1005, GcRbKind::String},{1010, 1013, GcRbKind::Point},
-    {1014, 1042, GcRbKind::Real},  {1070, 1070, GcRbKind::Short}, {1071, 1071, GcRbKind::Long},
+    {-6, -5, GcRbKind::Name},       {-4, -4, GcRbKind::String},     {-3, -3, GcRbKind::Nothing},
+    {-2, -1, GcRbKind::Name},       {0, 4, GcRbKind::String},       {5, 5, GcRbKind::String},
+    {6, 9, GcRbKind::String},       {10, 17, GcRbKind::Point},      {18, 37, GcRbKind::Real},
+    {38, 59, GcRbKind::Real},       {60, 79, GcRbKind::Short},      {90, 99, GcRbKind::Long},
+    {100, 102, GcRbKind::String},   {105, 105, GcRbKind::String},   {110, 119, GcRbKind::Point},
+    {120, 149, GcRbKind::Real},     {160, 169, GcRbKind::Int64},    {170, 179, GcRbKind::Short},
+    {210, 219, GcRbKind::Point},    {220, 239, GcRbKind::Real},     {270, 299, GcRbKind::Short},
+    {300, 309, GcRbKind::String},   {310, 319, GcRbKind::Binary},   {320, 329, GcRbKind::String},
+    {330, 369, GcRbKind::Name},     {370, 389, GcRbKind::Short},    {390, 399, GcRbKind::Name},
+    {400, 409, GcRbKind::Short},    {410, 419, GcRbKind::String},   {420, 429, GcRbKind::Long},
+    {430, 439, GcRbKind::String},   {440, 459, GcRbKind::Long},     {460, 469, GcRbKind::Real},
+    {470, 479, GcRbKind::String},   {480, 481, GcRbKind::Name},     {999, 1003, GcRbKind::String},
+    {1004, 1004, GcRbKind::Binary}, {1005, 1005, GcRbKind::String}, {1010, 1013, GcRbKind::Point},
+    {1014, 1042, GcRbKind::Real},   {1070, 1070, GcRbKind::Short},  {1071, 1071, GcRbKind::Long},
 };
 
 GcRbKind kindOfValue(int type) {
   switch (type) {
     case RTREAL:
     case RTANG:
-    case RTORINT:
-      return GcRbKind::Real;
+    case RTORINT: return GcRbKind::Real;
     case RTPOINT:
-    case RT3DPOINT:
-      return GcRbKind::Point;
-    case RTSHORT:
-      return GcRbKind::Short;
-    case RTLONG:
-      return GcRbKind::Long;
-    case RTSTR:
-      return GcRbKind::String;
+    case RT3DPOINT: return GcRbKind::Point;
+    case RTSHORT: return GcRbKind::Short;
+    case RTLONG: return GcRbKind::Long;
+    case RTSTR: return GcRbKind::String;
     case RTENAME:
-    case RTPICKS:
-      return GcRbKind::Name;
-    default:
-      return GcRbKind::Nothing;
+    case RTPICKS: return GcRbKind::Name;
+    default: return GcRbKind::Nothing;
   }
 }
 
@@ -66,27 +59,14 @@ bool knownBareType(int type) {
 // Takes the value of one node from the argument list; false for a type that has no rule.
 bool takeValue(resbuf* node, va_list& args) {
   switch (gcutRbKind(node->restype)) {
-    case GcRbKind::Real:
-      node->resval.rreal = va_arg(args, double);
-      return true;
-    case GcRbKind::Point:
-      std::memcpy(node->resval.rpoint, va_arg(args, const double*), sizeof(gds_point));
-      return true;
-    case GcRbKind::Short:
-      node->resval.rint = static_cast<short>(va_arg(args, int));
-      return true;
-    case GcRbKind::Long:
-      node->resval.rlong = va_arg(args, int);
-      return true;
-    case GcRbKind::Int64:
-      node->resval.mnInt64 = va_arg(args, int64_t);
-      return true;
+    case GcRbKind::Real: node->resval.rreal = va_arg(args, double); return true;
+    case GcRbKind::Point: std::memcpy(node->resval.rpoint, va_arg(args, const double*), sizeof(gds_point)); return true;
+    case GcRbKind::Short: node->resval.rint = static_cast<short>(va_arg(args, int)); return true;
+    case GcRbKind::Long: node->resval.rlong = va_arg(args, int); return true;
+    case GcRbKind::Int64: node->resval.mnInt64 = va_arg(args, int64_t); return true;
     case GcRbKind::String:
-    case GcRbKind::Handle:
-      return gcutSetRbString(node, va_arg(args, const GCHAR*));
-    case GcRbKind::Name:
-      std::memcpy(node->resval.rlname, va_arg(args, const int64_t*), sizeof(gds_name));
-      return true;
+    case GcRbKind::Handle: return gcutSetRbString(node, va_arg(args, const GCHAR*));
+    case GcRbKind::Name: std::memcpy(node->resval.rlname, va_arg(args, const int64_t*), sizeof(gds_name)); return true;
     case GcRbKind::Binary: {
       const gds_binary* chunk = va_arg(args, const gds_binary*);
       auto* copy = static_cast<char*>(gcHeapAlloc(static_cast<size_t>(chunk->clen)));
@@ -95,8 +75,7 @@ bool takeValue(resbuf* node, va_list& args) {
       node->resval.rbinary = {chunk->clen, copy};
       return true;
     }
-    case GcRbKind::Nothing:
-      return knownBareType(node->restype);
+    case GcRbKind::Nothing: return knownBareType(node->restype);
   }
   return false;
 }

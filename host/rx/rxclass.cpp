@@ -115,9 +115,7 @@ GcRxClass* newGcRxClass(const GCHAR* className, const GCHAR* parentName, int dwg
 
 GcRxClass* gcrxFindGcRxClass(const GCHAR* className) { return GcRxClassRegistry::instance().find(view(className)); }
 
-GcRxClass* gcrxFindGcRxClassByDxf(const GCHAR* dxfName) {
-  return GcRxClassRegistry::instance().findDxf(view(dxfName));
-}
+GcRxClass* gcrxFindGcRxClassByDxf(const GCHAR* dxfName) { return GcRxClassRegistry::instance().findDxf(view(dxfName)); }
 
 void gcrxBuildClassHierarchy() { GcRxClassRegistry::instance().buildAll(); }
 
@@ -177,12 +175,12 @@ bool GcRxObject::isKindOf(const GcRxClass* ancestor) const {
   return own != nullptr && own->isDerivedFrom(ancestor);
 }
 
-#define GC_HOST_CLASS(Class, name)                                             \
-  GcRxClass* Class::desc() {                                                   \
+#define GC_HOST_CLASS(Class, name)                                                                  \
+  GcRxClass* Class::desc() {                                                                        \
     static GcRxClass* const descriptor = (GcRxObject::desc(), hostClass(name, GC_T("AcRxObject"))); \
-    return descriptor;                                                         \
-  }                                                                            \
-  GcRxClass* Class::isA() const { return desc(); }                             \
+    return descriptor;                                                                              \
+  }                                                                                                 \
+  GcRxClass* Class::isA() const { return desc(); }                                                  \
   void Class::rxInit() { desc(); }
 GC_HOST_CLASS(GcRxService, GC_T("AcRxService"))
 GC_HOST_CLASS(GcRxDictionary, GC_T("AcRxDictionary"))

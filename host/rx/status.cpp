@@ -7,8 +7,7 @@
 
 const char* gcadErrorStatusName(Gcad::ErrorStatus status) {
 #define GC_STATUS(name) \
-  case Gcad::name:      \
-    return #name
+  case Gcad::name: return #name
   switch (status) {
     GC_STATUS(eOk);
     GC_STATUS(eNotApplicable);

@@ -77,7 +77,10 @@ uint32_t nextCodePoint(std::string_view text, size_t& at) {
   const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned char lead = byte(at++);
   if (lead < 0x80) return lead;
-  const int more = lead >= 0xF0 && lead < 0xF5 ? 3 : lead >= 0xE0 && lead < 0xF0 ? 2 : lead >= 0xC2 && lead < 0xE0 ? 1 : 0;
+  const int more = lead >= 0xF0 && lead < 0xF5   ? 3
+                   : lead >= 0xE0 && lead < 0xF0 ? 2
+                   : lead >= 0xC2 && lead < 0xE0 ? 1
+                                                 : 0;
   if (more == 0) return 0xFFFD;
   uint32_t c = lead & (0x3Fu >> more);
   for (int i = 0; i < more; ++i) {

@@ -25,5 +25,5 @@ GcText upperText(GcView text);
 // Hash that does not see letter case, for names of records.
 uint64_t hashNoCase(GcView text);
 
-std::string toUtf8(GcView text);      // lone surrogates become U+FFFD
+std::string toUtf8(GcView text);         // lone surrogates become U+FFFD
 GcText fromUtf8(std::string_view text);  // broken bytes become U+FFFD

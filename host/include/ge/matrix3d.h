@@ -15,7 +15,8 @@ class GcGeMatrix3d {
   GcGeMatrix3d& setToIdentity();
   GcGeMatrix3d& setToTranslation(const GcGeVector3d& offset);
   // Right-handed rotation by the angle (radians) about the axis through the point.
-  GcGeMatrix3d& setToRotation(double angleRad, const GcGeVector3d& axis, const GcGePoint3d& center = GcGePoint3d::kOrigin);
+  GcGeMatrix3d& setToRotation(double angleRad, const GcGeVector3d& axis,
+                              const GcGePoint3d& center = GcGePoint3d::kOrigin);
   GcGeMatrix3d& setToScaling(double scale, const GcGePoint3d& center = GcGePoint3d::kOrigin);
   GcGeMatrix3d& setToScaling(const GcGeScale3d& scale);
   // Half turn of space about the line: mirrors a drawing in the line within any plane through it.

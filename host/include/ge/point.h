@@ -17,8 +17,12 @@ struct GcGeVector2d {
   [[nodiscard]] double angle() const;
   friend constexpr GcGeVector2d operator*(const GcGeVector2d& v, double f) { return {v.x * f, v.y * f}; }
   friend constexpr GcGeVector2d operator*(double f, const GcGeVector2d& v) { return v * f; }
-  friend constexpr GcGeVector2d operator+(const GcGeVector2d& a, const GcGeVector2d& b) { return {a.x + b.x, a.y + b.y}; }
-  friend constexpr GcGeVector2d operator-(const GcGeVector2d& a, const GcGeVector2d& b) { return {a.x - b.x, a.y - b.y}; }
+  friend constexpr GcGeVector2d operator+(const GcGeVector2d& a, const GcGeVector2d& b) {
+    return {a.x + b.x, a.y + b.y};
+  }
+  friend constexpr GcGeVector2d operator-(const GcGeVector2d& a, const GcGeVector2d& b) {
+    return {a.x - b.x, a.y - b.y};
+  }
   friend constexpr GcGeVector2d operator-(const GcGeVector2d& a) { return {-a.x, -a.y}; }
   friend constexpr bool operator==(const GcGeVector2d&, const GcGeVector2d&) = default;
 };
@@ -86,7 +90,9 @@ struct GcGePoint3d {
   static const GcGePoint3d kOrigin;
 
   [[nodiscard]] constexpr GcGeVector3d asVector() const { return {x, y, z}; }
-  [[nodiscard]] double distanceTo(const GcGePoint3d& p) const { return GcGeVector3d(x - p.x, y - p.y, z - p.z).length(); }
+  [[nodiscard]] double distanceTo(const GcGePoint3d& p) const {
+    return GcGeVector3d(x - p.x, y - p.y, z - p.z).length();
+  }
   [[nodiscard]] bool isEqualTo(const GcGePoint3d& p, const GcGeTol& tol = GcGeContext::gTol) const {
     return distanceTo(p) <= tol.point;
   }

@@ -18,8 +18,10 @@ class GcArray {
   GcArray() noexcept = default;
   // The second number is the least step by which the array grows.
   explicit GcArray(int physicalLength, int growLength = 8) {
-    if (physicalLength > 0) reserve(physicalLength);
-    else if (growLength > 0) reserve(growLength);
+    if (physicalLength > 0)
+      reserve(physicalLength);
+    else if (growLength > 0)
+      reserve(growLength);
   }
   GcArray(const GcArray& other) { append(other); }
   GcArray(GcArray&& other) noexcept { swap(other); }

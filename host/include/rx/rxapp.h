@@ -40,9 +40,9 @@ class GcRxService : public GcRxObject {
 class GcRxDictionary : public GcRxObject {
  public:
   GCRX_DECLARE_MEMBERS(GcRxDictionary);
-  [[nodiscard]] virtual GcRxObject* at(const GCHAR* key) const = 0;                  // null when absent
-  virtual GcRxObject* atPut(const GCHAR* key, GcRxObject* object) = 0;               // gives the former one
-  virtual GcRxObject* remove(const GCHAR* key) = 0;                                  // gives the removed one
+  [[nodiscard]] virtual GcRxObject* at(const GCHAR* key) const = 0;     // null when absent
+  virtual GcRxObject* atPut(const GCHAR* key, GcRxObject* object) = 0;  // gives the former one
+  virtual GcRxObject* remove(const GCHAR* key) = 0;                     // gives the removed one
 };
 
 // The process-wide registry: "ClassDictionary"-like services such as "DynamicLinker".
@@ -55,8 +55,8 @@ GcRxDictionary* gcrxSysRegistry();
 class GcRxDynamicLinker : public GcRxService {
  public:
   GCRX_DECLARE_MEMBERS(GcRxDynamicLinker);
-  virtual bool unlockApplication(void* packet) = 0;              // may be unloaded on request
-  virtual bool registerAppMDIAware(void* packet) = 0;            // works with several documents
+  virtual bool unlockApplication(void* packet) = 0;    // may be unloaded on request
+  virtual bool registerAppMDIAware(void* packet) = 0;  // works with several documents
   virtual bool loadModule(const GCHAR* fileName, bool printit) = 0;
   virtual bool unloadModule(const GCHAR* fileName) = 0;
 };

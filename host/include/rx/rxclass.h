@@ -55,13 +55,12 @@ class GcRxClass : public GcRxObject {
 
 // Registers a class. The parent is found by name, now or at the next gcrxBuildClassHierarchy.
 // Returns the descriptor, owned by the registry; null when the name is taken or memory is exhausted.
-GcRxClass* newGcRxClass(const GCHAR* className, const GCHAR* parentName, int dwgVersion = 0,
-                        int maintenanceVersion = 0, int proxyFlags = 0, GcRxPseudoConstructor create = nullptr,
-                        const GCHAR* dxfName = nullptr, const GCHAR* appName = nullptr,
-                        GcRxAppNameChange appNameChange = nullptr);
+GcRxClass* newGcRxClass(const GCHAR* className, const GCHAR* parentName, int dwgVersion = 0, int maintenanceVersion = 0,
+                        int proxyFlags = 0, GcRxPseudoConstructor create = nullptr, const GCHAR* dxfName = nullptr,
+                        const GCHAR* appName = nullptr, GcRxAppNameChange appNameChange = nullptr);
 
-GcRxClass* gcrxFindGcRxClass(const GCHAR* className);       // null when there is none; exact case
-GcRxClass* gcrxFindGcRxClassByDxf(const GCHAR* dxfName);    // null when there is none; exact case
+GcRxClass* gcrxFindGcRxClass(const GCHAR* className);     // null when there is none; exact case
+GcRxClass* gcrxFindGcRxClassByDxf(const GCHAR* dxfName);  // null when there is none; exact case
 
 // Links classes to their parents and tells everyone who waits for classes (zombies come to life).
 void gcrxBuildClassHierarchy();

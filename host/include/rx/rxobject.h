@@ -18,12 +18,11 @@ class GcRxObject {
 };
 
 // The run-time class protocol of a class: its descriptor, its name and a checked cast.
-#define GCRX_DECLARE_MEMBERS(Class)                                   \
-  static GcRxClass* desc();                                           \
-  GcRxClass* isA() const override;                                    \
-  static Class* cast(const GcRxObject* object) {                      \
-    return object != nullptr && object->isKindOf(Class::desc())       \
-               ? static_cast<Class*>(const_cast<GcRxObject*>(object)) \
-               : nullptr;                                             \
-  }                                                                   \
+#define GCRX_DECLARE_MEMBERS(Class)                                                                                    \
+  static GcRxClass* desc();                                                                                            \
+  GcRxClass* isA() const override;                                                                                     \
+  static Class* cast(const GcRxObject* object) {                                                                       \
+    return object != nullptr && object->isKindOf(Class::desc()) ? static_cast<Class*>(const_cast<GcRxObject*>(object)) \
+                                                                : nullptr;                                             \
+  }                                                                                                                    \
   static void rxInit()
