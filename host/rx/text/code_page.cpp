@@ -105,7 +105,7 @@ const PageMap& mapOf(CodePage page) {
 
 }  // namespace
 
-bool appendDecoded(CodePage page, std::string_view bytes, WideString& out) {
+bool appendDecoded(CodePage page, std::string_view bytes, GcText& out) {
   if (page == CodePage::Utf8) return appendFromUtf8(bytes, out);
   bool known = true;
   const PageMap* map = nullptr;

@@ -28,7 +28,7 @@ enum class CodePage : std::uint16_t {
 // "ANSI_1250", "dos852", "ISO8859-2", "KSC5601", "UTF-8" ...: letter case, '-', '_' and blanks do not count.
 // CodePage::None for a name nobody knows.
 [[nodiscard]] CodePage codePageByName(std::string_view name);
-[[nodiscard]] CodePage codePageByName(WideView name);
+[[nodiscard]] CodePage codePageByName(GcView name);
 
 // The name a drawing's $DWGCODEPAGE uses, "ANSI_1252" for None.
 [[nodiscard]] const char* codePageName(CodePage page);
@@ -38,7 +38,7 @@ enum class CodePage : std::uint16_t {
 [[nodiscard]] int dwgNumberOf(CodePage page);
 
 // Appends. False when bytes had no meaning in the page (they are kept as stray bytes).
-bool appendDecoded(CodePage page, std::string_view bytes, WideString& out);
+bool appendDecoded(CodePage page, std::string_view bytes, GcText& out);
 
 // Appends the bytes of `unit` in `page` to `out`; false, and nothing appended, when the page lacks it.
 // Not for Utf8 and Utf16, whose characters may take more than one unit.

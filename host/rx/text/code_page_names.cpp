@@ -106,7 +106,7 @@ CodePage pageOfPlainName(std::string_view plain) {
 }  // namespace
 
 CodePage codePageByName(std::string_view name) { return pageOfPlainName(plainName(name)); }
-CodePage codePageByName(WideView name) { return pageOfPlainName(plainName(name)); }
+CodePage codePageByName(GcView name) { return pageOfPlainName(plainName(name)); }
 
 const char* codePageName(CodePage page) {
   for (const Written& row : kWritten) {

@@ -55,7 +55,7 @@ GCHAR multiByteEscape(const GCHAR* at) {
   if (value < 0x80) return 0;
   char bytes[2] = {static_cast<char>(value >> 8), static_cast<char>(value)};
   const std::string_view used = value > 0xFF ? std::string_view(bytes, 2) : std::string_view(bytes + 1, 1);
-  WideString character;
+  GcText character;
   const bool known = appendDecoded(kPages[at[0] - '1'], used, character);
   return known && character.size() == 1 ? character[0] : GCHAR(0);
 }
@@ -71,7 +71,7 @@ GCHAR caretEscape(GCHAR after) {
 }
 
 // Resolves the escapes in place. The text never grows.
-void resolveEscapes(WideString& text, Carets carets) {
+void resolveEscapes(GcText& text, Carets carets) {
   std::size_t to = 0;
   const std::size_t size = text.size();
   for (std::size_t from = 0; from < size;) {
@@ -116,7 +116,7 @@ bool appendCaretEscape(GCHAR unit, std::string& out) {
 }
 
 // How many of the first units are written as they are.
-std::size_t plainPrefix(WideView text) {
+std::size_t plainPrefix(GcView text) {
   std::size_t i = 0;
   while (i < text.size() && text[i] >= 0x20 && text[i] < 0x80 && text[i] != '^') ++i;
   return i;
@@ -124,7 +124,7 @@ std::size_t plainPrefix(WideView text) {
 
 }  // namespace
 
-bool DrawingText::decode(std::string_view bytes, WideString& out) const {
+bool DrawingText::decode(std::string_view bytes, GcText& out) const {
   if (isPlainAscii(bytes)) {
     out.resize(bytes.size());
     widen(bytes.data(), bytes.size(), out.data());
@@ -137,7 +137,7 @@ bool DrawingText::decode(std::string_view bytes, WideString& out) const {
   return known;
 }
 
-void DrawingText::encode(WideView text, std::string& out) const {
+void DrawingText::encode(GcView text, std::string& out) const {
   std::size_t at = 0;
   while (at < text.size()) {
     const std::size_t plain = plainPrefix(text.substr(at));

@@ -27,10 +27,10 @@ class DrawingText {
   [[nodiscard]] bool isUtf8() const { return m_utf8; }
 
   // Replaces `out`. False when bytes were met that mean nothing (kept as stray bytes, utf.h).
-  bool decode(std::string_view bytes, WideString& out) const;
+  bool decode(std::string_view bytes, GcText& out) const;
 
   // Appends to `out`. Never fails: what the page lacks is escaped.
-  void encode(WideView text, std::string& out) const;
+  void encode(GcView text, std::string& out) const;
 
  private:
   CodePage m_page;

@@ -32,7 +32,7 @@ Decoded decodeSequence(const unsigned char* at, std::size_t left) {
   return {value, length};
 }
 
-void appendUnit(WideString& out, char32_t value) {
+void appendUnit(GcText& out, char32_t value) {
   if (value < 0x10000) {
     out.push_back(static_cast<GCHAR>(value));
   } else {
@@ -73,7 +73,7 @@ std::size_t asciiPrefix(std::string_view bytes) {
   return done;
 }
 
-std::size_t asciiPrefix(WideView text) {
+std::size_t asciiPrefix(GcView text) {
   const GCHAR* at = text.data();
   std::size_t done = 0;
   for (; done + 4 <= text.size(); done += 4) {
@@ -85,7 +85,7 @@ std::size_t asciiPrefix(WideView text) {
   return done;
 }
 
-bool appendFromUtf8(std::string_view bytes, WideString& out) {
+bool appendFromUtf8(std::string_view bytes, GcText& out) {
   bool wellFormed = true;
   std::size_t at = 0;
   while (at < bytes.size()) {
@@ -108,7 +108,7 @@ bool appendFromUtf8(std::string_view bytes, WideString& out) {
   return wellFormed;
 }
 
-bool appendToUtf8(WideView text, std::string& out) {
+bool appendToUtf8(GcView text, std::string& out) {
   bool paired = true;
   std::size_t at = 0;
   while (at < text.size()) {
@@ -134,13 +134,13 @@ bool appendToUtf8(WideView text, std::string& out) {
   return paired;
 }
 
-WideString fromUtf8(std::string_view bytes) {
-  WideString out;
+GcText fromUtf8(std::string_view bytes) {
+  GcText out;
   appendFromUtf8(bytes, out);
   return out;
 }
 
-std::string toUtf8(WideView text) {
+std::string toUtf8(GcView text) {
   std::string out;
   appendToUtf8(text, out);
   return out;

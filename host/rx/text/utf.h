@@ -8,25 +8,22 @@
 #include <string>
 #include <string_view>
 
-#include "rx/gcchar.h"
+#include "host/rx/view.h"
 
 namespace gc {
 
-using WideString = std::basic_string<GCHAR>;
-using WideView = std::basic_string_view<GCHAR>;
-
 // How many of the first bytes (units) are ASCII.
 [[nodiscard]] std::size_t asciiPrefix(std::string_view bytes);
-[[nodiscard]] std::size_t asciiPrefix(WideView text);
+[[nodiscard]] std::size_t asciiPrefix(GcView text);
 
 // Appends to `out`. False when some bytes were not well-formed UTF-8 (they are kept as described above).
-bool appendFromUtf8(std::string_view bytes, WideString& out);
+bool appendFromUtf8(std::string_view bytes, GcText& out);
 
 // Appends to `out`. False when a surrogate stood alone.
-bool appendToUtf8(WideView text, std::string& out);
+bool appendToUtf8(GcView text, std::string& out);
 
-[[nodiscard]] WideString fromUtf8(std::string_view bytes);
-[[nodiscard]] std::string toUtf8(WideView text);
+[[nodiscard]] GcText fromUtf8(std::string_view bytes);
+[[nodiscard]] std::string toUtf8(GcView text);
 
 // True when all bytes are well-formed UTF-8 (no over-long forms, no surrogates, nothing above U+10FFFF).
 [[nodiscard]] bool isUtf8(std::string_view bytes);
