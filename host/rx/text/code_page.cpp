@@ -140,8 +140,7 @@ bool appendEncoded(CodePage page, GCHAR unit, std::string& out) {
   const PageMap& map = mapOf(page);
   if (isStrayByte(unit)) {
     const int byte = unit - 0xDC00;
-    const std::uint16_t meaning = map.single[byte - 0x80];
-    if (meaning != 0 && meaning != kIsLead) return false;
+    if (map.single[byte - 0x80] != 0) return false;  // would be read as a character, or as the lead of the next byte
     out.push_back(static_cast<char>(byte));
     return true;
   }

@@ -40,7 +40,8 @@ enum class CodePage : std::uint16_t {
 // Appends. False when bytes had no meaning in the page (they are kept as stray bytes).
 bool appendDecoded(CodePage page, std::string_view bytes, GcText& out);
 
-// Appends the bytes of `unit` in `page` to `out`; false, and nothing appended, when the page lacks it.
+// Appends the bytes of `unit` in `page` to `out`; false, and nothing appended, when the page lacks it. A stray byte
+// is lacking where the page gives that byte a meaning or makes it the first of two.
 // Not for Utf8 and Utf16, whose characters may take more than one unit.
 bool appendEncoded(CodePage page, GCHAR unit, std::string& out);
 

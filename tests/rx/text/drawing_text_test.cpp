@@ -106,6 +106,20 @@ TEST(DrawingText, BytesWithoutMeaningSurvive) {
   EXPECT_TRUE(again == text);
 }
 
+TEST(DrawingText, ADamagedPairSurvivesBesideAnything) {
+  for (const CodePage page : {CodePage::Ansi932, CodePage::Ansi936, CodePage::Ansi949, CodePage::Ansi950, CodePage::Johab}) {
+    const DrawingText codec(page, false);
+    for (const char* bytes : {"a\xA4", "\x8D\n", "\xFF\xFF", "\xA4 b", "\x8D\x80z"}) {
+      GcText text, again;
+      codec.decode(bytes, text);
+      std::string written;
+      codec.encode(text, written);
+      codec.decode(written, again);
+      EXPECT_TRUE(again == text) << gc::codePageName(page) << ' ' << bytes;
+    }
+  }
+}
+
 TEST(DrawingText, AZeroEndsTheText) {
   const DrawingText codec(CodePage::Ansi1252, true);
   std::string bytes;
