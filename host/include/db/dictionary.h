@@ -11,6 +11,7 @@ struct GcDbNameIndex;
 struct GcDbDictionaryEntry {
   GcString key;
   GcDbObjectId id;
+  bool hard = false;  // owned hard: the object goes with the dictionary
 };
 
 class GcDbDictionary;
@@ -58,7 +59,7 @@ class GcDbDictionary : public GcDbObject {
   Gcad::ErrorStatus remove(const GCHAR* key, GcDbObjectId& id);
   Gcad::ErrorStatus remove(GcDbObjectId id);
   bool setName(const GCHAR* oldKey, const GCHAR* newKey);
-  [[nodiscard]] uint32_t numEntries() const;  // erased objects not counted
+  [[nodiscard]] uint32_t numEntries() const;                  // erased objects not counted
   [[nodiscard]] GcDbDictionaryIterator* newIterator() const;  // the caller deletes it
   [[nodiscard]] bool isTreatElementsAsHard() const { return m_hard; }
   void setTreatElementsAsHard(bool hard);

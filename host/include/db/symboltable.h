@@ -74,7 +74,8 @@ class GcDbSymbolTable : public GcDbObject {
   Gcad::ErrorStatus add(GcDbSymbolTableRecord* record);
   Gcad::ErrorStatus add(GcDbObjectId& id, GcDbSymbolTableRecord* record);
   // The caller deletes the iterator.
-  Gcad::ErrorStatus newIterator(GcDbSymbolTableIterator*& iterator, bool atBeginning = true, bool skipErased = true) const;
+  Gcad::ErrorStatus newIterator(GcDbSymbolTableIterator*& iterator, bool atBeginning = true,
+                                bool skipErased = true) const;
   [[nodiscard]] const GcDbObjectIdArray& records() const { return m_records; }
 
   // The class of the records.
@@ -127,6 +128,7 @@ class GcDbLayerTableRecord : public GcDbSymbolTableRecord {
   bool m_plottable = true;
 };
 
+class GcDbEntity;
 class GcDbBlockBegin;
 class GcDbBlockEnd;
 
@@ -150,7 +152,7 @@ class GcDbBlockTableRecordIterator {
 class GcDbBlockTableRecord : public GcDbSymbolTableRecord {
  public:
   GCRX_DECLARE_MEMBERS(GcDbBlockTableRecord);
-  static const GcDbField kFields[];   // the BLOCK_RECORD of the table
+  static const GcDbField kFields[];  // the BLOCK_RECORD of the table
   static const int kFieldCount;
   static const GcDbField kBlockFields[];  // what the BLOCK entity tells of the definition
   static const int kBlockFieldCount;
@@ -203,11 +205,11 @@ class GcDbBlockTableRecord : public GcDbSymbolTableRecord {
 };
 
 // A table whose records are of one class.
-#define GC_SYMBOL_TABLE(Table, Record)                                \
-  class Table : public GcDbSymbolTable {                              \
-   public:                                                            \
-    GCRX_DECLARE_MEMBERS(Table);                                      \
-    [[nodiscard]] GcRxClass* recordClass() const override;            \
+#define GC_SYMBOL_TABLE(Table, Record)                     \
+  class Table : public GcDbSymbolTable {                   \
+   public:                                                 \
+    GCRX_DECLARE_MEMBERS(Table);                           \
+    [[nodiscard]] GcRxClass* recordClass() const override; \
   }
 
 GC_SYMBOL_TABLE(GcDbLayerTable, GcDbLayerTableRecord);
@@ -220,7 +222,73 @@ GC_SYMBOL_TABLE(GcDbViewTable, GcDbViewTableRecord);
 GC_SYMBOL_TABLE(GcDbViewportTable, GcDbViewportTableRecord);
 GC_SYMBOL_TABLE(GcDbUCSTable, GcDbUCSTableRecord);
 
+// Names under which applications keep extended data.
 class GcDbRegAppTableRecord : public GcDbSymbolTableRecord {
  public:
   GCRX_DECLARE_MEMBERS(GcDbRegAppTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbRegAppFields;
+};
+
+class GcDbLinetypeTableRecord : public GcDbSymbolTableRecord {
+ public:
+  GCRX_DECLARE_MEMBERS(GcDbLinetypeTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbLinetypeFields;
+};
+
+class GcDbTextStyleTableRecord : public GcDbSymbolTableRecord {
+ public:
+  GCRX_DECLARE_MEMBERS(GcDbTextStyleTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbTextStyleFields;
+};
+
+class GcDbDimStyleTableRecord : public GcDbSymbolTableRecord {
+ public:
+  GCRX_DECLARE_MEMBERS(GcDbDimStyleTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbDimStyleFields;
+};
+
+class GcDbViewTableRecord : public GcDbSymbolTableRecord {
+ public:
+  GCRX_DECLARE_MEMBERS(GcDbViewTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbViewFields;
+};
+
+class GcDbViewportTableRecord : public GcDbSymbolTableRecord {
+ public:
+  GCRX_DECLARE_MEMBERS(GcDbViewportTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbViewportFields;
+};
+
+class GcDbUCSTableRecord : public GcDbSymbolTableRecord {
+ public:
+  GCRX_DECLARE_MEMBERS(GcDbUCSTableRecord);
+  static const GcDbField kFields[];
+  static const int kFieldCount;
+
+ private:
+  friend struct GcDbUCSFields;
 };

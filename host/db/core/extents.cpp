@@ -1,0 +1,94 @@
+// Extents of what an entity draws: it is drawn onto a listener that only measures.
+#include <cmath>
+#include <vector>
+
+#include "db/entity.h"
+#include "host/rx/view.h"
+
+namespace {
+
+class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+ public:
+  explicit Measure(GcDbExtents& extents) : m_extents(extents) {}
+
+  GcGiGeometry& geometry() override { return *this; }
+  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
+  [[nodiscard]] double deviation() const override { return 0; }
+  void draw(GcGiDrawable* drawable) override {
+    if (m_depth > kMostNested) return;
+    ++m_depth;
+    drawable->subWorldDraw(this);
+    --m_depth;
+  }
+
+ private:
+  static constexpr int kMostNested = 100;  // blocks that contain themselves end here
+
+  void add(const GcGePoint3d& p) { m_extents.addPoint(m_transforms.empty() ? p : m_transforms.back() * p); }
+  void pushModelTransform(const GcGeMatrix3d& toParent) override {
+    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
+  }
+  void popModelTransform() override { m_transforms.pop_back(); }
+  void polyline(int count, const GcGePoint3d* points, bool) override {
+    for (int i = 0; i < count; ++i) add(points[i]);
+  }
+  void polygon(int count, const GcGePoint3d* points) override { polyline(count, points, true); }
+  void circle(const GcGePoint3d& center, double radius, const GcGeVector3d& normal) override {
+    const GcGeVector3d x = gcgeArbitraryXAxis(normal.normal()) * radius;
+    circularArc(center, radius, normal, x, 2 * 3.14159265358979323846);
+  }
+
+  // An arc reaches furthest along an axis of the drawing at its ends or where its tangent is at right angles
+  // to that axis.
+  void circularArc(const GcGePoint3d& center, double radius, const GcGeVector3d& normal, const GcGeVector3d& start,
+                   double sweepRad) override {
+    const GcGeVector3d u = start.normal() * radius;
+    const GcGeVector3d v = normal.normal().crossProduct(u);
+    const auto at = [&](double angle) { return center + u * std::cos(angle) + v * std::sin(angle); };
+    add(at(0));
+    add(at(sweepRad));
+    const GcGeMatrix3d& m = m_transforms.empty() ? GcGeMatrix3d::kIdentity : m_transforms.back();
+    const GcGeVector3d mu = m * u, mv = m * v;
+    const double extremes[3] = {std::atan2(mv.x, mu.x), std::atan2(mv.y, mu.y), std::atan2(mv.z, mu.z)};
+    constexpr double kPi = 3.14159265358979323846;
+    for (const double angle : extremes)
+      for (int turn = -2; turn <= 2; ++turn) {
+        const double where = angle + turn * kPi;
+        if (where > 0 && where < sweepRad) add(at(where));
+      }
+  }
+  void text(const GcGePoint3d& position, const GcGeVector3d& normal, const GcGeVector3d& direction, const GCHAR* text,
+            const GcGiTextStyle& style) override {
+    constexpr double kMeanAdvance = 0.9;  // of the height, for the letters of drafting fonts
+    const GcGeVector3d along =
+        direction.normal() * (style.height * style.widthFactor * kMeanAdvance * static_cast<double>(view(text).size()));
+    const GcGeVector3d up = normal.normal().crossProduct(direction.normal()) * style.height;
+    for (const GcGePoint3d& corner : {position, position + along, position + up, position + along + up}) add(corner);
+  }
+  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
+  void ray(const GcGePoint3d& point, const GcGeVector3d&) override { add(point); }
+  void bezier(int count, const GcGePoint3d* points) override { polyline(count, points, false); }
+
+  void setColor(const GcCmEntityColor&) override {}
+  void setLayer(const GcDbObjectId&) override {}
+  void setLineType(const GcDbObjectId&) override {}
+  void setLineTypeScale(double) override {}
+  void setLineWeight(int) override {}
+  void setFill(bool) override {}
+
+  GcDbExtents& m_extents;
+  std::vector<GcGeMatrix3d> m_transforms;
+  int m_depth = 0;
+};
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbEntity::getGeomExtents(GcDbExtents& extents) const {
+  assertReadEnabled();
+  GcDbExtents found;
+  Measure measure(found);
+  const_cast<GcDbEntity*>(this)->subWorldDraw(&measure);
+  if (found.isEmpty()) return Gcad::eNullExtents;
+  extents = found;
+  return Gcad::eOk;
+}

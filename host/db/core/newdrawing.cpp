@@ -1,0 +1,106 @@
+#include "host/db/core/newdrawing.h"
+
+#include "db/blockbegin.h"
+#include "db/database.h"
+#include "db/dictionary.h"
+#include "host/db/core/header.h"
+#include "host/db/core/loadreport.h"
+#include "host/db/core/store.h"
+#include "host/rx/view.h"
+
+namespace {
+
+constexpr const GCHAR* kTableClasses[GcDbDatabase::kTableCount] = {
+    GC_T("AcDbBlockTable"),    GC_T("AcDbLayerTable"),  GC_T("AcDbTextStyleTable"),
+    GC_T("AcDbLinetypeTable"), GC_T("AcDbViewTable"),   GC_T("AcDbUCSTable"),
+    GC_T("AcDbViewportTable"), GC_T("AcDbRegAppTable"), GC_T("AcDbDimStyleTable"),
+};
+
+GcDbObjectId addTable(GcDbDatabase& database, int which) {
+  auto* table = static_cast<GcDbSymbolTable*>(gcrxFindGcRxClass(kTableClasses[which])->create());
+  GcDbObjectId id;
+  ignore(database.addGcDbObject(id, table));
+  ignore(table->close());
+  database.setTableId(which, id);
+  return id;
+}
+
+// The record of the name, made when the table lacks it. False in `made` when it was there.
+GcDbObjectId needRecord(GcDbObjectId tableId, const GCHAR* name, bool& made) {
+  GcDbSymbolTable* table = nullptr;
+  GcDbObjectId id;
+  made = false;
+  if (gcdbOpenObject(table, tableId, GcDb::kForWrite) != Gcad::eOk) return id;
+  if (table->getAt(name, id) != Gcad::eOk) {
+    auto* record = static_cast<GcDbSymbolTableRecord*>(table->recordClass()->create());
+    made = record->setName(name) == Gcad::eOk && table->add(id, record) == Gcad::eOk;
+    if (made)
+      ignore(record->close());
+    else
+      delete record;
+  }
+  ignore(table->close());
+  return id;
+}
+
+}  // namespace
+
+// Gives a block record its begin and end entities when it has none.
+class GcDbBlockLoader {
+ public:
+  static void completeBlock(GcDbDatabase& database, GcDbObjectId id) {
+    GcDbBlockTableRecord* record = nullptr;
+    if (gcdbOpenObject(record, id, GcDb::kForWrite) != Gcad::eOk) return;
+    if (!record->m_beginId.isValid()) record->m_beginId = addPart(database, new GcDbBlockBegin, id);
+    if (!record->m_endId.isValid()) record->m_endId = addPart(database, new GcDbBlockEnd, id);
+    ignore(record->close());
+  }
+
+ private:
+  static GcDbObjectId addPart(GcDbDatabase& database, GcDbEntity* part, GcDbObjectId owner) {
+    GcDbObjectId id;
+    ignore(part->setLayer(database.layerZero()));
+    ignore(database.addGcDbObject(id, part, owner));
+    ignore(part->close());
+    return id;
+  }
+};
+
+void GcDbDatabase::completeAfterLoad() {
+  for (int which = 0; which < kTableCount; ++which)
+    if (!m_tables[which].isValid()) addTable(*this, which);
+  if (!m_namedObjectsId.isValid()) {
+    auto* root = new GcDbDictionary;
+    ignore(addGcDbObject(m_namedObjectsId, root));
+    ignore(root->close());
+  }
+  bool made = false;
+  m_known.byBlock = needRecord(m_tables[kLinetypes], GC_T("ByBlock"), made);
+  m_known.byLayer = needRecord(m_tables[kLinetypes], GC_T("ByLayer"), made);
+  m_known.continuous = needRecord(m_tables[kLinetypes], GC_T("Continuous"), made);
+  m_known.layerZero = needRecord(m_tables[kLayers], GC_T("0"), made);
+  if (made) {
+    GcDbLayerTableRecord* layer = nullptr;
+    if (gcdbOpenObject(layer, m_known.layerZero, GcDb::kForWrite) == Gcad::eOk) {
+      ignore(layer->setLinetypeObjectId(m_known.continuous));
+      ignore(layer->close());
+    }
+  }
+  needRecord(m_tables[kRegApps], GC_T("ACAD"), made);
+  m_known.modelSpace = needRecord(m_tables[kBlocks], GC_T("*Model_Space"), made);
+  m_known.paperSpace = needRecord(m_tables[kBlocks], GC_T("*Paper_Space"), made);
+  const GcDbObjectId textStandard = needRecord(m_tables[kTextStyles], GC_T("Standard"), made);
+  const GcDbObjectId dimStandard = needRecord(m_tables[kDimStyles], GC_T("Standard"), made);
+  if (!m_current.layer.isValid()) m_current.layer = m_known.layerZero;
+  if (!m_current.linetype.isValid()) m_current.linetype = m_known.byLayer;
+  if (!m_current.textStyle.isValid()) m_current.textStyle = textStandard;
+  if (!m_current.dimStyle.isValid()) m_current.dimStyle = dimStandard;
+
+  GcDbSymbolTable* blocks = nullptr;
+  if (gcdbOpenObject(blocks, m_tables[kBlocks], GcDb::kForRead) != Gcad::eOk) return;
+  const GcDbObjectIdArray records = blocks->records();
+  ignore(blocks->close());
+  for (const GcDbObjectId id : records) GcDbBlockLoader::completeBlock(*this, id);
+}
+
+void gcdbBuildNewDrawing(GcDbDatabase& database) { database.completeAfterLoad(); }

@@ -1,0 +1,104 @@
+#include "host/db/core/undo.h"
+
+#include "db/database.h"
+#include "host/db/core/memoryfiler.h"
+#include "host/db/core/store.h"
+
+void GcDbUndo::setOn(bool on) {
+  m_on = on;
+  if (on) return;
+  m_done.clear();
+  m_undone.clear();
+}
+
+void GcDbUndo::beginGroup() {
+  if (m_depth++ == 0) m_fresh = true;
+}
+
+void GcDbUndo::endGroup() {
+  if (m_depth > 0) --m_depth;
+}
+
+void GcDbUndo::setMark() { m_mark = true; }
+
+void GcDbUndo::record(What what, const GcDbObject& object) {
+  if (!m_on || m_applying) return;
+  m_undone.clear();
+  if (m_fresh || m_done.empty() || m_depth == 0) {
+    m_done.emplace_back();
+    m_done.back().mark = m_mark;
+    m_fresh = m_mark = false;
+  }
+  Change change{what, object.objectId(), {}};
+  if (what == What::Modified) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
+  m_done.back().changes.push_back(std::move(change));
+}
+
+void GcDbUndo::recordModified(const GcDbObject& object) { record(What::Modified, object); }
+void GcDbUndo::recordAppended(const GcDbObject& object) { record(What::Appended, object); }
+void GcDbUndo::recordErased(const GcDbObject& object, bool erasing) {
+  record(erasing ? What::Erased : What::Unerased, object);
+}
+
+void GcDbUndo::applyOne(const Change& change, Group& inverse) {
+  GcDbStub* stub = change.id.stub();
+  GcDbObject* object = stub->object;
+  if (object == nullptr) return;
+  switch (change.what) {
+    case What::Modified:
+      inverse.changes.push_back({What::Modified, change.id, gcdbImageOf(*object, GcDb::kUndoFiler)});
+      ignore(gcdbImageInto(*object, change.image, GcDb::kUndoFiler));
+      object->subLoaded();
+      m_database.notifyModified(object);
+      break;
+    case What::Appended:
+    case What::Unerased:
+      inverse.changes.push_back({What::Erased, change.id, {}});
+      stub->erased = true;
+      m_database.notifyErased(object, true);
+      break;
+    case What::Erased:
+      inverse.changes.push_back({What::Unerased, change.id, {}});
+      stub->erased = false;
+      m_database.notifyErased(object, false);
+      break;
+  }
+}
+
+GcDbUndo::Group GcDbUndo::apply(const Group& group) {
+  Group inverse;
+  inverse.mark = group.mark;
+  m_applying = true;
+  for (auto change = group.changes.rbegin(); change != group.changes.rend(); ++change) applyOne(*change, inverse);
+  m_applying = false;
+  return inverse;
+}
+
+int GcDbUndo::undo(int groups) {
+  int done = 0;
+  for (; done < groups && !m_done.empty(); ++done) {
+    const Group group = std::move(m_done.back());
+    m_done.pop_back();
+    m_undone.push_back(apply(group));
+  }
+  return done;
+}
+
+int GcDbUndo::redo(int groups) {
+  int done = 0;
+  for (; done < groups && !m_undone.empty(); ++done) {
+    const Group group = std::move(m_undone.back());
+    m_undone.pop_back();
+    m_done.push_back(apply(group));
+  }
+  return done;
+}
+
+bool GcDbUndo::back() {
+  while (!m_done.empty()) {
+    const bool mark = m_done.back().mark;
+    undo(1);
+    if (mark) return true;
+  }
+  return false;
+}

@@ -1,0 +1,61 @@
+// Recorded changes of one database: undo and redo in groups with marks. Off until switched on.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "db/objectid.h"
+
+class GcDbUndo {
+ public:
+  explicit GcDbUndo(GcDbDatabase& database) : m_database(database) {}
+
+  [[nodiscard]] bool isOn() const { return m_on; }
+  void setOn(bool on);  // switching off forgets everything
+  // True while recorded states are put back: objects may then be changed without being open.
+  [[nodiscard]] bool isApplying() const { return m_applying; }
+
+  // A group is what one U takes back: a command, a top-level LISP form. Groups nest; the outermost counts.
+  void beginGroup();
+  void endGroup();
+  void setMark();  // Back goes to here
+
+  // Takes back (or puts back) up to `groups` groups; the number done. Objects must be closed.
+  int undo(int groups);
+  int redo(int groups);
+  // Back to the last mark, or to the beginning when there is none (then false).
+  bool back();
+  [[nodiscard]] int undoable() const { return static_cast<int>(m_done.size()); }
+  [[nodiscard]] int redoable() const { return static_cast<int>(m_undone.size()); }
+
+  // Called by objects: before the first change of an open, after an append, before an erase.
+  void recordModified(const GcDbObject& object);
+  void recordAppended(const GcDbObject& object);
+  void recordErased(const GcDbObject& object, bool erasing);
+
+ private:
+  enum class What : uint8_t { Modified, Appended, Erased, Unerased };
+  struct Change {
+    What what;
+    GcDbObjectId id;
+    std::vector<uint8_t> image;  // Modified: the state before
+  };
+  struct Group {
+    std::vector<Change> changes;
+    bool mark = false;
+  };
+
+  void record(What what, const GcDbObject& object);
+  // Applies a group backwards; returns the group that takes this back again.
+  Group apply(const Group& group);
+  void applyOne(const Change& change, Group& inverse);
+
+  GcDbDatabase& m_database;
+  std::vector<Group> m_done;
+  std::vector<Group> m_undone;
+  int m_depth = 0;
+  bool m_on = false;
+  bool m_applying = false;
+  bool m_fresh = false;  // the group has been begun but has no change yet
+  bool m_mark = false;
+};

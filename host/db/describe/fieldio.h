@@ -1,0 +1,87 @@
+// Reading and writing of described objects, group by group and through filers, and walks over their references.
+#pragma once
+
+#include "host/db/describe/classinfo.h"
+
+class GcDbDwgFiler;
+class GcGeMatrix3d;
+class GcDbObject;
+
+// Puts the groups of rows into the sink as files of the version have them. `forFile` false: as entity lists
+// have them (no difference but that nothing is left out for the version's sake).
+void gcdbFieldsOut(const GcDbObject& object, GcDbGroupSink& sink, int version);
+void gcdbRowsOut(const void* record, const GcDbField* rows, int count, GcDbGroupSink& sink, int version,
+                 GcDbDatabase* database);
+
+// Takes groups in file order (or nearly so) and puts their values where the rows say. A row is looked for
+// forward from the last one taken, then from the start of the current subclass; records nest.
+class GcDbFieldReader {
+ public:
+  // `record` is the object (or, with the second form, any structure with rows of its own).
+  GcDbFieldReader(GcDbObject& object, int version);
+  GcDbFieldReader(void* record, const GcDbField* const* rows, int rowCount, int version, GcDbDatabase* database);
+
+  // True when the group found its row. A false group is the caller's to keep.
+  bool take(const GcDbGroup& group);
+  // The name of the current subclass section, empty before the first marker; for keeping foreign groups in place.
+  [[nodiscard]] const char* section() const { return m_section; }
+  // True while groups of a subclass marker that no row knows go by.
+  [[nodiscard]] bool inForeignSection() const { return m_foreign; }
+  // Arrays are emptied when their first element (or count) comes; with this, at once (entmod of vertices).
+  void emptyArrays();
+
+ private:
+  struct Frame {
+    void* record;           // the structure whose fields the rows describe
+    const GcDbField* rows;  // null for the outermost frame, which has m_rows
+    int count;
+    int cursor;
+    void* array;             // the array whose element `record` is
+    const GcDbField* owner;  // its row
+  };
+  static constexpr int kMaxDepth = 8;
+
+  [[nodiscard]] const GcDbField& rowOf(const Frame& frame, int index) const {
+    return frame.rows != nullptr ? frame.rows[index] : *m_rows[index];
+  }
+  bool takeMarker(const GcDbGroup& group);
+  bool takeIn(Frame& frame, const GcDbGroup& group, int first, int last);
+  bool takeRow(Frame& frame, int index, const GcDbGroup& group);
+  bool enterRecord(Frame& frame, int index, const GcDbGroup& group);
+  void beginArray(const GcDbField& row, void* array);
+
+  const GcDbField* const* m_rows;
+  int m_rowCount;
+  int m_version;
+  GcDbDatabase* m_database;
+  const char* m_section = "";
+  bool m_foreign = false;
+  int m_sectionStart = 0;
+  int m_sectionEnd = 0;
+  Frame m_frames[kMaxDepth];
+  int m_depth = 0;
+  const GcDbField* m_begun[16] = {};  // arrays that have been emptied in this reading
+  const void* m_begunArray[16] = {};
+  int m_begunCount = 0;
+};
+
+// Sets one value from a group (conversions between number kinds allowed). False when the value does not fit.
+bool gcdbSetValue(const GcDbField& row, void* member, const GcDbGroup& group, GcDbDatabase* database);
+// The value as a group.
+GcDbGroup gcdbGetValue(const GcDbField& row, const void* member, GcDbDatabase* database);
+
+// All fields through a filer, in row order: the form of memory copies.
+Gcad::ErrorStatus gcdbFieldsDwgOut(const GcDbObject& object, GcDbDwgFiler& filer);
+Gcad::ErrorStatus gcdbFieldsDwgIn(GcDbObject& object, GcDbDwgFiler& filer);
+
+// Every reference in the fields, in row order.
+class GcDbReferenceVisitor {
+ public:
+  virtual ~GcDbReferenceVisitor() = default;
+  // May change the id.
+  virtual void reference(GcDbObjectId& id, Is strength) = 0;
+};
+void gcdbVisitReferences(GcDbObject& object, GcDbReferenceVisitor& visitor);
+
+// Transforms every field by what it is: points, vectors, lengths, normals, angles.
+Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& transform);

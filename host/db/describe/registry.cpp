@@ -1,0 +1,87 @@
+// Every class of the database, one line each: run-time name, parent, DXF name, constructor, rows.
+#include <deque>
+#include <vector>
+
+#include "db/blockbegin.h"
+#include "db/curve.h"
+#include "db/database.h"
+#include "db/dictionary.h"
+#include "db/line.h"
+#include "db/xrecord.h"
+#include "db/zombie.h"
+#include "host/db/describe/classinfo.h"
+#include "host/rx/view.h"
+#include "rx/gcassert.h"
+
+namespace {
+
+template <class T>
+GcRxObject* make() {
+  return new (std::nothrow) T;
+}
+
+struct Row {
+  const GCHAR* name;
+  const GCHAR* parent;
+  const GCHAR* dxfName;
+  GcRxPseudoConstructor create;
+  const GcDbField* fields;
+  int fieldCount;
+};
+
+#define GC_ABSTRACT(Class, name, parent) \
+  { GC_T(name), GC_T(parent), nullptr, nullptr, nullptr, 0 }
+#define GC_BASE(Class, name, parent) \
+  { GC_T(name), GC_T(parent), nullptr, nullptr, Class::kFields, Class::kFieldCount }
+#define GC_CLASS(Class, name, parent, dxf) \
+  { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, Class::kFields, Class::kFieldCount }
+#define GC_PLAIN(Class, name, parent, dxf) \
+  { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, nullptr, 0 }
+#define GC_UNNAMED(Class, name, parent) \
+  { GC_T(name), GC_T(parent), nullptr, make<Class>, Class::kFields, Class::kFieldCount }
+
+const Row* classRows(int& count) {
+  static const Row rows[] = {
+#include "host/db/describe/classes.inc"
+  };
+  count = static_cast<int>(std::size(rows));
+  return rows;
+}
+
+// Flattened rows: those of the bases first. The lists live as long as the process.
+struct Flat {
+  std::vector<const GcDbField*> rows;
+  GcDbClassInfo info;
+};
+
+void appendRows(const Row* rows, int count, const GCHAR* name, std::vector<const GcDbField*>& out) {
+  for (int i = 0; i < count; ++i) {
+    if (view(rows[i].name) != view(name)) continue;
+    appendRows(rows, count, rows[i].parent, out);
+    for (int f = 0; f < rows[i].fieldCount; ++f) out.push_back(&rows[i].fields[f]);
+    return;
+  }
+}
+
+void registerAll() {
+  static auto* const flats = new std::deque<Flat>;
+  ignore(GcRxObject::desc() != nullptr ? Gcad::eOk : Gcad::eOutOfMemory);
+  int count = 0;
+  const Row* rows = classRows(count);
+  for (int i = 0; i < count; ++i) {
+    GcRxClass* made = newGcRxClass(rows[i].name, rows[i].parent, 0, 0, 0, rows[i].create, rows[i].dxfName);
+    GC_ASSERT(made != nullptr, "a class is registered twice");
+    if (rows[i].create == nullptr) continue;
+    Flat& flat = flats->emplace_back();
+    appendRows(rows, count, rows[i].name, flat.rows);
+    flat.info = {flat.rows.data(), static_cast<int>(flat.rows.size())};
+    made->setInfo(&flat.info);
+  }
+}
+
+}  // namespace
+
+void gcdbRegisterClasses() {
+  static const bool once = (registerAll(), true);
+  static_cast<void>(once);
+}

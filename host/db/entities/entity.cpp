@@ -1,0 +1,269 @@
+#include "db/entity.h"
+
+#include <cmath>
+#include <iterator>
+
+#include "db/curve.h"
+#include "db/database.h"
+#include "host/db/core/extra.h"
+#include "host/db/core/names.h"
+#include "host/db/describe/fieldio.h"
+
+GCDB_DEFINE_CLASS(GcDbEntity, "AcDbEntity")
+GCDB_DEFINE_CLASS(GcDbCurve, "AcDbCurve")
+
+// Fields of an entity that live in its rare parts read as their defaults when there are none. Reading gives a
+// shared empty part; writing a value that is not default makes the part (through needExtra).
+struct GcDbEntityAccess {
+  static GcDbObjectExtra& rare(void* record) {
+    auto* entity = static_cast<GcDbEntity*>(record);
+    return entity->needExtra();
+  }
+  static bool has(const void* record) { return static_cast<const GcDbEntity*>(record)->extra() != nullptr; }
+  template <auto Member>
+  static void* at(void* record) {
+    return &(rare(record).*Member);
+  }
+  // A field in the rare parts: written when it is there and not default, never read through a memory filer
+  // (the rare parts are copied as a whole).
+  template <auto Member>
+  static constexpr GcDbField row(int code, const char* name, Is is) {
+    GcDbField made;
+    made.code = static_cast<int16_t>(code);
+    made.kind = gcdescribe::kindOf<typename gcdescribe::MemberOf<decltype(Member)>::Member>();
+    made.is = is;
+    made.write = Write::UnlessDefault;
+    made.name = name;
+    made.at = at<Member>;
+    made.present = has;
+    made.inExtra = true;
+    return made;
+  }
+
+  static constexpr GcDbField inPaperSpace() {
+    return field<&GcDbEntity::m_inPaperSpace>(67, "inPaperSpace", Is::Plain, Write::UnlessDefault);
+  }
+  static constexpr GcDbField layer() { return field<&GcDbEntity::m_layerId>(8, "layer", Is::LayerName); }
+  static constexpr GcDbField linetype() {
+    return field<&GcDbEntity::m_linetypeId>(6, "linetype", Is::LinetypeName, Write::UnlessDefault);
+  }
+  static constexpr GcDbField color() {
+    return field<&GcDbEntity::m_color>(62, "color", Is::Color, Write::UnlessDefault);
+  }
+  static constexpr GcDbField trueColor() {
+    GcDbField row =
+        field<&GcDbEntity::m_color>(420, "trueColor", Is::TrueColor, Write::UnlessDefault).from(GcDb::kDHL_AC1018);
+    return row;
+  }
+  static constexpr GcDbField lineWeight() {
+    return field<&GcDbEntity::m_lineWeight>(370, "lineWeight", Is::Plain, Write::UnlessDefault)
+        .orElse(GcDb::kLnWtByLayer)
+        .from(GcDb::kDHL_AC1015);
+  }
+  static constexpr GcDbField linetypeScale() {
+    return field<&GcDbEntity::m_linetypeScale>(48, "linetypeScale", Is::Plain, Write::UnlessDefault).orElse(1);
+  }
+  static constexpr GcDbField invisible() {
+    return field<&GcDbEntity::m_invisible>(60, "invisible", Is::Plain, Write::UnlessDefault);
+  }
+};
+
+const GcDbField GcDbEntity::kFields[] = {
+    marker("AcDbEntity"),
+    GcDbEntityAccess::inPaperSpace(),
+    GcDbEntityAccess::layer(),
+    GcDbEntityAccess::linetype(),
+    GcDbEntityAccess::row<&GcDbObjectExtra::material>(347, "material", Is::HardPointer).from(GcDb::kDHL_AC1021),
+    GcDbEntityAccess::color(),
+    GcDbEntityAccess::lineWeight(),
+    GcDbEntityAccess::linetypeScale(),
+    GcDbEntityAccess::invisible(),
+    GcDbEntityAccess::trueColor(),
+    GcDbEntityAccess::row<&GcDbObjectExtra::colorBook>(430, "colorBook", Is::Plain).from(GcDb::kDHL_AC1018),
+    GcDbEntityAccess::row<&GcDbObjectExtra::transparency>(440, "transparency", Is::Plain).from(GcDb::kDHL_AC1018),
+    GcDbEntityAccess::row<&GcDbObjectExtra::plotStyle>(390, "plotStyle", Is::HardPointer).from(GcDb::kDHL_AC1015),
+    GcDbEntityAccess::row<&GcDbObjectExtra::shadowFlags>(284, "shadowFlags", Is::Plain).from(GcDb::kDHL_AC1021),
+};
+GCDB_FIELD_COUNT(GcDbEntity);
+
+void GcDbExtents::addPoint(const GcGePoint3d& p) {
+  min = {std::fmin(min.x, p.x), std::fmin(min.y, p.y), std::fmin(min.z, p.z)};
+  max = {std::fmax(max.x, p.x), std::fmax(max.y, p.y), std::fmax(max.z, p.z)};
+}
+
+void GcDbExtents::addExt(const GcDbExtents& e) {
+  if (e.isEmpty()) return;
+  addPoint(e.min);
+  addPoint(e.max);
+}
+
+namespace {
+
+GcDbDatabase* databaseOf(const GcDbEntity& entity) {
+  return entity.database() != nullptr ? entity.database() : gcdbHostApplicationServices()->workingDatabase();
+}
+
+// Calls f on every sub-entity, opened for write.
+template <class F>
+void onSubEntities(const GcDbEntity& entity, bool wanted, const F& f) {
+  if (!wanted) return;
+  GcDbObjectIdArray ids;
+  entity.subEntities(ids);
+  for (const GcDbObjectId id : ids) {
+    GcDbEntity* part = nullptr;
+    if (gcdbOpenObject(part, id, GcDb::kForWrite) != Gcad::eOk) continue;
+    f(*part);
+    ignore(part->close());
+  }
+}
+
+Gcad::ErrorStatus idOfRecord(const GcDbEntity& entity, GcDbDatabase::Table which, const GCHAR* name, GcDbObjectId& id) {
+  GcDbDatabase* database = databaseOf(entity);
+  if (database == nullptr) return Gcad::eNoDatabase;
+  GcDbSymbolTable* table = nullptr;
+  const Gcad::ErrorStatus status = gcdbOpenObject(
+      table, which == GcDbDatabase::kLayers ? database->layerTableId() : database->linetypeTableId(), GcDb::kForRead);
+  if (status != Gcad::eOk) return status;
+  const Gcad::ErrorStatus found = table->getAt(name, id);
+  ignore(table->close());
+  return found;
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbEntity::setColor(const GcCmEntityColor& color, bool doSubents) {
+  assertWriteEnabled();
+  m_color = color;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setColor(color)); });
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbEntity::setColorIndex(int index, bool doSubents) {
+  if (index < 0 || index > 256) return Gcad::eInvalidInput;
+  return setColor(GcCmEntityColor::fromIndex(index), doSubents);
+}
+
+GcString GcDbEntity::layer() const { return toGcString(gcdbNameOfRecord(m_layerId)); }
+
+Gcad::ErrorStatus GcDbEntity::setLayer(const GCHAR* name, bool doSubents, bool allowHidden) {
+  GcDbObjectId id;
+  const Gcad::ErrorStatus status = idOfRecord(*this, GcDbDatabase::kLayers, name, id);
+  return status == Gcad::eOk ? setLayer(id, doSubents, allowHidden) : status;
+}
+
+Gcad::ErrorStatus GcDbEntity::setLayer(GcDbObjectId id, bool doSubents, bool) {
+  if (id.objectClass() != GcDbLayerTableRecord::desc()) return Gcad::eInvalidInput;
+  assertWriteEnabled();
+  m_layerId = id;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setLayer(id)); });
+  return Gcad::eOk;
+}
+
+GcString GcDbEntity::linetype() const {
+  if (!m_linetypeId.isNull()) return toGcString(gcdbNameOfRecord(m_linetypeId));
+  return GC_T("ByLayer");
+}
+
+Gcad::ErrorStatus GcDbEntity::setLinetype(const GCHAR* name, bool doSubents) {
+  GcDbObjectId id;
+  const Gcad::ErrorStatus status = idOfRecord(*this, GcDbDatabase::kLinetypes, name, id);
+  return status == Gcad::eOk ? setLinetype(id, doSubents) : status;
+}
+
+// "By layer" is kept as no linetype at all: most entities have none, and files leave it out.
+Gcad::ErrorStatus GcDbEntity::setLinetype(GcDbObjectId id, bool doSubents) {
+  assertWriteEnabled();
+  m_linetypeId = id == id.database()->byLayerLinetype() ? GcDbObjectId() : id;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setLinetype(id)); });
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbEntity::setLinetypeScale(double scale, bool doSubents) {
+  if (!(scale > 0)) return Gcad::eInvalidInput;
+  assertWriteEnabled();
+  m_linetypeScale = scale;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setLinetypeScale(scale)); });
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbEntity::setVisibility(GcDb::Visibility visibility, bool doSubents) {
+  assertWriteEnabled();
+  m_invisible = visibility == GcDb::kInvisible;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setVisibility(visibility)); });
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbEntity::setLineWeight(GcDb::LineWeight weight, bool doSubents) {
+  static constexpr int16_t kValid[] = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,
+                                       50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
+  bool valid = false;
+  for (const int16_t each : kValid) valid = valid || each == weight;
+  if (!valid) return Gcad::eInvalidInput;
+  assertWriteEnabled();
+  m_lineWeight = weight;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setLineWeight(weight)); });
+  return Gcad::eOk;
+}
+
+GcString GcDbEntity::plotStyleName() const {
+  if (extra() == nullptr || extra()->plotStyleName.isEmpty()) return GC_T("ByLayer");
+  return extra()->plotStyleName;
+}
+
+Gcad::ErrorStatus GcDbEntity::setPlotStyleName(const GCHAR* name, bool doSubents) {
+  if (name == nullptr || name[0] == 0) return Gcad::eInvalidInput;
+  assertWriteEnabled();
+  needExtra().plotStyleName = name;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setPlotStyleName(name)); });
+  return Gcad::eOk;
+}
+
+void GcDbEntity::setDatabaseDefaults(GcDbDatabase* database) {
+  if (database == nullptr) database = databaseOf(*this);
+  if (database == nullptr) return;
+  m_layerId = database->clayer();
+  const GcDbObjectId linetype = database->celtype();
+  m_linetypeId = linetype == database->byLayerLinetype() ? GcDbObjectId() : linetype;
+  m_color = database->cecolor();
+  m_linetypeScale = database->celtscale();
+  m_lineWeight = database->celweight();
+}
+
+Gcad::ErrorStatus GcDbEntity::setPropertiesFrom(const GcDbEntity& other, bool doSubents) {
+  assertWriteEnabled();
+  m_layerId = other.m_layerId;
+  m_linetypeId = other.m_linetypeId;
+  m_linetypeScale = other.m_linetypeScale;
+  m_color = other.m_color;
+  m_lineWeight = other.m_lineWeight;
+  m_invisible = other.m_invisible;
+  if (other.extra() != nullptr && !other.extra()->plotStyleName.isEmpty())
+    needExtra().plotStyleName = other.extra()->plotStyleName;
+  onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setPropertiesFrom(other, false)); });
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbEntity::transformBy(const GcGeMatrix3d& transform) {
+  assertWriteEnabled();
+  return subTransformBy(transform);
+}
+
+Gcad::ErrorStatus GcDbEntity::subTransformBy(const GcGeMatrix3d& transform) {
+  const Gcad::ErrorStatus status = gcdbTransformFields(*this, transform);
+  onSubEntities(*this, status == Gcad::eOk, [&](GcDbEntity& part) { ignore(part.transformBy(transform)); });
+  return status;
+}
+
+bool GcDbEntity::isPlanar() const { return false; }
+GcGeVector3d GcDbEntity::normal() const { return GcGeVector3d::kZAxis; }
+Gcad::ErrorStatus GcDbEntity::explode(GcDbVoidPtrArray&) const { return Gcad::eNotApplicable; }
+void GcDbEntity::subEntities(GcDbObjectIdArray& ids) const { subOwned(ids); }
+
+uint32_t GcDbEntity::subSetAttributes(GcGiDrawableTraits* traits) {
+  traits->setLayer(m_layerId);
+  traits->setColor(m_color);
+  traits->setLineType(m_linetypeId);
+  traits->setLineTypeScale(m_linetypeScale);
+  traits->setLineWeight(m_lineWeight);
+  return 0;
+}
