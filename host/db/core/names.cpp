@@ -5,7 +5,7 @@
 #include "host/db/core/store.h"
 
 void GcDbNameIndex::remove(GcView name, GcDbObjectId id) {
-  const auto range = map.equal_range(upperText(name));
+  const auto range = map.equal_range(name);
   for (auto at = range.first; at != range.second; ++at)
     if (at->second == id) {
       map.erase(at);
@@ -15,7 +15,7 @@ void GcDbNameIndex::remove(GcView name, GcDbObjectId id) {
 
 GcDbObjectId GcDbNameIndex::find(GcView name, bool erased) const {
   GcDbObjectId other;
-  const auto range = map.equal_range(upperText(name));
+  const auto range = map.equal_range(name);
   for (auto at = range.first; at != range.second; ++at) {
     if (!at->second.isErased()) return at->second;
     other = at->second;

@@ -18,14 +18,20 @@ GcView gcdbNameOfRecord(GcDbObjectId id);
 // stand where anonymous and dependent names have them), no control characters.
 bool gcdbIsValidRecordName(GcView name, bool allowSpecial);
 
-// Upper-cased name to id; several records may share a name ("*Active" viewports).
+// Name to id without regard to case; several records may share a name ("*Active" viewports). Looking up
+// allocates nothing.
 struct GcDbNameIndex {
   struct Hash {
-    size_t operator()(const GcText& name) const { return static_cast<size_t>(hashNoCase(name)); }
+    using is_transparent = void;
+    size_t operator()(GcView name) const { return static_cast<size_t>(hashNoCase(name)); }
   };
-  std::unordered_multimap<GcText, GcDbObjectId, Hash> map;
+  struct Equal {
+    using is_transparent = void;
+    bool operator()(GcView a, GcView b) const { return equalNoCase(a, b); }
+  };
+  std::unordered_multimap<GcText, GcDbObjectId, Hash, Equal> map;
 
-  void add(GcView name, GcDbObjectId id) { map.emplace(upperText(name), id); }
+  void add(GcView name, GcDbObjectId id) { map.emplace(GcText(name), id); }
   void remove(GcView name, GcDbObjectId id);
   // The first one that is not erased; an erased one when there is no other and `erased` is set.
   [[nodiscard]] GcDbObjectId find(GcView name, bool erased) const;

@@ -23,6 +23,8 @@ class GcDbStub {
   bool isNew : 1 = false;     // appended and not yet closed
 };
 
+static_assert(sizeof(GcDbStub) == 24, "ten million objects have a stub each");
+
 class GcDbStore {
  public:
   explicit GcDbStore(GcDbDatabase* database);

@@ -59,7 +59,7 @@ void GcDbDictionary::rebuildIndex() const {
 int GcDbDictionary::findKey(const GCHAR* key) const {
   if (m_entries.length() >= kIndexFrom) {
     if (m_index == nullptr || m_index->map.size() != static_cast<size_t>(m_entries.length())) rebuildIndex();
-    if (m_index->map.find(upperText(view(key))) == m_index->map.end()) return -1;
+    if (m_index->map.find(view(key)) == m_index->map.end()) return -1;
   }
   for (int i = 0; i < m_entries.length(); ++i)
     if (!m_entries[i].id.isErased() && equalNoCase(view(m_entries[i].key), view(key))) return i;
