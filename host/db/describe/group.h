@@ -53,7 +53,7 @@ class GcDbGroupList : public GcDbGroupSink {
   [[nodiscard]] bool isEmpty() const { return m_bytes.isEmpty(); }
   void clear() { m_bytes = GcArray<uint8_t>(); }
   [[nodiscard]] size_t heapBytes() const { return static_cast<size_t>(m_bytes.physicalLength()); }
-  friend bool operator==(const GcDbGroupList&, const GcDbGroupList&) = default;
+  friend bool operator==(const GcDbGroupList& a, const GcDbGroupList& b) { return a.m_bytes == b.m_bytes; }
 
   // Walks the groups. Texts and bytes point into the list: valid until it changes.
   class Cursor {
