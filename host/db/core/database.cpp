@@ -2,6 +2,7 @@
 
 #include "db/blockbegin.h"
 #include "db/dictionary.h"
+#include "host/db/core/fileparts.h"
 #include "host/db/core/header.h"
 #include "host/db/core/loadreport.h"
 #include "host/db/core/newdrawing.h"
@@ -17,6 +18,7 @@ GcDbDatabase::GcDbDatabase(bool buildDefaultDrawing, bool) {
   gcdbRegisterClasses();
   m_store = new GcDbStore(this);
   m_header = new GcDbHeader;
+  m_fileParts = new GcDbFileParts;
   m_undo = new GcDbUndo(*this);
   if (buildDefaultDrawing) gcdbBuildNewDrawing(*this);
 }
@@ -28,6 +30,7 @@ GcDbDatabase::~GcDbDatabase() {
   if (services->workingDatabase() == this) services->setWorkingDatabase(nullptr);
   delete m_undo;
   delete m_store;
+  delete m_fileParts;
   delete m_header;
   delete m_report;
 }

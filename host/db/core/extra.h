@@ -19,6 +19,8 @@ struct GcDbObjectExtra {
   GcDbGroupList xdata;  // 1001 application name, its values, and so on
   GcArray<GcDbForeignGroups> foreign;
   // Entities only.
+  GcDbObjectIdArray parts;       // vertices, attributes: entities of their own that follow this one in files
+  GcDbObjectId sequenceEnd;      // ends them
   GcDbObjectId plotStyle;        // 390
   GcDbObjectId material;         // 347
   GcDbObjectId visualStyles[3];  // 348 full, face, edge

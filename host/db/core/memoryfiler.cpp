@@ -87,6 +87,9 @@ void writeExtra(GcDbDwgFiler& filer, const GcDbObjectExtra& extra) {
     ignore(filer.writeBool(groups.ownMarker));
     writeList(filer, groups.groups);
   }
+  ignore(filer.writeInt32(extra.parts.length()));
+  for (const GcDbObjectId part : extra.parts) ignore(filer.writeHardOwnershipId(part));
+  ignore(filer.writeHardOwnershipId(extra.sequenceEnd));
   ignore(filer.writeHardPointerId(extra.plotStyle));
   ignore(filer.writeHardPointerId(extra.material));
   for (const GcDbObjectId style : extra.visualStyles) ignore(filer.writeHardPointerId(style));
@@ -120,6 +123,14 @@ void readExtra(GcDbDwgFiler& filer, GcDbObjectExtra& extra) {
     readList(filer, groups.groups);
     extra.foreign.append(std::move(groups));
   }
+  ignore(filer.readInt32(&count));
+  extra.parts.clear();
+  for (int i = 0; i < count && filer.filerStatus() == Gcad::eOk; ++i) {
+    GcDbObjectId part;
+    ignore(filer.readHardOwnershipId(&part));
+    extra.parts.append(part);
+  }
+  ignore(filer.readHardOwnershipId(&extra.sequenceEnd));
   ignore(filer.readHardPointerId(&extra.plotStyle));
   ignore(filer.readHardPointerId(&extra.material));
   for (GcDbObjectId& style : extra.visualStyles) ignore(filer.readHardPointerId(&style));

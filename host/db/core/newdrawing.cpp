@@ -4,6 +4,7 @@
 #include "db/database.h"
 #include "db/dictionary.h"
 #include "host/db/core/header.h"
+#include "host/db/core/loader.h"
 #include "host/db/core/loadreport.h"
 #include "host/db/core/store.h"
 #include "host/rx/view.h"
@@ -45,27 +46,6 @@ GcDbObjectId needRecord(GcDbObjectId tableId, const GCHAR* name, bool& made) {
 
 }  // namespace
 
-// Gives a block record its begin and end entities when it has none.
-class GcDbBlockLoader {
- public:
-  static void completeBlock(GcDbDatabase& database, GcDbObjectId id) {
-    GcDbBlockTableRecord* record = nullptr;
-    if (gcdbOpenObject(record, id, GcDb::kForWrite) != Gcad::eOk) return;
-    if (!record->m_beginId.isValid()) record->m_beginId = addPart(database, new GcDbBlockBegin, id);
-    if (!record->m_endId.isValid()) record->m_endId = addPart(database, new GcDbBlockEnd, id);
-    ignore(record->close());
-  }
-
- private:
-  static GcDbObjectId addPart(GcDbDatabase& database, GcDbEntity* part, GcDbObjectId owner) {
-    GcDbObjectId id;
-    ignore(part->setLayer(database.layerZero()));
-    ignore(database.addGcDbObject(id, part, owner));
-    ignore(part->close());
-    return id;
-  }
-};
-
 void GcDbDatabase::completeAfterLoad() {
   for (int which = 0; which < kTableCount; ++which)
     if (!m_tables[which].isValid()) addTable(*this, which);
@@ -100,7 +80,7 @@ void GcDbDatabase::completeAfterLoad() {
   if (gcdbOpenObject(blocks, m_tables[kBlocks], GcDb::kForRead) != Gcad::eOk) return;
   const GcDbObjectIdArray records = blocks->records();
   ignore(blocks->close());
-  for (const GcDbObjectId id : records) GcDbBlockLoader::completeBlock(*this, id);
+  for (const GcDbObjectId id : records) GcDbLoader::completeBlock(*this, id);
 }
 
 void gcdbBuildNewDrawing(GcDbDatabase& database) { database.completeAfterLoad(); }

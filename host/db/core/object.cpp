@@ -175,7 +175,11 @@ Gcad::ErrorStatus GcDbObject::erase(bool erasing) {
 
 Gcad::ErrorStatus GcDbObject::subErase(bool) { return Gcad::eOk; }
 void GcDbObject::subLoaded() {}
-void GcDbObject::subOwned(GcDbObjectIdArray&) const {}
+void GcDbObject::subOwned(GcDbObjectIdArray& ids) const {
+  if (m_extra == nullptr) return;
+  ids.append(m_extra->parts);
+  if (!m_extra->sequenceEnd.isNull()) ids.append(m_extra->sequenceEnd);
+}
 
 Gcad::ErrorStatus GcDbObject::setOwnerId(GcDbObjectId owner) {
   assertWriteEnabled();

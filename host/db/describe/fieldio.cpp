@@ -231,8 +231,11 @@ GcDbFieldReader::GcDbFieldReader(void* record, const GcDbField* const* rows, int
   m_frames[0] = {record, nullptr, rowCount, 0, nullptr, nullptr};
 }
 
+// A class may have the same marker twice (TEXT); the next one behind the current section is meant.
 bool GcDbFieldReader::takeMarker(const GcDbGroup& group) {
-  for (int i = 0; i < m_rowCount; ++i) {
+  const int from = m_sectionEnd < m_rowCount ? m_sectionEnd : 0;
+  for (int step = 0; step < m_rowCount; ++step) {
+    const int i = from + step < m_rowCount ? from + step : from + step - m_rowCount;
     const GcDbField& row = *m_rows[i];
     if (row.is != Is::Marker || group.text.size() != std::strlen(row.name)) continue;
     if (!std::equal(group.text.begin(), group.text.end(), row.name)) continue;

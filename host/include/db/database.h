@@ -13,6 +13,7 @@ class GcDbIdMapping;
 class GcDbLoadReport;
 class GcDbStore;
 class GcDbUndo;
+struct GcDbFileParts;
 
 class GcDbDatabase : public GcRxObject {
  public:
@@ -79,7 +80,7 @@ class GcDbDatabase : public GcRxObject {
   [[nodiscard]] GcCmColor cecolor() const { return m_current.color; }
   [[nodiscard]] double celtscale() const { return m_current.linetypeScale; }
   [[nodiscard]] GcDb::LineWeight celweight() const { return static_cast<GcDb::LineWeight>(m_current.lineWeight); }
-  Gcad::ErrorStatus setClayer(GcDbObjectId id);      // eInvalidInput for a frozen layer or a foreign id
+  Gcad::ErrorStatus setClayer(GcDbObjectId id);  // eInvalidInput for a frozen layer or a foreign id
   Gcad::ErrorStatus setCeltype(GcDbObjectId id);
   Gcad::ErrorStatus setTextstyle(GcDbObjectId id);
   Gcad::ErrorStatus setDimstyle(GcDbObjectId id);
@@ -96,6 +97,9 @@ class GcDbDatabase : public GcRxObject {
   // Every other setting, by name as files have it ("$LTSCALE").
   [[nodiscard]] GcDbHeader& header() { return *m_header; }
   [[nodiscard]] const GcDbHeader& header() const { return *m_header; }
+  // What the file held beside objects and settings: class records, comments, sections kept as they are.
+  [[nodiscard]] GcDbFileParts& fileParts() { return *m_fileParts; }
+  [[nodiscard]] const GcDbFileParts& fileParts() const { return *m_fileParts; }
 
   void addReactor(GcDbDatabaseReactor* reactor);
   void removeReactor(GcDbDatabaseReactor* reactor);
@@ -121,7 +125,18 @@ class GcDbDatabase : public GcRxObject {
   void setTableId(int table, GcDbObjectId id) { m_tables[table] = id; }
   void setNamedObjectsDictionaryId(GcDbObjectId id) { m_namedObjectsId = id; }
 
-  enum Table : uint8_t { kBlocks, kLayers, kTextStyles, kLinetypes, kViews, kUcss, kViewports, kRegApps, kDimStyles, kTableCount };
+  enum Table : uint8_t {
+    kBlocks,
+    kLayers,
+    kTextStyles,
+    kLinetypes,
+    kViews,
+    kUcss,
+    kViewports,
+    kRegApps,
+    kDimStyles,
+    kTableCount
+  };
 
  private:
   struct Current {
@@ -140,6 +155,7 @@ class GcDbDatabase : public GcRxObject {
 
   GcDbStore* m_store;
   GcDbHeader* m_header;
+  GcDbFileParts* m_fileParts;
   GcDbUndo* m_undo;
   GcDbLoadReport* m_report = nullptr;
   GcDbObjectId m_tables[kTableCount];

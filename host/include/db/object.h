@@ -33,7 +33,7 @@ class GcDbObject : public GcGiDrawable {
   [[nodiscard]] GcDbDatabase* database() const { return m_id.database(); }
 
   Gcad::ErrorStatus close();
-  Gcad::ErrorStatus upgradeOpen();    // read to write; eWasOpenForRead with other readers
+  Gcad::ErrorStatus upgradeOpen();  // read to write; eWasOpenForRead with other readers
   Gcad::ErrorStatus downgradeOpen();
   Gcad::ErrorStatus erase(bool erasing = true);  // open for write
   [[nodiscard]] bool isErased() const { return m_id.isErased(); }
@@ -53,9 +53,9 @@ class GcDbObject : public GcGiDrawable {
   // Errors: eRegappIdNotFound, eInvalidResBuf (bad code or order), eInvalidInput (over 16 kB).
   Gcad::ErrorStatus setXData(const resbuf* chain);
 
-  [[nodiscard]] GcDbObjectId extensionDictionary() const;   // null when there is none or it is erased
-  Gcad::ErrorStatus createExtensionDictionary();            // eOk too when it exists
-  Gcad::ErrorStatus releaseExtensionDictionary();           // only when it is empty
+  [[nodiscard]] GcDbObjectId extensionDictionary() const;  // null when there is none or it is erased
+  Gcad::ErrorStatus createExtensionDictionary();           // eOk too when it exists
+  Gcad::ErrorStatus releaseExtensionDictionary();          // only when it is empty
 
   // Objects to be told of changes, kept in the drawing.
   void addPersistentReactor(GcDbObjectId id);
@@ -72,7 +72,8 @@ class GcDbObject : public GcGiDrawable {
   virtual Gcad::ErrorStatus subErase(bool erasing);
   // Called after reading from a file and after cloning, when all references can be followed.
   virtual void subLoaded();
-  // The objects this one owns besides extension dictionary and what its fields say (vertices, attributes …).
+  // The objects this one owns besides extension dictionary and what its fields say; the default: its parts
+  // (vertices, attributes) as files have them.
   virtual void subOwned(GcDbObjectIdArray& ids) const;
 
   // For the host's own use: the rarely needed parts, null when the object has none.

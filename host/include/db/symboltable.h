@@ -32,6 +32,7 @@ class GcDbSymbolTableRecord : public GcDbObject {
   int16_t m_flags = 0;  // group 70: the bits of each kind of record
 
  private:
+  friend class GcDbLoader;
   friend class GcDbSymbolTable;
 };
 
@@ -88,6 +89,7 @@ class GcDbSymbolTable : public GcDbObject {
  private:
   friend class GcDbSymbolTableRecord;
   friend class GcDbDatabase;
+  friend class GcDbLoader;
   void indexRecord(const GcDbSymbolTableRecord& record);
   void unindexRecord(const GcDbSymbolTableRecord& record);
 
@@ -189,7 +191,7 @@ class GcDbBlockTableRecord : public GcDbSymbolTableRecord {
  private:
   friend class GcDbDatabase;
   friend struct GcDbBlockFields;
-  friend class GcDbBlockLoader;
+  friend class GcDbLoader;
   GcDbObjectIdArray m_entities;
   GcDbObjectId m_beginId;
   GcDbObjectId m_endId;

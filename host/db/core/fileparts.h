@@ -1,0 +1,46 @@
+// What a drawing file holds beside its objects and header settings, kept so that saving gives it back.
+#pragma once
+
+#include <vector>
+
+#include "host/db/describe/group.h"
+#include "rx/gcstring.h"
+
+// A class of objects that is not one of the format's fixed kinds, as the CLASSES section describes it.
+struct GcDbClassRecord {
+  GcString dxfName;    // "ACDBPLACEHOLDER"
+  GcString className;  // C++ class
+  GcString appName;
+  int32_t proxyFlags = 0;
+  int32_t instanceCount = 0;
+  bool wasZombie = false;  // the class was not loaded when the file was written
+  bool isEntity = false;
+  int32_t dwgVersion = 0;  // DWG files only
+  int32_t maintenanceVersion = 0;
+  int32_t number = 0;  // DWG files only: the object type of its records
+};
+
+// A record (or the head) of a section that holds no objects of the database.
+struct GcDbFileRecord {
+  GcString type;  // group 0; empty for the head of a section
+  GcDbGroupList groups;
+};
+
+struct GcDbFileSection {
+  GcString name;  // "ACDSDATA"
+  std::vector<GcDbFileRecord> records;
+};
+
+struct GcDbFileParts {
+  GcString codePage;  // as the file names it; empty for a new drawing
+  std::vector<GcString> comments;
+  std::vector<GcDbClassRecord> classes;
+  std::vector<GcDbFileSection> sections;
+
+  // The class of a DXF name; null when the file described none.
+  [[nodiscard]] const GcDbClassRecord* findClass(GcView dxfName) const {
+    for (const GcDbClassRecord& record : classes)
+      if (view(record.dxfName) == dxfName) return &record;
+    return nullptr;
+  }
+};

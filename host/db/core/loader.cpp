@@ -1,0 +1,33 @@
+#include "host/db/core/loader.h"
+
+#include "db/blockbegin.h"
+
+void GcDbLoader::appendRecord(GcDbSymbolTable& table, const GcDbSymbolTableRecord& record) {
+  table.m_records.append(record.objectId());
+  table.indexRecord(record);
+}
+
+void GcDbLoader::appendEntity(GcDbBlockTableRecord& block, GcDbObjectId entity) { block.m_entities.append(entity); }
+void GcDbLoader::setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin) { block.m_beginId = begin; }
+void GcDbLoader::setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end) { block.m_endId = end; }
+void GcDbLoader::setName(GcDbSymbolTableRecord& record, const GcString& name) { record.m_name = name; }
+
+namespace {
+
+GcDbObjectId addPart(GcDbDatabase& database, GcDbEntity* part, GcDbObjectId owner) {
+  GcDbObjectId id;
+  ignore(part->setLayer(database.layerZero()));
+  ignore(database.addGcDbObject(id, part, owner));
+  ignore(part->close());
+  return id;
+}
+
+}  // namespace
+
+void GcDbLoader::completeBlock(GcDbDatabase& database, GcDbObjectId block) {
+  GcDbBlockTableRecord* record = nullptr;
+  if (gcdbOpenObject(record, block, GcDb::kForWrite) != Gcad::eOk) return;
+  if (!record->m_beginId.isValid()) record->m_beginId = addPart(database, new GcDbBlockBegin, block);
+  if (!record->m_endId.isValid()) record->m_endId = addPart(database, new GcDbBlockEnd, block);
+  ignore(record->close());
+}

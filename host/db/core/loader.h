@@ -1,0 +1,20 @@
+// How readers of files put objects into tables, blocks and sequences: as the file has them, without the checks, the
+// notifications and the undo records of the interface.
+#pragma once
+
+#include "db/database.h"
+#include "db/symboltable.h"
+
+class GcDbLoader {
+ public:
+  // The record has its id; it goes to the end of the table.
+  static void appendRecord(GcDbSymbolTable& table, const GcDbSymbolTableRecord& record);
+  // The entity has its id and the block as its owner.
+  static void appendEntity(GcDbBlockTableRecord& block, GcDbObjectId entity);
+  static void setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin);
+  static void setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end);
+  // Gives a block the begin and end entities it lacks.
+  static void completeBlock(GcDbDatabase& database, GcDbObjectId block);
+  // The file's name of a record, whatever it is.
+  static void setName(GcDbSymbolTableRecord& record, const GcString& name);
+};
