@@ -4,6 +4,7 @@
 
 #include "db/entity.h"
 #include "host/db/core/extra.h"
+#include "host/db/describe/fieldio.h"
 #include "host/rx/view.h"
 
 Gcad::ErrorStatus GcDbMemoryFiler::writeBytes(const void* bytes, uint64_t count) {
@@ -19,6 +20,16 @@ Gcad::ErrorStatus GcDbMemoryFiler::readBytes(void* bytes, uint64_t count) {
   if (count > 0) std::memcpy(bytes, m_bytes.data() + m_at, count);
   m_at += count;
   return Gcad::eOk;
+}
+
+GcDbObjectId GcDbMemoryFiler::referenceAt(const GcDbReferencePlace& place) const {
+  GcDbObjectId id;
+  std::memcpy(static_cast<void*>(&id), m_bytes.data() + place.offset, sizeof id);
+  return id;
+}
+
+void GcDbMemoryFiler::setReferenceAt(const GcDbReferencePlace& place, GcDbObjectId id) {
+  std::memcpy(m_bytes.data() + place.offset, static_cast<const void*>(&id), sizeof id);
 }
 
 Gcad::ErrorStatus GcDbMemoryFiler::writeString(const GcString& text) {
@@ -63,29 +74,15 @@ void readIds(GcDbDwgFiler& filer, GcDbObjectIdArray& ids) {
   }
 }
 
-void writeList(GcDbDwgFiler& filer, const GcDbGroupList& list) {
-  ignore(filer.writeInt32(list.bytes().length()));
-  ignore(filer.writeBytes(list.bytes().begin(), static_cast<uint64_t>(list.bytes().length())));
-}
-
-void readList(GcDbDwgFiler& filer, GcDbGroupList& list) {
-  int32_t size = 0;
-  ignore(filer.readInt32(&size));
-  GcArray<uint8_t> bytes;
-  bytes.setLogicalLength(size);
-  ignore(filer.readBytes(bytes.begin(), static_cast<uint64_t>(size)));
-  list.setBytes(std::move(bytes));
-}
-
 void writeExtra(GcDbDwgFiler& filer, const GcDbObjectExtra& extra) {
   ignore(filer.writeHardOwnershipId(extra.extensionDictionary));
   writeIds(filer, extra.reactors);
-  writeList(filer, extra.xdata);
+  gcdbWriteGroups(extra.xdata, filer);
   ignore(filer.writeInt32(extra.foreign.length()));
   for (const GcDbForeignGroups& groups : extra.foreign) {
     ignore(filer.writeString(groups.section));
     ignore(filer.writeBool(groups.ownMarker));
-    writeList(filer, groups.groups);
+    gcdbWriteGroups(groups.groups, filer);
   }
   ignore(filer.writeInt32(extra.parts.length()));
   for (const GcDbObjectId part : extra.parts) ignore(filer.writeHardOwnershipId(part));
@@ -112,7 +109,7 @@ void readFlag(GcDbDwgFiler& filer, int8_t& flag) {
 void readExtra(GcDbDwgFiler& filer, GcDbObjectExtra& extra) {
   ignore(filer.readHardOwnershipId(&extra.extensionDictionary));
   readIds(filer, extra.reactors);
-  readList(filer, extra.xdata);
+  gcdbReadGroups(extra.xdata, filer);
   int32_t count = 0;
   ignore(filer.readInt32(&count));
   extra.foreign.clear();
@@ -120,7 +117,7 @@ void readExtra(GcDbDwgFiler& filer, GcDbObjectExtra& extra) {
     GcDbForeignGroups groups;
     ignore(filer.readString(groups.section));
     ignore(filer.readBool(&groups.ownMarker));
-    readList(filer, groups.groups);
+    gcdbReadGroups(groups.groups, filer);
     extra.foreign.append(std::move(groups));
   }
   ignore(filer.readInt32(&count));
@@ -147,17 +144,14 @@ void readExtra(GcDbDwgFiler& filer, GcDbObjectExtra& extra) {
 
 }  // namespace
 
-std::vector<uint8_t> gcdbImageOf(const GcDbObject& object, GcDb::FilerType type) {
-  GcDbMemoryFiler filer(type);
+void gcdbImageOut(const GcDbObject& object, GcDbMemoryFiler& filer) {
   ignore(filer.writeSoftPointerId(object.ownerId()));
   ignore(filer.writeBool(object.extra() != nullptr));
   if (object.extra() != nullptr) writeExtra(filer, *object.extra());
   ignore(object.dwgOutFields(&filer));
-  return filer.takeBytes();
 }
 
-Gcad::ErrorStatus gcdbImageInto(GcDbObject& object, const std::vector<uint8_t>& image, GcDb::FilerType type) {
-  GcDbMemoryFiler filer(type, image);
+Gcad::ErrorStatus gcdbImageIn(GcDbObject& object, GcDbMemoryFiler& filer) {
   GcDbObjectId owner;
   bool hasExtra = false;
   ignore(filer.readSoftPointerId(&owner));
@@ -168,4 +162,15 @@ Gcad::ErrorStatus gcdbImageInto(GcDbObject& object, const std::vector<uint8_t>& 
     *object.extra() = GcDbObjectExtra();
   ignore(object.setOwnerId(owner));
   return object.dwgInFields(&filer);
+}
+
+std::vector<uint8_t> gcdbImageOf(const GcDbObject& object, GcDb::FilerType type) {
+  GcDbMemoryFiler filer(type);
+  gcdbImageOut(object, filer);
+  return filer.takeBytes();
+}
+
+Gcad::ErrorStatus gcdbImageInto(GcDbObject& object, const std::vector<uint8_t>& image, GcDb::FilerType type) {
+  GcDbMemoryFiler filer(type, image);
+  return gcdbImageIn(object, filer);
 }

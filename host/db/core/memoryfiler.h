@@ -1,5 +1,6 @@
 // A filer into memory: how objects are copied (clone) and remembered (undo). Ids stay ids, so the copy is
-// only good within this process.
+// only good within this process. Where each reference lies in the bytes is remembered, so that a clone can
+// follow references and translate them whatever the class is.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +9,13 @@
 #include "db/filer.h"
 #include "db/object.h"
 
+enum class GcDbReferenceKind : uint8_t { SoftPointer, HardPointer, SoftOwnership, HardOwnership };
+
+struct GcDbReferencePlace {
+  size_t offset;
+  GcDbReferenceKind kind;
+};
+
 class GcDbMemoryFiler : public GcDbDwgFiler {
  public:
   explicit GcDbMemoryFiler(GcDb::FilerType type) : m_type(type) {}
@@ -15,6 +23,9 @@ class GcDbMemoryFiler : public GcDbDwgFiler {
 
   [[nodiscard]] const std::vector<uint8_t>& bytes() const { return m_bytes; }
   std::vector<uint8_t> takeBytes() { return std::move(m_bytes); }
+  [[nodiscard]] const std::vector<GcDbReferencePlace>& references() const { return m_references; }
+  [[nodiscard]] GcDbObjectId referenceAt(const GcDbReferencePlace& place) const;
+  void setReferenceAt(const GcDbReferencePlace& place, GcDbObjectId id);
   void rewind() { m_at = 0; }
   [[nodiscard]] bool atEnd() const { return m_at == m_bytes.size(); }
 
@@ -47,19 +58,31 @@ class GcDbMemoryFiler : public GcDbDwgFiler {
   GC_MEMORY_STRUCT(Point2d, GcGePoint2d)
   GC_MEMORY_STRUCT(Point3d, GcGePoint3d)
   GC_MEMORY_STRUCT(Vector3d, GcGeVector3d)
-  GC_MEMORY_STRUCT(SoftPointerId, GcDbObjectId)
-  GC_MEMORY_STRUCT(HardPointerId, GcDbObjectId)
-  GC_MEMORY_STRUCT(SoftOwnershipId, GcDbObjectId)
-  GC_MEMORY_STRUCT(HardOwnershipId, GcDbObjectId)
 #undef GC_MEMORY_STRUCT
+#define GC_MEMORY_REFERENCE(Name)                                      \
+  Gcad::ErrorStatus read##Name##Id(GcDbObjectId* id) override {        \
+    return readBytes(static_cast<void*>(id), sizeof *id);              \
+  }                                                                    \
+  Gcad::ErrorStatus write##Name##Id(const GcDbObjectId& id) override { \
+    m_references.push_back({m_bytes.size(), GcDbReferenceKind::Name}); \
+    return writeBytes(&id, sizeof id);                                 \
+  }
+  GC_MEMORY_REFERENCE(SoftPointer)
+  GC_MEMORY_REFERENCE(HardPointer)
+  GC_MEMORY_REFERENCE(SoftOwnership)
+  GC_MEMORY_REFERENCE(HardOwnership)
+#undef GC_MEMORY_REFERENCE
 
  private:
   std::vector<uint8_t> m_bytes;
+  std::vector<GcDbReferencePlace> m_references;
   size_t m_at = 0;
   Gcad::ErrorStatus m_status = Gcad::eOk;
   GcDb::FilerType m_type;
 };
 
 // Everything an object is, its rare parts included, as bytes; and back into an object of the same class.
+void gcdbImageOut(const GcDbObject& object, GcDbMemoryFiler& filer);
+Gcad::ErrorStatus gcdbImageIn(GcDbObject& object, GcDbMemoryFiler& filer);
 std::vector<uint8_t> gcdbImageOf(const GcDbObject& object, GcDb::FilerType type);
 Gcad::ErrorStatus gcdbImageInto(GcDbObject& object, const std::vector<uint8_t>& image, GcDb::FilerType type);

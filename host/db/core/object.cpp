@@ -180,6 +180,7 @@ void GcDbObject::subOwned(GcDbObjectIdArray& ids) const {
   ids.append(m_extra->parts);
   if (!m_extra->sequenceEnd.isNull()) ids.append(m_extra->sequenceEnd);
 }
+void GcDbObject::subSetOwned(const GcDbObjectIdArray&) {}
 
 Gcad::ErrorStatus GcDbObject::setOwnerId(GcDbObjectId owner) {
   assertWriteEnabled();

@@ -376,9 +376,6 @@ void readRecords(const GcDbField& row, void* array, GcDbDwgFiler& filer) {
   }
 }
 
-void writeGroups(const GcDbGroupList& list, GcDbDwgFiler& filer);
-void readGroups(GcDbGroupList& list, GcDbDwgFiler& filer);
-
 void writeMember(const GcDbField& row, void* member, GcDbDwgFiler& filer) {
   switch (row.kind) {
     case Kind::None: return;
@@ -396,7 +393,7 @@ void writeMember(const GcDbField& row, void* member, GcDbDwgFiler& filer) {
       ignore(filer.writeBytes(bytes.begin(), static_cast<uint64_t>(bytes.length())));
       return;
     }
-    case Kind::Groups: writeGroups(as<GcDbGroupList>(member), filer); return;
+    case Kind::Groups: gcdbWriteGroups(as<GcDbGroupList>(member), filer); return;
     case Kind::Records:
       if (row.is != Is::Count) writeRecords(row, member, filer);
       return;
@@ -429,7 +426,7 @@ void readMember(const GcDbField& row, void* member, GcDbDwgFiler& filer) {
       ignore(filer.readBytes(bytes.begin(), static_cast<uint64_t>(size)));
       return;
     }
-    case Kind::Groups: readGroups(as<GcDbGroupList>(member), filer); return;
+    case Kind::Groups: gcdbReadGroups(as<GcDbGroupList>(member), filer); return;
     case Kind::Records:
       if (row.is != Is::Count) readRecords(row, member, filer);
       return;
@@ -441,8 +438,9 @@ void readMember(const GcDbField& row, void* member, GcDbDwgFiler& filer) {
   }
 }
 
-// The references of a list go as references (a clone translates them), the rest as one block of bytes.
-void writeGroups(const GcDbGroupList& list, GcDbDwgFiler& filer) {
+}  // namespace
+
+void gcdbWriteGroups(const GcDbGroupList& list, GcDbDwgFiler& filer) {
   GcArray<uint8_t> bytes = list.bytes();
   ignore(filer.writeInt32(bytes.length()));
   ignore(filer.writeBytes(bytes.begin(), static_cast<uint64_t>(bytes.length())));
@@ -451,7 +449,7 @@ void writeGroups(const GcDbGroupList& list, GcDbDwgFiler& filer) {
     if (group.kind == GcDbGroupKind::Id) ignore(filer.writeSoftPointerId(group.id));
 }
 
-void readGroups(GcDbGroupList& list, GcDbDwgFiler& filer) {
+void gcdbReadGroups(GcDbGroupList& list, GcDbDwgFiler& filer) {
   int32_t size = 0;
   ignore(filer.readInt32(&size));
   GcArray<uint8_t> bytes;
@@ -464,8 +462,6 @@ void readGroups(GcDbGroupList& list, GcDbDwgFiler& filer) {
     return id;
   });
 }
-
-}  // namespace
 
 Gcad::ErrorStatus gcdbFieldsDwgOut(const GcDbObject& object, GcDbDwgFiler& filer) {
   const GcDbClassInfo* info = gcdbInfoOf(object);

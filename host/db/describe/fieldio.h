@@ -74,6 +74,11 @@ GcDbGroup gcdbGetValue(const GcDbField& row, const void* member, GcDbDatabase* d
 Gcad::ErrorStatus gcdbFieldsDwgOut(const GcDbObject& object, GcDbDwgFiler& filer);
 Gcad::ErrorStatus gcdbFieldsDwgIn(GcDbObject& object, GcDbDwgFiler& filer);
 
+// A list of groups through a filer: one block of bytes, then its references as references, so that a clone
+// translates them.
+void gcdbWriteGroups(const GcDbGroupList& list, GcDbDwgFiler& filer);
+void gcdbReadGroups(GcDbGroupList& list, GcDbDwgFiler& filer);
+
 // Every reference in the fields, in row order.
 class GcDbReferenceVisitor {
  public:

@@ -192,12 +192,12 @@ bool GcDbGroupList::Cursor::next(GcDbGroup& group) {
   return true;
 }
 
-GcDbObjectId* GcDbGroupList::idAt(int offset, int& next) {
+void* GcDbGroupList::valueAt(int offset, GcDbGroupKind kind, int& next) {
   Cursor cursor(*this);
   cursor.m_at = offset;
   GcDbGroup group;
   cursor.next(group);
   next = cursor.m_at;
   constexpr int kHead = 4;  // code, kind, padding
-  return group.kind == GcDbGroupKind::Id ? reinterpret_cast<GcDbObjectId*>(m_bytes.begin() + offset + kHead) : nullptr;
+  return group.kind == kind ? m_bytes.begin() + offset + kHead : nullptr;
 }

@@ -71,12 +71,16 @@ class GcDbGroupList : public GcDbGroupSink {
   // Replaces ids in place: `map` gives the new id for an old one.
   template <class Map>
   void translateIds(const Map& map);
+  // The same for handles that are data (group 1005 and its like).
+  template <class Map>
+  void translateHandles(const Map& map);
   [[nodiscard]] const GcArray<uint8_t>& bytes() const { return m_bytes; }
   void setBytes(GcArray<uint8_t>&& bytes) { m_bytes = std::move(bytes); }
 
  private:
-  // The place of the group's id (at any even address), or null; `next` is where the next group begins.
-  [[nodiscard]] GcDbObjectId* idAt(int offset, int& next);
+  // `next` is where the next group begins.
+  // The value of the group at the offset when it is of the kind (at any even address), or null.
+  [[nodiscard]] void* valueAt(int offset, GcDbGroupKind kind, int& next);
   GcArray<uint8_t> m_bytes;
 };
 
@@ -84,12 +88,25 @@ template <class Map>
 void GcDbGroupList::translateIds(const Map& map) {
   for (int at = 0; at < m_bytes.length();) {
     int next = at;
-    void* place = idAt(at, next);
-    if (place != nullptr) {
+    if (void* place = valueAt(at, GcDbGroupKind::Id, next)) {
       GcDbObjectId id;
       std::memcpy(static_cast<void*>(&id), place, sizeof id);
       id = map(id);
       std::memcpy(place, static_cast<const void*>(&id), sizeof id);
+    }
+    at = next;
+  }
+}
+
+template <class Map>
+void GcDbGroupList::translateHandles(const Map& map) {
+  for (int at = 0; at < m_bytes.length();) {
+    int next = at;
+    if (void* place = valueAt(at, GcDbGroupKind::Handle, next)) {
+      uint64_t handle = 0;
+      std::memcpy(&handle, place, sizeof handle);
+      handle = map(handle);
+      std::memcpy(place, &handle, sizeof handle);
     }
     at = next;
   }

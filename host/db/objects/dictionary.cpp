@@ -178,6 +178,11 @@ void GcDbDictionary::appendEntry(const GcString& key, GcDbObjectId id) {
   m_entries.append(GcDbDictionaryEntry{key, id, m_hard});
 }
 
+void GcDbDictionary::dropNullEntries() {
+  for (int i = m_entries.length() - 1; i >= 0; --i)
+    if (m_entries[i].id.isNull()) m_entries.removeAt(i);
+}
+
 void GcDbDictionary::subOwned(GcDbObjectIdArray& ids) const {
   for (const GcDbDictionaryEntry& entry : m_entries) ids.append(entry.id);
 }

@@ -88,6 +88,13 @@ Gcad::ErrorStatus GcDbBlockTableRecord::appendGcDbEntity(GcDbObjectId& id, GcDbE
   return status;
 }
 
+Gcad::ErrorStatus GcDbBlockTableRecord::adoptEntity(GcDbObjectId id) {
+  if (!id.isValid() || !id.objectClass()->isDerivedFrom(GcDbEntity::desc())) return Gcad::eNotThatKindOfClass;
+  assertWriteEnabled(false);
+  m_entities.append(id);
+  return Gcad::eOk;
+}
+
 Gcad::ErrorStatus GcDbBlockTableRecord::newIterator(GcDbBlockTableRecordIterator*& iterator, bool atBeginning,
                                                     bool skipErased) const {
   assertReadEnabled();
@@ -143,6 +150,18 @@ void GcDbBlockTableRecord::subOwned(GcDbObjectIdArray& ids) const {
   if (!m_beginId.isNull()) ids.append(m_beginId);
   ids.append(m_entities);
   if (!m_endId.isNull()) ids.append(m_endId);
+}
+
+void GcDbBlockTableRecord::subSetOwned(const GcDbObjectIdArray& ids) {
+  m_beginId.setNull();
+  m_endId.setNull();
+  m_entities.clear();
+  for (const GcDbObjectId id : ids) {
+    if (!id.isValid()) continue;
+    if (id.objectClass() == GcDbBlockBegin::desc()) m_beginId = id;
+    else if (id.objectClass() == GcDbBlockEnd::desc()) m_endId = id;
+    else m_entities.append(id);
+  }
 }
 
 // Model space and the paper spaces of layouts stay.

@@ -106,6 +106,10 @@ Gcad::ErrorStatus GcDbLayerTableRecord::setLineWeight(GcDb::LineWeight weight) {
   return Gcad::eOk;
 }
 
+void GcDbLayerTableRecord::subJoined() {
+  if (m_linetypeId.isNull()) m_linetypeId = database()->continuousLinetype();
+}
+
 // The current layer and layer "0" stay.
 Gcad::ErrorStatus GcDbLayerTableRecord::subErase(bool erasing) {
   if (!erasing) return Gcad::eOk;

@@ -132,6 +132,8 @@ Gcad::ErrorStatus GcDbSymbolTableRecord::setName(const GCHAR* name) {
   return taken ? Gcad::eDuplicateRecordName : Gcad::eOk;
 }
 
+void GcDbSymbolTableRecord::subJoined() {}
+
 Gcad::ErrorStatus GcDbSymbolTableRecord::setFlags(int16_t flags) {
   assertWriteEnabled();
   m_flags = flags;
@@ -180,6 +182,7 @@ Gcad::ErrorStatus GcDbSymbolTable::add(GcDbObjectId& id, GcDbSymbolTableRecord* 
   if (status != Gcad::eOk) return status;
   m_records.append(id);
   indexRecord(*record);
+  record->subJoined();
   return Gcad::eOk;
 }
 

@@ -31,6 +31,21 @@ class GcDbDatabase : public GcRxObject {
                                 const GCHAR* password = nullptr);
   [[nodiscard]] GcDbLoadReport& loadReport();
 
+  // Copies objects and all they own. Deep: into an owner of this database (a block or a dictionary), references
+  // to what is copied along lead to the copies, all others stay. References are translated in the same call;
+  // eNotApplicable when `deferXlation` asks for it later.
+  // Errors: eWrongDatabase, eNotThatKindOfClass (an owner that cannot take the object), eInvalidInput.
+  Gcad::ErrorStatus deepCloneObjects(const GcDbObjectIdArray& ids, GcDbObjectId ownerId, GcDbIdMapping& map,
+                                     bool deferXlation = false);
+  // From this database into one of another: everything the objects need comes along (layers, linetypes, styles,
+  // blocks, dictionary entries); what has a name that exists there is treated as `mode` says.
+  Gcad::ErrorStatus wblockCloneObjects(const GcDbObjectIdArray& ids, GcDbObjectId ownerId, GcDbIdMapping& map,
+                                       GcDb::DuplicateRecordCloning mode, bool deferXlation = false);
+  // Makes the model space of another database a block of this one (a block of that name is redefined).
+  Gcad::ErrorStatus insert(GcDbObjectId& blockId, const GCHAR* blockName, GcDbDatabase* source,
+                           bool preserveSourceDatabase = true);
+  Gcad::ErrorStatus insert(const GCHAR* blockName, GcDbDatabase* source, bool preserveSourceDatabase = true);
+
   // The nine tables and the root dictionary.
   [[nodiscard]] GcDbObjectId layerTableId() const { return m_tables[kLayers]; }
   [[nodiscard]] GcDbObjectId blockTableId() const { return m_tables[kBlocks]; }
@@ -123,6 +138,7 @@ class GcDbDatabase : public GcRxObject {
   // Finds tables, root dictionary and standard records again after a file was read; makes what is missing.
   void completeAfterLoad();
   void setTableId(int table, GcDbObjectId id) { m_tables[table] = id; }
+  [[nodiscard]] GcDbObjectId tableId(int table) const { return m_tables[table]; }
   void setNamedObjectsDictionaryId(GcDbObjectId id) { m_namedObjectsId = id; }
 
   enum Table : uint8_t {

@@ -71,6 +71,8 @@ class GcDbDictionary : public GcDbObject {
 
   // For readers of files: an entry as the file has it, without creating or opening anything.
   void appendEntry(const GcString& key, GcDbObjectId id);
+  // For cloning: takes out entries whose objects were not copied.
+  void dropNullEntries();
 
  private:
   friend class GcDbDictionaryIterator;

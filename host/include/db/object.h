@@ -75,6 +75,9 @@ class GcDbObject : public GcGiDrawable {
   // The objects this one owns besides extension dictionary and what its fields say; the default: its parts
   // (vertices, attributes) as files have them.
   virtual void subOwned(GcDbObjectIdArray& ids) const;
+  // Gives a clone the copies of what its source's subOwned lists, in the same order (null for what was not
+  // copied). Only for owners whose fields do not hold these ids themselves.
+  virtual void subSetOwned(const GcDbObjectIdArray& ids);
 
   // For the host's own use: the rarely needed parts, null when the object has none.
   [[nodiscard]] GcDbObjectExtra* extra() const { return m_extra; }

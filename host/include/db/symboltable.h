@@ -23,6 +23,10 @@ class GcDbSymbolTableRecord : public GcDbObject {
   Gcad::ErrorStatus setName(const GCHAR* name);
   [[nodiscard]] bool isDependent() const { return (m_flags & 16) != 0; }
 
+  // Called when the record joins its table: gives fields that need a database their defaults.
+  virtual void subJoined();
+  // For cloning: the name a copy was entered under, put back after its fields were filed.
+  void keepName(const GcString& name) { m_name = name; }
   [[nodiscard]] int16_t flags() const { return m_flags; }
   Gcad::ErrorStatus setFlags(int16_t flags);
 
@@ -117,6 +121,7 @@ class GcDbLayerTableRecord : public GcDbSymbolTableRecord {
   Gcad::ErrorStatus setLinetypeObjectId(GcDbObjectId id);
   [[nodiscard]] int lineWeight() const { return m_lineWeight; }
   Gcad::ErrorStatus setLineWeight(GcDb::LineWeight weight);
+  void subJoined() override;
   Gcad::ErrorStatus subErase(bool erasing) override;
 
  private:
@@ -162,6 +167,8 @@ class GcDbBlockTableRecord : public GcDbSymbolTableRecord {
   // Appends a new entity: it gets an id, a handle and this block as its owner, and stays open for write.
   Gcad::ErrorStatus appendGcDbEntity(GcDbEntity* entity);
   Gcad::ErrorStatus appendGcDbEntity(GcDbObjectId& id, GcDbEntity* entity);
+  // Takes in an entity that is in the database already and has this block as its owner (a clone's copy).
+  Gcad::ErrorStatus adoptEntity(GcDbObjectId id);
   Gcad::ErrorStatus newIterator(GcDbBlockTableRecordIterator*& iterator, bool atBeginning = true,
                                 bool skipErased = true) const;
   [[nodiscard]] const GcDbObjectIdArray& entities() const { return m_entities; }
@@ -186,6 +193,7 @@ class GcDbBlockTableRecord : public GcDbSymbolTableRecord {
   Gcad::ErrorStatus setBlockFlags(int flags);
 
   void subOwned(GcDbObjectIdArray& ids) const override;
+  void subSetOwned(const GcDbObjectIdArray& ids) override;
   Gcad::ErrorStatus subErase(bool erasing) override;
 
  private:

@@ -1,0 +1,174 @@
+// Copies within a drawing and across drawings: what goes along, where references lead, what the map says.
+#include <gtest/gtest.h>
+
+#include "db/database.h"
+#include "db/dictionary.h"
+#include "db/idmapping.h"
+#include "db/line.h"
+#include "db/xrecord.h"
+#include "host/db/core/store.h"
+#include "host/rx/view.h"
+
+namespace {
+
+GcDbObjectId addLine(GcDbDatabase& database, const GcGePoint3d& to) {
+  GcDbBlockTableRecord* space = nullptr;
+  EXPECT_EQ(gcdbOpenObject(space, database.modelSpaceId(), GcDb::kForWrite), Gcad::eOk);
+  auto* line = new GcDbLine({0, 0, 0}, to);
+  GcDbObjectId id;
+  EXPECT_EQ(space->appendGcDbEntity(id, line), Gcad::eOk);
+  EXPECT_EQ(space->close(), Gcad::eOk);
+  EXPECT_EQ(line->close(), Gcad::eOk);
+  return id;
+}
+
+GcDbObjectId addLayer(GcDbDatabase& database, const GCHAR* name, int color) {
+  GcDbLayerTable* layers = nullptr;
+  EXPECT_EQ(database.getSymbolTable(layers, GcDb::kForWrite), Gcad::eOk);
+  auto* layer = new GcDbLayerTableRecord;
+  EXPECT_EQ(layer->setName(name), Gcad::eOk);
+  EXPECT_EQ(layer->setColor(GcCmColor::fromIndex(color)), Gcad::eOk);
+  GcDbObjectId id;
+  EXPECT_EQ(layers->add(id, layer), Gcad::eOk);
+  EXPECT_EQ(layer->close(), Gcad::eOk);
+  EXPECT_EQ(layers->close(), Gcad::eOk);
+  return id;
+}
+
+template <class T, class F>
+void change(GcDbObjectId id, const F& f) {
+  T* object = nullptr;
+  ASSERT_EQ(gcdbOpenObject(object, id, GcDb::kForWrite), Gcad::eOk);
+  f(*object);
+  EXPECT_EQ(object->close(), Gcad::eOk);
+}
+
+GcDbObjectId onlyCopy(const GcDbIdMapping& map, GcDbObjectId source) {
+  const GcDbObjectId copy = map.valueOf(source);
+  EXPECT_FALSE(copy.isNull());
+  return copy;
+}
+
+TEST(DeepClone, CopiesEntityWithItsDictionaryAndData) {
+  GcDbDatabase database;
+  const GcDbObjectId source = addLine(database, {1, 2, 3});
+  const GcDbObjectId other = addLine(database, {9, 9, 9});
+  change<GcDbLine>(source, [&](GcDbLine& line) {
+    EXPECT_EQ(line.createExtensionDictionary(), Gcad::eOk);
+    line.addPersistentReactor(other);
+  });
+  change<GcDbDictionary>(source.stub()->object->extensionDictionary(), [&](GcDbDictionary& dictionary) {
+    auto* record = new GcDbXrecord;
+    GcDbObjectId id;
+    EXPECT_EQ(dictionary.setAt(GC_T("DATA"), record, id), Gcad::eOk);
+    resbuf* data = gcutBuildList(1, GC_T("text"), 70, 5, 0);
+    EXPECT_EQ(record->setFromRbChain(*data), Gcad::eOk);
+    gcutRelRb(data);
+    EXPECT_EQ(record->close(), Gcad::eOk);
+  });
+  GcDbObjectIdArray ids;
+  ids.append(source);
+  GcDbIdMapping map;
+  ASSERT_EQ(database.deepCloneObjects(ids, database.modelSpaceId(), map, false), Gcad::eOk);
+  const GcDbObjectId copy = onlyCopy(map, source);
+  EXPECT_NE(copy, source);
+  EXPECT_NE(copy.handle(), source.handle());
+  GcDbIdMappingIter iter(map);
+  GcDbIdPair first;
+  ASSERT_TRUE(iter.getMap(first));
+  EXPECT_TRUE(first.isCloned() && first.isPrimary());
+  EXPECT_EQ(first.key(), source);
+
+  change<GcDbLine>(copy, [&](GcDbLine& line) {
+    EXPECT_EQ(line.endPoint(), GcGePoint3d(1, 2, 3));
+    EXPECT_EQ(line.ownerId(), database.modelSpaceId());
+    EXPECT_EQ(line.persistentReactors().length(), 0);  // the listener was not copied
+    const GcDbObjectId dictionaryId = line.extensionDictionary();
+    EXPECT_NE(dictionaryId, source.stub()->object->extensionDictionary());
+    GcDbDictionary* dictionary = nullptr;
+    ASSERT_EQ(gcdbOpenObject(dictionary, dictionaryId, GcDb::kForRead), Gcad::eOk);
+    EXPECT_EQ(dictionary->ownerId(), copy);
+    GcDbXrecord* record = nullptr;
+    ASSERT_EQ(dictionary->getAt(GC_T("DATA"), record, GcDb::kForRead), Gcad::eOk);
+    resbuf* data = record->rbChain();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(view(data->resval.rstring), GcView(GC_T("text")));
+    gcutRelRb(data);
+    EXPECT_EQ(record->close(), Gcad::eOk);
+    EXPECT_EQ(dictionary->close(), Gcad::eOk);
+  });
+  EXPECT_EQ(database.store().openCount(), 0);
+}
+
+TEST(WblockClone, BringsTheLayerAlongOnce) {
+  GcDbDatabase source, target;
+  const GcDbObjectId wall = addLayer(source, GC_T("Wall"), 3);
+  const GcDbObjectId a = addLine(source, {1, 0, 0});
+  const GcDbObjectId b = addLine(source, {2, 0, 0});
+  for (const GcDbObjectId id : {a, b})
+    change<GcDbLine>(id, [&](GcDbLine& line) { EXPECT_EQ(line.setLayer(wall), Gcad::eOk); });
+  GcDbObjectIdArray ids;
+  ids.append(a);
+  ids.append(b);
+  GcDbIdMapping map;
+  ASSERT_EQ(source.wblockCloneObjects(ids, target.modelSpaceId(), map, GcDb::kDrcIgnore), Gcad::eOk);
+  GcDbObjectId layer;
+  change<GcDbLine>(map.valueOf(a), [&](GcDbLine& line) { layer = line.layerId(); });
+  change<GcDbLine>(map.valueOf(b), [&](GcDbLine& line) { EXPECT_EQ(line.layerId(), layer); });
+  EXPECT_EQ(layer.database(), &target);
+  change<GcDbLayerTableRecord>(layer, [&](GcDbLayerTableRecord& record) {
+    EXPECT_EQ(record.getName(), GcString(GC_T("Wall")));
+    EXPECT_EQ(record.color().colorIndex(), 3);
+    EXPECT_EQ(record.linetypeObjectId(), target.continuousLinetype());
+  });
+  EXPECT_EQ(source.store().openCount() + target.store().openCount(), 0);
+}
+
+class DuplicateRecords : public testing::TestWithParam<std::pair<GcDb::DuplicateRecordCloning, int>> {};
+
+TEST_P(DuplicateRecords, AreTreatedAsAsked) {
+  GcDbDatabase source, target;
+  const GcDbObjectId from = addLayer(source, GC_T("Wall"), 3);
+  const GcDbObjectId existing = addLayer(target, GC_T("WALL"), 1);
+  const GcDbObjectId line = addLine(source, {1, 0, 0});
+  change<GcDbLine>(line, [&](GcDbLine& each) { EXPECT_EQ(each.setLayer(from), Gcad::eOk); });
+  GcDbObjectIdArray ids;
+  ids.append(line);
+  GcDbIdMapping map;
+  ASSERT_EQ(source.wblockCloneObjects(ids, target.modelSpaceId(), map, GetParam().first), Gcad::eOk);
+  GcDbObjectId layer;
+  change<GcDbLine>(map.valueOf(line), [&](GcDbLine& each) { layer = each.layerId(); });
+  change<GcDbLayerTableRecord>(
+      existing, [&](GcDbLayerTableRecord& each) { EXPECT_EQ(each.color().colorIndex(), GetParam().second); });
+  if (GetParam().first == GcDb::kDrcMangleName) {
+    change<GcDbLayerTableRecord>(
+        layer, [&](GcDbLayerTableRecord& each) { EXPECT_EQ(each.getName(), GcString(GC_T("$0$Wall"))); });
+  } else {
+    EXPECT_EQ(layer, existing);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, DuplicateRecords,
+                         testing::Values(std::pair{GcDb::kDrcIgnore, 1}, std::pair{GcDb::kDrcReplace, 3},
+                                         std::pair{GcDb::kDrcMangleName, 1}));
+
+TEST(Insert, MakesTheOtherModelSpaceABlock) {
+  GcDbDatabase source, target;
+  addLine(source, {7, 0, 0});
+  GcDbObjectId block;
+  ASSERT_EQ(target.insert(block, GC_T("PART"), &source), Gcad::eOk);
+  change<GcDbBlockTableRecord>(block, [&](GcDbBlockTableRecord& record) {
+    EXPECT_EQ(record.getName(), GcString(GC_T("PART")));
+    ASSERT_EQ(record.entities().length(), 1);
+    EXPECT_TRUE(record.blockBeginId().isValid() && record.blockEndId().isValid());
+  });
+  ASSERT_EQ(target.insert(block, GC_T("PART"), &source), Gcad::eOk);  // redefined, not doubled
+  change<GcDbBlockTableRecord>(block, [&](GcDbBlockTableRecord& record) {
+    int live = 0;
+    for (const GcDbObjectId id : record.entities()) live += id.isErased() ? 0 : 1;
+    EXPECT_EQ(live, 1);
+  });
+  EXPECT_EQ(target.insert(block, GC_T("a<b"), &source), Gcad::eInvalidInput);
+}
+
+}  // namespace
