@@ -1,0 +1,50 @@
+#include "host/lisp/core/environment.h"
+
+#include <cstdlib>
+#include <string_view>
+
+#include "host/lisp/core/file_handle.h"
+
+namespace lisp {
+
+Environment::Environment()  = default;
+Environment::~Environment() = default;
+
+int Environment::unitVariable(const char* name) const {
+  const std::string_view variable = name;
+  if (variable == "LUNITS") return 2;
+  if (variable == "LUPREC") return 4;
+  return 0;
+}
+
+double Environment::angleBase() const { return 0.0; }
+
+Text Environment::findFile(TextView name) const {
+  if (name.empty()) return {};
+  if (files::exists(name)) return files::absolute(name);
+  for (const Text& folder : m_supportPath) {
+    const Text candidate = folder + GC_T("/") + Text(name);
+    if (files::exists(candidate)) return files::absolute(candidate);
+  }
+  return {};
+}
+
+bool Environment::getEntry(TextView name, Text& value) const {
+  const auto known = m_entries.find(upperCase(name));
+  if (known != m_entries.end()) {
+    value = known->second;
+    return true;
+  }
+  const char* process = std::getenv(toUtf8(name).c_str());
+  if (!process) return false;
+  value = fromUtf8(process);
+  return true;
+}
+
+void Environment::setEntry(TextView name, TextView value) { m_entries[upperCase(name)] = Text(value); }
+
+Text Environment::decodeLegacy(std::string_view bytes) const { return fromWindows1252(bytes); }
+
+Text Environment::version() const { return Text(GC_T("LISP 1.0")); }
+
+}  // namespace lisp

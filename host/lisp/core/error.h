@@ -1,0 +1,32 @@
+// The errors of the dialect while they travel inside the interpreter. They never leave it: the embedding interface
+// turns them into a status with a message.
+#pragma once
+
+#include "host/lisp/core/text.h"
+#include "host/lisp/core/value.h"
+
+namespace lisp {
+
+enum class ErrorKind : uint8_t {
+  Error,        // an ordinary error with a message
+  Exit,         // exit, quit; may carry a code for the host
+  ExitValue,    // vl-exit-with-value: ends the top-level form with a value
+  Cancelled,    // interrupted by the user
+  TimeLimit,    // not catchable by programs
+  MemoryLimit,
+};
+
+struct LispError {
+  ErrorKind kind = ErrorKind::Error;
+  Text      message;
+  int       exitCode = 0;
+  bool      reported = false;  // *error* has run or the message has been printed
+
+  explicit LispError(Text text) : message(std::move(text)) {}
+  LispError(ErrorKind k, Text text) : kind(k), message(std::move(text)) {}
+};
+
+[[noreturn]] void fail(std::string_view asciiMessage);
+[[noreturn]] void fail(ErrorKind kind, std::string_view asciiMessage);
+
+}  // namespace lisp

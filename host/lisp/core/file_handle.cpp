@@ -1,0 +1,213 @@
+#include "host/lisp/core/file_handle.h"
+
+#include <chrono>
+#include <ctime>
+#include <filesystem>
+
+#include "host/lisp/core/objects.h"
+
+namespace lisp {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Programs write both separators; where only one is known, the other is turned into it.
+fs::path pathOf(TextView name) {
+  Text text(name);
+#ifndef _WIN32
+  for (GCHAR& c : text)
+    if (c == GC_T('\\')) c = GC_T('/');
+  return fs::path(toUtf8(text));
+#else
+  return fs::path(text);
+#endif
+}
+
+Text textOf(const fs::path& path) {
+#ifdef _WIN32
+  return Text(path.native());
+#else
+  return fromUtf8(path.native());
+#endif
+}
+
+std::FILE* openFile(const fs::path& path, FileHandle::Mode mode) {
+#ifdef _WIN32
+  static constexpr const wchar_t* kModes[] = {L"rb", L"wb", L"ab"};
+  return _wfopen(path.c_str(), kModes[static_cast<int>(mode)]);
+#else
+  static constexpr const char* kModes[] = {"rb", "wb", "ab"};
+  return std::fopen(path.c_str(), kModes[static_cast<int>(mode)]);
+#endif
+}
+
+}  // namespace
+
+File::File()  = default;
+File::~File() = default;
+
+FileHandle* FileHandle::open(TextView name, Mode mode) {
+  if (files::isDirectory(name)) return nullptr;
+  std::FILE* file = openFile(pathOf(name), mode);
+  return file ? new FileHandle(file) : nullptr;
+}
+
+FileHandle::~FileHandle() { std::fclose(m_file); }
+
+int FileHandle::readByte() {
+  const int byte = std::fgetc(m_file);
+  if (byte != '\r') return byte;
+  const int next = std::fgetc(m_file);
+  if (next != '\n' && next != EOF) std::ungetc(next, m_file);
+  return '\n';
+}
+
+bool FileHandle::readLine(std::string& line) {
+  line.clear();
+  int byte = readByte();
+  if (byte == EOF) return false;
+  for (; byte != EOF && byte != '\n'; byte = readByte()) line.push_back(static_cast<char>(byte));
+  return true;
+}
+
+void FileHandle::write(std::string_view bytes) { std::fwrite(bytes.data(), 1, bytes.size(), m_file); }
+
+namespace files {
+
+bool readWhole(TextView name, std::string& bytes) {
+  if (isDirectory(name)) return false;
+  std::FILE* file = openFile(pathOf(name), FileHandle::Mode::Read);
+  if (!file) return false;
+  char   buffer[16384];
+  size_t count = 0;
+  while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0) bytes.append(buffer, count);
+  std::fclose(file);
+  return true;
+}
+
+bool exists(TextView name) {
+  std::error_code error;
+  return fs::is_regular_file(pathOf(name), error);
+}
+
+bool isDirectory(TextView name) {
+  std::error_code error;
+  return fs::is_directory(pathOf(name), error);
+}
+
+bool remove(TextView name) {
+  std::error_code error;
+  return exists(name) && fs::remove(pathOf(name), error);
+}
+
+bool rename(TextView from, TextView to) {
+  std::error_code error;
+  if (!exists(from) || fs::exists(pathOf(to), error)) return false;
+  fs::rename(pathOf(from), pathOf(to), error);
+  return !error;
+}
+
+int64_t copy(TextView from, TextView to, bool append) {
+  std::string     bytes;
+  std::error_code error;
+  if (!readWhole(from, bytes)) return -1;
+  if (!append && fs::exists(pathOf(to), error)) return -1;
+  if (fs::equivalent(pathOf(from), pathOf(to), error)) return -1;
+  std::FILE* file = openFile(pathOf(to), append ? FileHandle::Mode::Append : FileHandle::Mode::Write);
+  if (!file) return -1;
+  const size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file);
+  const bool   closed  = std::fclose(file) == 0;
+  return closed && written == bytes.size() ? static_cast<int64_t>(written) : -1;
+}
+
+int64_t size(TextView name) {
+  std::error_code error;
+  if (isDirectory(name)) return 0;
+  const auto bytes = fs::file_size(pathOf(name), error);
+  return error ? -1 : static_cast<int64_t>(bytes);
+}
+
+bool makeDirectory(TextView name) {
+  std::error_code error;
+  return fs::create_directory(pathOf(name), error);
+}
+
+bool modified(TextView name, TimeStamp& local) {
+  std::error_code error;
+  const auto      at = fs::last_write_time(pathOf(name), error);
+  if (error) return false;
+  const auto        system  = std::chrono::file_clock::to_sys(at);
+  const auto        sinceS  = std::chrono::floor<std::chrono::seconds>(system);
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(
+      std::chrono::time_point_cast<std::chrono::system_clock::duration>(sinceS));
+  std::tm parts{};
+#ifdef _WIN32
+  localtime_s(&parts, &seconds);
+#else
+  localtime_r(&seconds, &parts);
+#endif
+  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(system - sinceS).count();
+  local = {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_wday, parts.tm_mday,
+           parts.tm_hour,        parts.tm_min,     parts.tm_sec,  static_cast<int>(ms)};
+  return true;
+}
+
+std::vector<Text> list(TextView directory, bool directories, bool plainFiles) {
+  std::vector<Text> names;
+  std::error_code   error;
+  const fs::path    path = directory.empty() ? fs::path(".") : pathOf(directory);
+  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+    std::error_code ignored;
+    const bool      isDir = it->is_directory(ignored);
+    if (isDir ? directories : plainFiles) names.push_back(textOf(it->path().filename()));
+  }
+  if (directories && isDirectory(directory.empty() ? TextView(GC_T(".")) : directory)) {
+    names.emplace_back(GC_T("."));
+    names.emplace_back(GC_T(".."));
+  }
+  return names;
+}
+
+Text absolute(TextView name) {
+  std::error_code error;
+  const fs::path  path = fs::absolute(pathOf(name), error);
+  return error ? Text(name) : textOf(path.lexically_normal());
+}
+
+Text temporaryDirectory() {
+  std::error_code error;
+  const fs::path  path = fs::temp_directory_path(error);
+  return error ? Text(GC_T(".")) : textOf(path);
+}
+
+namespace {
+
+size_t nameStart(TextView name) {
+  const size_t at = name.find_last_of(GC_T("/\\:"));
+  return at == TextView::npos ? 0 : at + 1;
+}
+
+size_t dotOf(TextView name) {
+  const size_t at = name.rfind(GC_T('.'));
+  return at == TextView::npos || at < nameStart(name) ? name.size() : at;
+}
+
+}  // namespace
+
+Text directoryOf(TextView name) {
+  size_t end = nameStart(name);
+  if (end > 1 && name[end - 1] != GC_T(':') && name[end - 2] != GC_T(':')) --end;
+  return Text(name.substr(0, end));
+}
+
+Text baseOf(TextView name) {
+  const size_t start = nameStart(name), dot = dotOf(name);
+  return Text(name.substr(start, dot - start));
+}
+
+Text extensionOf(TextView name) { return Text(name.substr(dotOf(name))); }
+
+}  // namespace files
+
+}  // namespace lisp
