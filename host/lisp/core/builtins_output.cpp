@@ -171,7 +171,7 @@ LISP_BUILTIN("vl-file-size", "(vl-file-size name) -> bytes | nil", "The size of 
 }
 LISP_BUILTIN("vl-file-systime", "(vl-file-systime name) -> list | nil",
              "Last change: year, month, day of the week, day, hour, minute, second, millisecond.") {
-  files::TimeStamp t;
+  Moment t;
   if (!files::modified(args.string(), t)) return LispValue::nil();
   ListBuilder out(args.vm());
   for (const int part : {t.year, t.month, t.weekday, t.day, t.hour, t.minute, t.second, t.millisecond})

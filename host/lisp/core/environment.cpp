@@ -3,7 +3,9 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "host/lisp/core/calendar.h"
 #include "host/lisp/core/file_handle.h"
+#include "host/lisp/core/units.h"
 
 namespace lisp {
 
@@ -27,6 +29,12 @@ Text Environment::findFile(TextView name) const {
     if (files::exists(candidate)) return files::absolute(candidate);
   }
   return {};
+}
+
+bool Environment::variableText(TextView name, Text& value) const {
+  if (!equalIgnoringCase(name, GC_T("DATE"))) return false;
+  value = fixedDigits(julianDate(localNow()), 8);
+  return true;
 }
 
 bool Environment::getEntry(TextView name, Text& value) const {

@@ -19,6 +19,8 @@ class Environment {
   virtual double angleBase() const;
   // The full name of a file: as given if it exists, else found along the support path; empty when absent.
   virtual Text findFile(TextView name) const;
+  // A system variable as macros show it; false when there is none. The default knows DATE.
+  virtual bool variableText(TextView name, Text& value) const;
   // Entries of the host's profile and of the process. get returns false when there is none.
   virtual bool getEntry(TextView name, Text& value) const;
   virtual void setEntry(TextView name, TextView value);

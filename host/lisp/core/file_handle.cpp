@@ -1,7 +1,6 @@
 #include "host/lisp/core/file_handle.h"
 
 #include <chrono>
-#include <ctime>
 #include <filesystem>
 
 #include "host/lisp/core/objects.h"
@@ -133,23 +132,12 @@ bool makeDirectory(TextView name) {
   return fs::create_directory(pathOf(name), error);
 }
 
-bool modified(TextView name, TimeStamp& local) {
+bool modified(TextView name, Moment& local) {
   std::error_code error;
   const auto      at = fs::last_write_time(pathOf(name), error);
   if (error) return false;
-  const auto        system  = std::chrono::file_clock::to_sys(at);
-  const auto        sinceS  = std::chrono::floor<std::chrono::seconds>(system);
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(
-      std::chrono::time_point_cast<std::chrono::system_clock::duration>(sinceS));
-  std::tm parts{};
-#ifdef _WIN32
-  localtime_s(&parts, &seconds);
-#else
-  localtime_r(&seconds, &parts);
-#endif
-  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(system - sinceS).count();
-  local = {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_wday, parts.tm_mday,
-           parts.tm_hour,        parts.tm_min,     parts.tm_sec,  static_cast<int>(ms)};
+  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(at).time_since_epoch()).count();
+  local = localMoment(ms / 1000, static_cast<int>(ms % 1000));
   return true;
 }
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "host/lisp/core/text.h"
+#include "host/lisp/core/calendar.h"
 
 namespace lisp {
 
@@ -33,10 +33,6 @@ class FileHandle {
 
 namespace files {
 
-struct TimeStamp {
-  int year, month, weekday, day, hour, minute, second, millisecond;
-};
-
 bool readWhole(TextView name, std::string& bytes);
 bool exists(TextView name);
 bool isDirectory(TextView name);
@@ -46,7 +42,7 @@ bool rename(TextView from, TextView to);       // fails when `to` exists
 int64_t copy(TextView from, TextView to, bool append);
 int64_t size(TextView name);                   // -1 when there is none
 bool makeDirectory(TextView name);
-bool modified(TextView name, TimeStamp& local);
+bool modified(TextView name, Moment& local);
 // Names in a directory, without "." and ".."; unsorted.
 std::vector<Text> list(TextView directory, bool directories, bool plainFiles);
 Text absolute(TextView name);
