@@ -12,7 +12,7 @@
 #include "host/rx/view.h"
 
 GCDB_DEFINE_CLASS(GcDbDatabase, "AcDbDatabase")
-GCDB_DEFINE_CLASS(GcDbDatabaseReactor, "AcDbDatabaseReactor")
+GCDB_DEFINE_CLASS(GcDbDatabaseReactor, "GcDbDatabaseReactor")
 
 GcDbDatabase::GcDbDatabase(bool buildDefaultDrawing, bool) {
   gcdbRegisterClasses();
