@@ -1,0 +1,3 @@
+#include "module/docdata/docdata.h"
+
+GcApDataManager<CDocData> docDataManager;
