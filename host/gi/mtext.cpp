@@ -29,9 +29,9 @@ struct Piece {
 struct Line {
   std::vector<Piece> pieces;
   GcGiMTextParagraph paragraph;
-  double left = 0;       // where it begins in the column
-  double width = 0;      // without blanks at its end
-  double height = 0;     // of its highest letters
+  double left = 0;    // where it begins in the column
+  double width = 0;   // without blanks at its end
+  double height = 0;  // of its highest letters
 };
 
 bool sameLook(const GcGiMTextLook& a, const GcGiMTextLook& b) {

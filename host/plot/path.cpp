@@ -11,7 +11,8 @@ double distance(Point a, Point b) { return std::hypot(b.x - a.x, b.y - a.y); }
 // Length of a curve given by its speed over [0, 1]: five-point Gauss rule on `pieces` equal parts.
 template <class Speed>
 double integrate(const Speed& speed, int pieces) {
-  static constexpr double kAt[5] = {-0.9061798459386640, -0.5384693101056831, 0, 0.5384693101056831, 0.9061798459386640};
+  static constexpr double kAt[5] = {-0.9061798459386640, -0.5384693101056831, 0, 0.5384693101056831,
+                                    0.9061798459386640};
   static constexpr double kWeight[5] = {0.2369268850561891, 0.4786286704993665, 0.5688888888888889, 0.4786286704993665,
                                         0.2369268850561891};
   double sum = 0;

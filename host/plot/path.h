@@ -33,8 +33,8 @@ struct PathStep {
   Kind kind = kMove;
   bool growing = false;  // kArc: the angle grows, x towards y
   Point to;
-  Point control1;        // kQuad, kCubic
-  Point control2;        // kCubic
+  Point control1;  // kQuad, kCubic
+  Point control2;  // kCubic
   // kArc, always less than half an ellipse: its half axes and the angle from x to the first one.
   double radiusX = 0, radiusY = 0, turnRad = 0;
 };
@@ -74,6 +74,5 @@ class Path {
 
 // Length of the path, curves good to about 1e-6 of their own length.
 double lengthOf(const Path& path);
-
 
 }  // namespace gc::plot

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "db/entity.h"
-#include "host/rx/view.h"
+#include "host/gi/textline.h"
 
 namespace {
 
@@ -33,6 +33,9 @@ class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntit
     for (int i = 0; i < count; ++i) add(points[i]);
   }
   void polygon(int count, const GcGePoint3d* points) override { polyline(count, points, true); }
+  void polyPolygon(int loopCount, const int* pointCounts, const GcGePoint3d* points) override {
+    for (int i = 0; i < loopCount; points += pointCounts[i++]) polyline(pointCounts[i], points, true);
+  }
   void circle(const GcGePoint3d& center, double radius, const GcGeVector3d& normal) override {
     const GcGeVector3d x = gcgeArbitraryXAxis(normal.normal()) * radius;
     circularArc(center, radius, normal, x, 2 * 3.14159265358979323846);
@@ -59,9 +62,7 @@ class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntit
   }
   void text(const GcGePoint3d& position, const GcGeVector3d& normal, const GcGeVector3d& direction, const GCHAR* text,
             const GcGiTextStyle& style) override {
-    constexpr double kMeanAdvance = 0.9;  // of the height, for the letters of drafting fonts
-    const GcGeVector3d along =
-        direction.normal() * (style.height * style.widthFactor * kMeanAdvance * static_cast<double>(view(text).size()));
+    const GcGeVector3d along = direction.normal() * gcgiTextLength(view(text), style);
     const GcGeVector3d up = normal.normal().crossProduct(direction.normal()) * style.height;
     for (const GcGePoint3d& corner : {position, position + along, position + up, position + along + up}) add(corner);
   }
@@ -75,6 +76,7 @@ class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntit
   void setLineTypeScale(double) override {}
   void setLineWeight(int) override {}
   void setFill(bool) override {}
+  void setGradient(const GcGiGradient*) override {}
 
   GcDbExtents& m_extents;
   std::vector<GcGeMatrix3d> m_transforms;

@@ -14,7 +14,7 @@ class GcGiDrawable;
 
 // How text is set; lengths in drawing units, angles in radians.
 struct GcGiTextStyle {
-  GcString fontFile;      // as the style names it: a stroke font, a TrueType file, or empty
+  GcString fontFile;  // as the style names it: a stroke font, a TrueType file, or empty
   double height = 1;
   double widthFactor = 1;
   double obliqueRad = 0;
@@ -31,6 +31,8 @@ class GcGiGeometry {
   virtual void popModelTransform() = 0;
   virtual void polyline(int count, const GcGePoint3d* points, bool closed = false) = 0;
   virtual void polygon(int count, const GcGePoint3d* points) = 0;  // filled
+  // Filled loops, their points one after the other: inside is where a line outwards crosses an odd number of times.
+  virtual void polyPolygon(int loopCount, const int* pointCounts, const GcGePoint3d* points) = 0;
   virtual void circle(const GcGePoint3d& center, double radius, const GcGeVector3d& normal) = 0;
   // Counter-clockwise about the normal from the start vector by the sweep angle (radians).
   virtual void circularArc(const GcGePoint3d& center, double radius, const GcGeVector3d& normal,
@@ -44,6 +46,13 @@ class GcGiGeometry {
   virtual void bezier(int count, const GcGePoint3d* points) = 0;
 };
 
+// A fill that runs from one colour to another along a line in the current model transform.
+struct GcGiGradient {
+  GcGePoint3d from, to;
+  GcCmEntityColor colorFrom, colorTo;
+  bool mirrored = false;  // to the second colour half way, then back
+};
+
 // What the next geometry looks like; ids are null for the entity's own.
 class GcGiSubEntityTraits {
  public:
@@ -54,6 +63,7 @@ class GcGiSubEntityTraits {
   virtual void setLineTypeScale(double scale) = 0;
   virtual void setLineWeight(int hundredthsOfMm) = 0;  // negative: by layer, by block, default
   virtual void setFill(bool filled) = 0;
+  virtual void setGradient(const GcGiGradient* gradient) = 0;  // of the next fills; null: the plain colour again
 };
 
 class GcGiWorldDraw {
