@@ -37,6 +37,8 @@ const resbuf* ArgReader::take(int type) {
 
 const resbuf* ArgReader::any() { return take(); }
 
+const resbuf* ArgReader::entityNode() { return take(RTENAME); }
+
 GcDbObjectId ArgReader::entityName() {
   const resbuf* rb = take(RTENAME);
   return rb != nullptr ? node::objectId(*rb) : GcDbObjectId::kNull;

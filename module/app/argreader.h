@@ -30,8 +30,13 @@ namespace rules {
 inline constexpr ArgRules kEntityFirst{nullptr, msg::kWrongType, msg::kTooFew, msg::kWrongType};
 // Functions whose first argument is a name: one text for "none" and for "not a string".
 inline constexpr ArgRules kNameFirst{msg::kNoArguments, msg::kNoArguments, msg::kNoArguments, msg::kWrongType};
-// Functions that create entities: the first argument names a space.
-inline constexpr ArgRules kSpaceFirst{nullptr, msg::kNoArguments, msg::kTooFew, msg::kWrongType};
+// Functions that begin with a name or a space but are quiet without arguments.
+inline constexpr ArgRules kTextFirst{nullptr, msg::kNoArguments, msg::kTooFew, msg::kWrongType};
+
+// Functions that report even the empty call, and a first argument of another type as such.
+inline constexpr ArgRules kEntityReported{msg::kNoArguments, msg::kWrongType, msg::kNoArguments, msg::kWrongType};
+// Functions that report the empty call as a wrong number of arguments.
+inline constexpr ArgRules kCounted{msg::kTooFew, msg::kWrongType, msg::kTooFew, msg::kWrongType};
 
 }  // namespace rules
 
@@ -47,10 +52,11 @@ class ArgReader {
   [[nodiscard]] int status() const { return m_status; }
 
   // Required arguments.
-  GcDbObjectId entityName();  // null id when the name leads to no object
-  double real();              // an integer is a wrong type here
-  double number();            // real, or integer converted
-  int16_t integer();          // 16 bits, signed
+  GcDbObjectId entityName();   // null id when the name leads to no object
+  const resbuf* entityNode();  // the name as it came; null after a fault
+  double real();               // an integer is a wrong type here
+  double number();             // real, or integer converted
+  int16_t integer();           // 16 bits, signed
   const GCHAR* string();
   GcGePoint3d point();  // 2D or 3D, three coordinates as they stand
   bool flag();          // T or nil

@@ -8,7 +8,10 @@
 class RbChain {
  public:
   RbChain() = default;
-  explicit RbChain(resbuf* chain) : m_head(chain) {}  // takes over
+  // Takes over a chain.
+  explicit RbChain(resbuf* chain) : m_head(chain), m_tail(chain) {
+    while (m_tail != nullptr && m_tail->rbnext != nullptr) m_tail = m_tail->rbnext;
+  }
   RbChain(const RbChain&) = delete;
   RbChain& operator=(const RbChain&) = delete;
   ~RbChain() { gcutRelRb(m_head); }
@@ -22,6 +25,15 @@ class RbChain {
     if (rb == nullptr) return nullptr;
     (m_tail != nullptr ? m_tail->rbnext : m_head) = rb;
     return m_tail = rb;
+  }
+  // Puts brackets around the whole chain, so that it is one list whatever it holds.
+  void enclose() {
+    resbuf* open = gcutNewRb(RTLB);
+    if (open == nullptr) return;
+    open->rbnext = m_head;
+    m_head = open;
+    if (m_tail == nullptr) m_tail = open;
+    append(RTLE);
   }
   void appendShort(int16_t value) {
     if (resbuf* rb = append(RTSHORT)) rb->resval.rint = value;
@@ -56,7 +68,8 @@ class RbChain {
 
 namespace ret {
 
-// Hands the list over; the host keeps a copy.
+// Hands the list over; the host keeps a copy. A chain that is one bracketed list answers that list, any other chain
+// the list of its values.
 inline int list(const RbChain& chain) { return gcedRetList(chain.head()), RTNORM; }
 
 }  // namespace ret

@@ -4,7 +4,7 @@
 #include "module/entity/space.h"
 
 int addLine() {
-  ArgReader args(rules::kSpaceFirst);
+  ArgReader args(rules::kTextFirst);
   const space::Space space = space::read(args);
   const GcGePoint3d start = args.anyPoint();
   const GcGePoint3d end = args.anyPoint();
