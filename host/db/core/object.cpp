@@ -111,6 +111,7 @@ void GcDbObject::assertWriteEnabled(bool autoUndo, bool recordModified) {
     database()->undo().recordModified(*this);
   }
   if (recordModified) stub->modified = true;
+  stub->pathKept = false;
 }
 
 Gcad::ErrorStatus GcDbObject::close() {

@@ -102,6 +102,7 @@ void GcDbStore::adopt(GcDbStub* stub, GcDbObject* object, GcDbObjectId owner) {
 GcDbObject* GcDbStore::replace(GcDbStub* stub, GcDbObject* object) {
   GcDbObject* former = stub->object;
   stub->object = object;
+  stub->pathKept = false;
   object->m_id = GcDbObjectId(stub);
   object->m_ownerId = former != nullptr ? former->m_ownerId : GcDbObjectId();
   if (former != nullptr) {

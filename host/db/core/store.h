@@ -21,6 +21,7 @@ class GcDbStub {
   bool recorded : 1 = false;  // this open's first write has been recorded for undo
   bool modified : 1 = false;  // written to during this open
   bool isNew : 1 = false;     // appended and not yet closed
+  bool pathKept : 1 = false;  // a curve's geometry is kept for the next query; cleared by every write
 };
 
 static_assert(sizeof(GcDbStub) == 24, "ten million objects have a stub each");

@@ -48,6 +48,7 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
     case What::Modified:
       inverse.changes.push_back({What::Modified, change.id, gcdbImageOf(*object, GcDb::kUndoFiler)});
       ignore(gcdbImageInto(*object, change.image, GcDb::kUndoFiler));
+      stub->pathKept = false;
       object->subLoaded();
       m_database.notifyModified(object);
       break;

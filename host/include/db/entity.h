@@ -64,6 +64,11 @@ class GcDbEntity : public GcDbObject {
   virtual Gcad::ErrorStatus getGeomExtents(GcDbExtents& extents) const;
   // Simpler entities that draw the same, made with new, owned by the caller. Errors: eNotApplicable.
   virtual Gcad::ErrorStatus explode(GcDbVoidPtrArray& entities) const;
+  // Points where the two meet, in order along this one, none twice; appended. Entities that are no curves count by
+  // the lines they are drawn with. A common stretch gives its ends. Errors: eNotApplicable (one of them draws no
+  // lines), eInvalidInput. The markers name a part of an entity; 0 means all of it.
+  virtual Gcad::ErrorStatus intersectWith(const GcDbEntity* other, GcDb::Intersect mode, GcArray<GcGePoint3d>& points,
+                                          intptr_t thisMarker = 0, intptr_t otherMarker = 0) const;
   // Entities to which the common properties are passed on (attributes, vertices).
   virtual void subEntities(GcDbObjectIdArray& ids) const;
 

@@ -22,6 +22,8 @@ class GcDbLine : public GcDbCurve {
   Gcad::ErrorStatus setNormal(const GcGeVector3d& normal);
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
+  Gcad::ErrorStatus reverseCurve() override;
 
  private:
   GcGePoint3d m_start;
