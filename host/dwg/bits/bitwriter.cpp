@@ -1,0 +1,242 @@
+#include "host/dwg/bits/bitwriter.h"
+
+#include <cstring>
+
+#include "host/dwg/bits/bitreader.h"
+
+namespace gc::dwg {
+
+namespace {
+
+uint64_t bitsOf(double value) {
+  uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
+}  // namespace
+
+std::vector<uint8_t> BitWriter::take() {
+  alignToByte();
+  std::vector<uint8_t> taken;
+  taken.swap(m_bytes);
+  return taken;
+}
+
+void BitWriter::clear() {
+  m_bytes.clear();
+  m_last = 0;
+  m_used = 0;
+}
+
+void BitWriter::bits(uint64_t value, int count) {
+  m_last = m_last << count | (value & ((uint64_t{1} << count) - 1));
+  m_used += count;
+  if (m_used < 8) return;
+  const int whole = m_used / 8;
+  const uint64_t top = m_last << (64 - m_used);
+  const uint64_t ordered = __builtin_bswap64(top);
+  const size_t at = m_bytes.size();
+  m_bytes.resize(at + static_cast<size_t>(whole));
+  std::memcpy(m_bytes.data() + at, &ordered, static_cast<size_t>(whole));
+  m_used &= 7;
+  m_last &= (uint64_t{1} << m_used) - 1;
+}
+
+void BitWriter::bit3(unsigned value) {
+  if (value == 0)
+    bits(0, 1);
+  else if (value == 2)
+    bits(2, 2);
+  else
+    bits(value, 3);
+}
+
+void BitWriter::rll(uint64_t value) {
+  rl(static_cast<uint32_t>(value));
+  rl(static_cast<uint32_t>(value >> 32));
+}
+
+void BitWriter::rd(double value) { rll(bitsOf(value)); }
+
+void BitWriter::bs(int value) {
+  const int cut = value & 0xFFFF;
+  if (cut == 0) {
+    bits(2, 2);
+  } else if (cut == 256) {
+    bits(3, 2);
+  } else if (cut < 256) {
+    bits(1, 2);
+    rc(static_cast<unsigned>(cut));
+  } else {
+    bits(0, 2);
+    rs(static_cast<unsigned>(cut));
+  }
+}
+
+void BitWriter::bl(int32_t value) {
+  if (value == 0) {
+    bits(2, 2);
+  } else if (value > 0 && value < 256) {
+    bits(1, 2);
+    rc(static_cast<unsigned>(value));
+  } else {
+    bits(0, 2);
+    rl(static_cast<uint32_t>(value));
+  }
+}
+
+void BitWriter::bll(uint64_t value) {
+  int count = 0;
+  while (count < 7 && value >> (8 * count) != 0) ++count;  // three bits count the bytes: 7 at most
+  bits(static_cast<uint64_t>(count), 3);
+  for (int i = 0; i < count; ++i) rc(static_cast<unsigned>(value >> (8 * i)) & 0xFFu);
+}
+
+void BitWriter::bd(double value) {
+  const uint64_t pattern = bitsOf(value);
+  if (pattern == 0) {  // minus zero is written in full
+    bits(2, 2);
+  } else if (value == 1) {
+    bits(1, 2);
+  } else {
+    bits(0, 2);
+    rll(pattern);
+  }
+}
+
+void BitWriter::dd(double value, double otherwise) {
+  const uint64_t now = bitsOf(value);
+  const uint64_t change = now ^ bitsOf(otherwise);
+  if (change == 0) {
+    bits(0, 2);
+  } else if (change >> 32 == 0) {
+    bits(1, 2);
+    rl(static_cast<uint32_t>(now));
+  } else if (change >> 48 == 0) {
+    bits(2, 2);
+    rs(static_cast<unsigned>(now >> 32 & 0xFFFFu));
+    rl(static_cast<uint32_t>(now));
+  } else {
+    bits(3, 2);
+    rll(now);
+  }
+}
+
+void BitWriter::bt(double value) {
+  const bool zero = bitsOf(value) == 0;
+  b(zero);
+  if (!zero) bd(value);
+}
+
+void BitWriter::be(const GcGeVector3d& value) {
+  const bool plain = bitsOf(value.x) == 0 && bitsOf(value.y) == 0 && value.z == 1;
+  b(plain);
+  if (!plain) bd3({value.x, value.y, value.z});
+}
+
+void BitWriter::rd2(const GcGePoint2d& value) {
+  rd(value.x);
+  rd(value.y);
+}
+
+void BitWriter::rd3(const GcGePoint3d& value) {
+  rd(value.x);
+  rd(value.y);
+  rd(value.z);
+}
+
+void BitWriter::bd2(const GcGePoint2d& value) {
+  bd(value.x);
+  bd(value.y);
+}
+
+void BitWriter::bd3(const GcGePoint3d& value) {
+  bd(value.x);
+  bd(value.y);
+  bd(value.z);
+}
+
+void BitWriter::mc(uint64_t value) {
+  while (value > 0x7F) {
+    rc(static_cast<unsigned>(value & 0x7F) | 0x80u);
+    value >>= 7;
+  }
+  rc(static_cast<unsigned>(value));
+}
+
+void BitWriter::mcSigned(int64_t value) {
+  uint64_t rest = value < 0 ? uint64_t{0} - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
+  while (rest > 0x3F) {
+    rc(static_cast<unsigned>(rest & 0x7F) | 0x80u);
+    rest >>= 7;
+  }
+  rc(static_cast<unsigned>(rest) | (value < 0 ? 0x40u : 0u));
+}
+
+void BitWriter::ms(uint32_t value) {
+  if (value > 0x7FFF) {
+    rs((value & 0x7FFF) | 0x8000u);
+    value >>= 15;
+  }
+  rs(value & 0x7FFF);
+}
+
+void BitWriter::ot(uint32_t type) {
+  if (type < 0x100) {
+    bits(0, 2);
+    rc(type);
+  } else if (type >= 0x1F0 && type < 0x2F0) {
+    bits(1, 2);
+    rc(type - 0x1F0);
+  } else {
+    bits(2, 2);
+    rs(type);
+  }
+}
+
+void BitWriter::h(unsigned code, uint64_t value) {
+  int count = 0;
+  while (count < 8 && value >> (8 * count) != 0) {
+    ++count;
+    if (count == 8) break;
+  }
+  bits(code & 0xFu, 4);
+  bits(static_cast<uint64_t>(count), 4);
+  for (int i = count - 1; i >= 0; --i) rc(static_cast<unsigned>(value >> (8 * i)) & 0xFFu);
+}
+
+void BitWriter::bytes(std::span<const uint8_t> source) {
+  if (m_used == 0) {
+    m_bytes.insert(m_bytes.end(), source.begin(), source.end());
+    return;
+  }
+  for (const uint8_t byte : source) rc(byte);
+}
+
+void BitWriter::rest(BitReader reader) {
+  while (reader.remaining() >= 32) bits(reader.bits(32), 32);
+  const auto left = static_cast<int>(reader.remaining());
+  if (left > 0) bits(reader.bits(left), left);
+}
+
+void BitWriter::append(const BitWriter& other) {
+  bytes(other.m_bytes);
+  if (other.m_used > 0) bits(other.m_last, other.m_used);
+}
+
+void BitWriter::alignToByte() {
+  if (m_used > 0) bits(0, 8 - m_used);
+}
+
+void BitWriter::patchRl(uint64_t position, uint32_t value) {
+  const auto put = [&](uint64_t at, bool one) {
+    uint8_t& byte = m_bytes[at / 8];
+    const auto mask = static_cast<uint8_t>(0x80u >> (at % 8));
+    byte = static_cast<uint8_t>(one ? byte | mask : byte & ~mask);
+  };
+  const uint32_t ordered = __builtin_bswap32(value);
+  for (unsigned i = 0; i < 32; ++i) put(position + i, (ordered >> (31 - i) & 1u) != 0);
+}
+
+}  // namespace gc::dwg

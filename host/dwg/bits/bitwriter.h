@@ -1,0 +1,63 @@
+// Writes the bit-packed values of DWG records: the counterpart of BitReader. Each value takes the shortest of its
+// codes, so that what is written is the same whoever wrote it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "ge/point.h"
+
+namespace gc::dwg {
+
+class BitReader;
+
+class BitWriter {
+ public:
+  [[nodiscard]] uint64_t position() const { return m_bytes.size() * 8 + static_cast<uint64_t>(m_used); }
+  // What was written, the last byte filled with zeros.
+  [[nodiscard]] std::vector<uint8_t> take();
+  void clear();
+
+  // Up to 56 bits, the highest first.
+  void bits(uint64_t value, int count);
+
+  void b(bool value) { bits(value ? 1 : 0, 1); }
+  void bb(unsigned value) { bits(value & 3u, 2); }
+  void bit3(unsigned value);
+  void rc(unsigned value) { bits(value & 0xFFu, 8); }
+  void rs(unsigned value) { bits((value & 0xFFu) << 8 | (value >> 8 & 0xFFu), 16); }
+  void rl(uint32_t value) { bits(__builtin_bswap32(value), 32); }
+  void rll(uint64_t value);
+  void rd(double value);
+  void bs(int value);
+  void bl(int32_t value);
+  void bll(uint64_t value);
+  void bd(double value);
+  void dd(double value, double otherwise);
+  void bt(double value);
+  void be(const GcGeVector3d& value);
+  void rd2(const GcGePoint2d& value);
+  void rd3(const GcGePoint3d& value);
+  void bd2(const GcGePoint2d& value);
+  void bd3(const GcGePoint3d& value);
+  void mc(uint64_t value);
+  void mcSigned(int64_t value);
+  void ms(uint32_t value);
+  void ot(uint32_t type);
+  void h(unsigned code, uint64_t value);
+  void bytes(std::span<const uint8_t> bytes);
+  // All that is left of the reader, bit by bit.
+  void rest(BitReader reader);
+  void append(const BitWriter& other);
+  void alignToByte();
+  // Overwrites 32 bits written before.
+  void patchRl(uint64_t position, uint32_t value);
+
+ private:
+  std::vector<uint8_t> m_bytes;
+  uint64_t m_last = 0;  // bits of the byte that is not full yet, at the low end
+  int m_used = 0;       // how many: 0..7
+};
+
+}  // namespace gc::dwg

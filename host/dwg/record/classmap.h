@@ -1,0 +1,56 @@
+// Object types of records: the format's fixed ones and those a file numbers in its class section.
+#pragma once
+
+#include <vector>
+
+#include "host/rx/view.h"
+#include "rx/rxclass.h"
+
+namespace gc::dwg {
+
+inline constexpr uint32_t kFirstFileClass = 500;
+inline constexpr uint32_t kProxyEntity = 0x1F2;
+inline constexpr uint32_t kProxyObject = 0x1F3;
+
+struct TypeInfo {
+  GcText dxfName;              // group 0 of the type
+  GcRxClass* rxClass = nullptr;  // null: not loaded, or nothing the database knows
+  bool isEntity = false;
+  bool isKnown = false;  // false: a number nobody describes
+};
+
+class ClassMap {
+ public:
+  // Classes of the file in the order of their numbers, which begin at 500.
+  struct FileClass {
+    uint32_t number = 0;
+    GcText dxfName;
+    GcText className;
+    GcText appName;
+    bool isEntity = false;
+    bool wasZombie = false;
+    int32_t proxyFlags = 0;
+    int32_t instanceCount = 0;
+    int32_t dwgVersion = 0;
+    int32_t maintenanceVersion = 0;
+  };
+
+  void add(FileClass fileClass) { m_fileClasses.push_back(std::move(fileClass)); }
+  [[nodiscard]] const std::vector<FileClass>& fileClasses() const { return m_fileClasses; }
+  [[nodiscard]] std::vector<FileClass>& fileClasses() { return m_fileClasses; }
+  [[nodiscard]] const FileClass* fileClass(uint32_t number) const;
+  [[nodiscard]] FileClass* findByDxfName(GcView name);
+
+  [[nodiscard]] TypeInfo typeOf(uint32_t number) const;
+
+  // The fixed type of a class by its run-time name; 0 when it has none.
+  static uint32_t fixedTypeOf(GcView className);
+  // The run-time class name of a fixed type, null when there is none.
+  static const char* fixedClassName(uint32_t number);
+  static bool isFixedEntity(uint32_t number);
+
+ private:
+  std::vector<FileClass> m_fileClasses;
+};
+
+}  // namespace gc::dwg

@@ -1,0 +1,49 @@
+// What records need to know of the file they stand in.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+
+#include "db/database.h"
+#include "host/dwg/record/classmap.h"
+#include "host/dwg/record/packrow.h"
+#include "host/rx/text/drawing_text.h"
+
+namespace gc::dwg {
+
+struct RecordContext {
+  explicit RecordContext(GcDbDatabase& db) : database(db) {}
+
+  GcDbDatabase& database;
+  int version = kR2000;
+  DrawingText text{CodePage::Ansi1252, false, Carets::Plain};  // before AC1021
+  int codePageNumber = 30;                                     // of `text`, as extended data names it
+  ClassMap classes;
+  // Records that entities refer to without a handle.
+  GcDbObjectId byLayer, byBlock, continuous, modelSpace, paperSpace;
+  // Names of application and layer records by handle, for extended data; what is not known yet is asked for.
+  std::unordered_map<uint64_t, GcText> names;
+
+  [[nodiscard]] GcDbObjectId idOf(uint64_t handle) const;
+  // The name of a table record, empty when there is none.
+  [[nodiscard]] GcText nameOf(uint64_t handle) const;
+  // The handle of an application's record, 0 when it has none.
+  [[nodiscard]] uint64_t handleOfApplication(GcView name) const;
+  [[nodiscard]] uint64_t handleOfLayer(GcView name) const;
+};
+
+// Links of an object to others that are no fields of its class.
+struct RecordLinks {
+  enum class Mode : uint8_t { Owner = 0, PaperSpace = 1, ModelSpace = 2 };
+  Mode mode = Mode::Owner;     // entities: whether the owner is given or is one of the two spaces
+  bool consecutive = true;     // R13..R2000: the neighbours have the handles before and after this one
+  uint64_t previous = 0;       // R13..R2000 entities
+  uint64_t next = 0;
+  uint64_t firstPart = 0;      // R13..R2000: ends of the chain of owned entities
+  uint64_t lastPart = 0;
+  GcDbObjectIdArray parts;     // from AC1018 on: the owned entities themselves
+  GcDbObjectId sequenceEnd;
+  bool hasParts = false;
+};
+
+}  // namespace gc::dwg
