@@ -11,30 +11,39 @@ namespace gc::dwg {
 
 namespace {
 
-// The fields among which codes are looked for: a class's rows by subclass section, or those of a record.
+// The fields among which codes are looked for: those of the current subclass section (a subclass may have several
+// sections of the same name) and, when it lacks the code, all of the class. For records: the rows of an element.
 struct Scope {
-  std::vector<const GcDbField*> rows;
-  size_t first = 0;
-  size_t last = 0;
+  std::vector<const GcDbField*> all;
+  std::vector<const GcDbField*> current;
 
   bool enter(const char* subclass) {
-    for (size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i]->is != Is::Marker || std::strcmp(rows[i]->name, subclass) != 0) continue;
-      first = i + 1;
-      last = first;
-      while (last < rows.size() && rows[last]->is != Is::Marker) ++last;
-      return true;
+    current.clear();
+    bool inside = false;
+    bool found = false;
+    for (const GcDbField* row : all) {
+      if (row->is == Is::Marker) {
+        inside = std::strcmp(row->name, subclass) == 0;
+        found = found || inside;
+      } else if (inside) {
+        current.push_back(row);
+      }
     }
-    return false;
+    return found;
   }
   [[nodiscard]] const GcDbField* find(int code, int nth, bool wantRecords) const {
-    for (size_t i = first; i < last; ++i) {
-      const GcDbField& row = *rows[i];
-      const bool isRecords = row.kind == Kind::Records && row.is != Is::Count;
-      if (row.is == Is::Marker || (wantRecords && !isRecords)) continue;
-      const bool own = row.code == code && (row.is != Is::Count || !wantRecords);
-      const bool opens = isRecords && row.rows != nullptr && row.rows[0].code == code;
-      if ((own || opens) && nth-- == 0) return &row;
+    const GcDbField* near = findAmong(current, code, nth, wantRecords);
+    return near != nullptr ? near : findAmong(all, code, nth, wantRecords);
+  }
+
+ private:
+  static const GcDbField* findAmong(const std::vector<const GcDbField*>& rows, int code, int nth, bool wantRecords) {
+    for (const GcDbField* row : rows) {
+      const bool isRecords = row->kind == Kind::Records && row->is != Is::Count;
+      if (row->is == Is::Marker || (wantRecords && !isRecords)) continue;
+      const bool own = row->code == code;
+      const bool opens = isRecords && row->rows != nullptr && row->rows[0].code == code;
+      if ((own || opens) && nth-- == 0) return row;
     }
     return nullptr;
   }
@@ -77,7 +86,8 @@ struct Binder {
     for (int a = 0; a < pack.argCount; ++a) {
       int nth = 0;  // the same code twice means the first and the second field of that code
       for (int earlier = 0; earlier < a; ++earlier) nth += pack.args[earlier] == pack.args[a] ? 1 : 0;
-      args[static_cast<size_t>(a)] = scope.find(pack.args[a], nth, false);
+      const int code = pack.args[a];  // negative: the array whose count or first field has the code
+      args[static_cast<size_t>(a)] = code < 0 ? scope.find(-code, nth, true) : scope.find(code, nth, false);
     }
     bound.args = args.get();
     table.argLists.push_back(std::move(args));
@@ -85,8 +95,7 @@ struct Binder {
 
   void bindElements(BoundTable& table, BoundRow& bound, const char* section) {
     Scope inner;
-    for (int i = 0; i < bound.field->rowCount; ++i) inner.rows.push_back(&bound.field->rows[i]);
-    inner.last = inner.rows.size();
+    for (int i = 0; i < bound.field->rowCount; ++i) inner.all.push_back(&bound.field->rows[i]);
     table.nested.push_back(bind(inner, bound.pack->rows, bound.pack->rowCount, section));
     bound.elements = table.nested.back().get();
   }
@@ -108,9 +117,8 @@ struct AllBound {
 
   void bindClass(const ClassPacking& packing, const GcRxClass& rxClass) {
     Scope scope;
-    if (const GcDbClassInfo* info = rxClass.info()) scope.rows.assign(info->rows, info->rows + info->rowCount);
+    if (const GcDbClassInfo* info = rxClass.info()) scope.all.assign(info->rows, info->rows + info->rowCount);
     if (&rxClass == GcDbBlockTableRecord::desc()) appendBlockRows(scope);
-    scope.last = scope.rows.size();
     const size_t before = missing.size();
     Binder binder{packing.className, missing};
     auto table = binder.bind(std::move(scope), packing.rows, packing.rowCount, "");
@@ -120,9 +128,9 @@ struct AllBound {
   // A block record packs what the block's begin entity tells in group files as well.
   static void appendBlockRows(Scope& scope) {
     static constexpr GcDbField kMarker = marker("AcDbBlockBegin");
-    scope.rows.push_back(&kMarker);
+    scope.all.push_back(&kMarker);
     for (int i = 0; i < GcDbBlockTableRecord::kBlockFieldCount; ++i)
-      scope.rows.push_back(&GcDbBlockTableRecord::kBlockFields[i]);
+      scope.all.push_back(&GcDbBlockTableRecord::kBlockFields[i]);
   }
 };
 

@@ -14,7 +14,7 @@ class RecordIn {
  public:
   static constexpr bool kWriting = false;
 
-  RecordIn(RecordContext& context, uint64_t own) : context(context), own(own) {}
+  RecordIn(RecordContext& file, uint64_t handle) : context(file), own(handle) {}
 
   RecordContext& context;
   uint64_t own;  // handle of the record
@@ -62,7 +62,7 @@ class RecordOut {
  public:
   static constexpr bool kWriting = true;
 
-  RecordOut(RecordContext& context, uint64_t own) : context(context), own(own) {}
+  RecordOut(RecordContext& file, uint64_t handle) : context(file), own(handle) {}
 
   RecordContext& context;
   uint64_t own;
@@ -71,6 +71,8 @@ class RecordOut {
   BitWriter handles;
   RecordLinks links;
   bool hasTexts = false;
+  bool isRaw = false;     // the data already hold the texts and their size
+  bool rawTexts = false;  // whether they do hold texts
 
   [[nodiscard]] int version() const { return context.version; }
   [[nodiscard]] static bool failed() { return false; }

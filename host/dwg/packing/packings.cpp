@@ -1,0 +1,14 @@
+#include "host/dwg/packing/packings.h"
+
+namespace gc::dwg::packing {
+
+void addAll(std::vector<ClassPacking>& list) {
+  addSimpleEntities(list);
+  addPolylines(list);
+  addTexts(list);
+  addBlocks(list);
+  addTableRecords(list);
+  addDictionaries(list);
+}
+
+}  // namespace gc::dwg::packing

@@ -1,0 +1,19 @@
+// Every class's packing, by family. Each family is one file of tables.
+#pragma once
+
+#include <vector>
+
+#include "host/dwg/record/packrow.h"
+
+namespace gc::dwg::packing {
+
+void addSimpleEntities(std::vector<ClassPacking>& list);
+void addPolylines(std::vector<ClassPacking>& list);
+void addTexts(std::vector<ClassPacking>& list);
+void addBlocks(std::vector<ClassPacking>& list);
+void addTableRecords(std::vector<ClassPacking>& list);
+void addDictionaries(std::vector<ClassPacking>& list);
+
+void addAll(std::vector<ClassPacking>& list);
+
+}  // namespace gc::dwg::packing

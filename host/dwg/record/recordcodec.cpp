@@ -1,0 +1,259 @@
+#include "host/dwg/record/recordcodec.h"
+
+#include "db/zombie.h"
+#include "host/db/core/extra.h"
+#include "host/db/core/store.h"
+#include "host/db/objects/zombiedata.h"
+#include "host/dwg/record/common.h"
+#include "host/dwg/record/dwgfiler.h"
+#include "host/dwg/record/pieces.h"
+#include "host/dwg/record/rawrecord.h"
+#include "host/dwg/record/tablerecord.h"
+#include "host/dwg/record/xdata.h"
+
+namespace gc::dwg {
+
+namespace {
+
+// Cuts the record's bits into its streams. The bits of the data end where the texts begin.
+void splitStreams(RecordIn& record, std::span<const uint8_t> body, uint64_t dataEnd) {
+  record.handles = BitReader(body, dataEnd, body.size() * 8);
+  record.data.setEnd(dataEnd);
+  if (record.version() < kR2007 || dataEnd == 0) return;
+  uint64_t end = dataEnd - 1;
+  record.data.setEnd(end);
+  record.hasTexts = BitReader(body, end, dataEnd).b();
+  if (!record.hasTexts) return;
+  constexpr uint64_t kSizeBits = 16;
+  if (end < 2 * kSizeBits) {
+    record.fail();
+    return;
+  }
+  end -= kSizeBits;
+  uint64_t size = BitReader(body, end, end + kSizeBits).rs();
+  if ((size & 0x8000) != 0) {
+    end -= kSizeBits;
+    size = (size & 0x7FFF) | uint64_t{BitReader(body, end, end + kSizeBits).rs()} << 15;
+  }
+  if (size > end) {
+    record.fail();
+    return;
+  }
+  record.texts = BitReader(body, end - size, end);
+  record.data.setEnd(end - size);
+}
+
+struct Preamble {
+  uint32_t type = 0;
+  bool ok = false;
+};
+
+// Type, sizes, handle: what every record begins with.
+Preamble readPreamble(RecordIn& record, std::span<const uint8_t> body, uint64_t handleBits) {
+  Preamble preamble;
+  const int version = record.version();
+  record.data = BitReader(body);
+  record.handles = BitReader(body);
+  preamble.type = version >= kR2010 ? record.data.ot() : static_cast<uint16_t>(record.data.bs());
+  const uint64_t all = body.size() * 8;
+  if (version >= kR2010) {
+    if (handleBits > all) return preamble;
+    splitStreams(record, body, all - handleBits);
+  } else if (version >= kR2000) {
+    const uint32_t size = record.data.rl();
+    if (size > all) return preamble;
+    splitStreams(record, body, size);
+  }
+  record.own = record.data.h().value;
+  preamble.ok = !record.failed();
+  return preamble;
+}
+
+// What is behind the last field: less than a byte of filling in the references, nothing in the other streams.
+bool endsExactly(const RecordIn& record) {
+  return !record.failed() && record.data.remaining() == 0 && record.texts.remaining() == 0 &&
+         record.handles.remaining() < 8;
+}
+
+bool readFields(RecordIn& record, GcDbObject& object) {
+  if (auto* table = GcDbSymbolTable::cast(&object)) {
+    readTable(record, *table);
+    return endsExactly(record);
+  }
+  if (const BoundTable* packing = boundTableOf(*object.isA())) {
+    uint32_t registers[kRegisters] = {};
+    unpackRows(record, *packing, &object, registers);
+    return endsExactly(record);
+  }
+  if (object.isA()->info() != nullptr) return false;
+  FilerIn filer(record);
+  return object.dwgInFields(&filer) == Gcad::eOk && endsExactly(record);
+}
+
+std::unique_ptr<GcDbObject> makeObject(const TypeInfo& info) {
+  if (info.rxClass == nullptr) return nullptr;
+  GcRxObject* made = info.rxClass->create();
+  auto* object = GcDbObject::cast(made);
+  if (object == nullptr) {
+    delete made;
+    return nullptr;
+  }
+  const bool isEntity = object->isKindOf(GcDbEntity::desc());
+  if (isEntity != info.isEntity) {
+    delete object;
+    return nullptr;
+  }
+  return std::unique_ptr<GcDbObject>(object);
+}
+
+// The part all objects have; leaves the streams at the first field of the class.
+void readCommon(RecordIn& record, GcDbObject& object, ReadRecord& result) {
+  GcDbGroupList xdata;
+  bool damaged = false;
+  readXData(record, xdata, damaged);
+  if (damaged) result.trouble = "part of its extended data means nothing and was left out";
+  if (!xdata.isEmpty()) object.needExtra().xdata = xdata;
+  if (auto* entity = GcDbEntity::cast(&object))
+    readCommonEntity(record, *entity, result.owner);
+  else
+    readCommonObject(record, object, result.owner);
+}
+
+// The record as it is, when its class is unknown or its fields are not as they should be.
+ReadRecord readRaw(RecordContext& context, std::span<const uint8_t> body, uint64_t handleBits, const TypeInfo& info) {
+  RecordIn record(context, 0);
+  ReadRecord result;
+  result.type = readPreamble(record, body, handleBits).type;
+  result.handle = record.own;
+  result.keptRaw = true;
+  if (info.isEntity)
+    result.object.reset(new GcDbZombieEntity);
+  else
+    result.object.reset(new GcDbZombieObject);
+  readCommon(record, *result.object, result);
+  if (record.failed()) {
+    result.object.reset();
+    result.trouble = "cut off or damaged";
+    return result;
+  }
+  GcDbZombieData& data = *zombieDataOf(*result.object);
+  data.dxfName = toGcString(info.dxfName);
+  keepRaw(record, data);
+  result.links = std::move(record.links);
+  return result;
+}
+
+void finishStreams(RecordOut& record) {
+  if (record.version() < kR2007) return;
+  if (record.isRaw) {
+    record.data.b(record.rawTexts);
+    return;
+  }
+  if (record.hasTexts) {
+    const uint64_t size = record.texts.position();
+    record.data.append(record.texts);
+    if (size >= 0x8000) record.data.rs(static_cast<unsigned>(size >> 15));
+    record.data.rs(static_cast<unsigned>(size & 0x7FFF) | (size >= 0x8000 ? 0x8000u : 0u));
+  }
+  record.data.b(record.hasTexts);
+}
+
+}  // namespace
+
+uint32_t typeOfRecord(int version, std::span<const uint8_t> body) {
+  BitReader in(body);
+  const uint32_t type = version >= kR2010 ? in.ot() : static_cast<uint16_t>(in.bs());
+  return in.failed() ? 0 : type;
+}
+
+RecordHead headOfRecord(int version, std::span<const uint8_t> body) {
+  BitReader in(body);
+  RecordHead head;
+  head.type = version >= kR2010 ? in.ot() : static_cast<uint16_t>(in.bs());
+  if (version >= kR2000 && version < kR2010) in.rl();
+  head.handle = in.h().value;
+  if (in.failed()) head = {};
+  return head;
+}
+
+ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uint64_t handleBits) {
+  RecordIn record(context, 0);
+  ReadRecord result;
+  const Preamble preamble = readPreamble(record, body, handleBits);
+  result.type = preamble.type;
+  result.handle = record.own;
+  if (!preamble.ok) {
+    result.trouble = "its sizes are wrong";
+    return result;
+  }
+  const TypeInfo info = context.classes.typeOf(preamble.type);
+  if (!info.isKnown) {
+    result.trouble = "no class has its number";
+    return result;
+  }
+  result.object = makeObject(info);
+  if (result.object == nullptr) return readRaw(context, body, handleBits, info);
+  const bool isKnown = GcDbSymbolTable::cast(result.object.get()) != nullptr ||
+                       boundTableOf(*result.object->isA()) != nullptr || result.object->isA()->info() == nullptr;
+  if (isKnown) {
+    readCommon(record, *result.object, result);
+    if (!record.failed() && readFields(record, *result.object)) {
+      result.links = std::move(record.links);
+      return result;
+    }
+  }
+  ReadRecord raw = readRaw(context, body, handleBits, info);
+  if (isKnown && raw.trouble.empty()) raw.trouble = "its fields do not end where its record ends: kept as it is";
+  return raw;
+}
+
+WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const RecordLinks& links) {
+  RecordOut record(context, object.handle());
+  record.links.mode = links.mode;
+  record.links.consecutive = links.consecutive;
+  record.links.previous = links.previous;
+  record.links.next = links.next;
+  const int version = record.version();
+  if (version >= kR2010)
+    record.data.ot(type);
+  else
+    record.data.bs(static_cast<int>(type));
+  uint64_t sizePosition = record.data.position();
+  if (version >= kR2000 && version < kR2010) record.data.rl(0);
+  record.data.h(0, record.own);
+  static const GcDbGroupList kNone;
+  writeXData(record, object.extra() != nullptr ? object.extra()->xdata : kNone);
+  if (const auto* entity = GcDbEntity::cast(&object))
+    writeCommonEntity(record, *entity, sizePosition);
+  else
+    writeCommonObject(record, object, sizePosition);
+
+  auto& changeable = const_cast<GcDbObject&>(object);  // the loop over rows is one for both directions
+  if (const GcDbZombieData* raw = zombieDataOf(object)) {
+    putRaw(record, *raw);
+  } else if (const auto* table = GcDbSymbolTable::cast(&object)) {
+    writeTable(record, *table);
+  } else if (const BoundTable* packing = boundTableOf(*object.isA())) {
+    uint32_t registers[kRegisters] = {};
+    packRows(record, *packing, &changeable, registers);
+  } else {
+    FilerOut filer(record);
+    ignore(object.dwgOutFields(&filer));
+  }
+  finishStreams(record);
+  WrittenRecord written;
+  const uint64_t dataEnd = record.data.position();
+  if (version < kR2010) record.data.patchRl(sizePosition, static_cast<uint32_t>(dataEnd));
+  record.data.append(record.handles);
+  record.data.alignToByte();
+  written.body = record.data.take();
+  written.handleBits = written.body.size() * 8 - dataEnd;
+  return written;
+}
+
+bool hasPacking(const GcDbObject& object) {
+  return zombieDataOf(object) != nullptr || GcDbSymbolTable::cast(&object) != nullptr ||
+         boundTableOf(*object.isA()) != nullptr || object.isA()->info() == nullptr;
+}
+
+}  // namespace gc::dwg

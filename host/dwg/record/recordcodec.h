@@ -1,0 +1,51 @@
+// One object from its record and back. docs/dwg.md draws the record.
+//
+// A class is read by its packing (host/dwg/packing) or, when it files itself, through the abstract filer. A record must
+// end exactly where its streams end: one that does not, and one of a class nobody knows, is kept as it is (a zombie
+// with its bits and its references), so that nothing is lost and nothing is guessed.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/dwg/record/recordio.h"
+
+namespace gc::dwg {
+
+struct ReadRecord {
+  std::unique_ptr<GcDbObject> object;  // not yet in the database; null when the record cannot be read at all
+  uint64_t handle = 0;
+  uint32_t type = 0;
+  GcDbObjectId owner;
+  RecordLinks links;
+  bool keptRaw = false;  // a zombie
+  std::string trouble;   // what was wrong; empty when nothing was
+};
+
+// `body`: the record behind its size (and, from AC1024 on, behind the size of its references), without the checksum.
+// `handleBits`: the size of the references, from AC1024 on.
+ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uint64_t handleBits);
+
+// The type of a record without reading it; 0 when it is too short.
+uint32_t typeOfRecord(int version, std::span<const uint8_t> body);
+// Type and handle of a record.
+struct RecordHead {
+  uint32_t type = 0;
+  uint64_t handle = 0;
+};
+RecordHead headOfRecord(int version, std::span<const uint8_t> body);
+
+struct WrittenRecord {
+  std::vector<uint8_t> body;
+  uint64_t handleBits = 0;
+};
+
+// `type`: the number of the object's class in the file. `links`: mode, neighbours.
+WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const RecordLinks& links);
+
+// Whether objects of the class can be written in records of their own class.
+bool hasPacking(const GcDbObject& object);
+
+}  // namespace gc::dwg
