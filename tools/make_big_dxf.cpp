@@ -234,8 +234,12 @@ class Maker {
 
   void entity(std::uint64_t owner) {
     switch (m_random() % 10) {
-      case 0: case 1: case 2: return line(owner);
-      case 3: case 4: case 5: return polyline(owner);
+      case 0:
+      case 1:
+      case 2: return line(owner);
+      case 3:
+      case 4:
+      case 5: return polyline(owner);
       case 6: return text(owner);
       case 7: return m_random() % 2 ? arc(owner) : circle(owner);
       case 8: return point(owner);

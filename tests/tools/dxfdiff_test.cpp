@@ -29,7 +29,8 @@ const std::string kLine = "0\nLINE\n5\n2F\n8\n0\n10\n1.5\n20\n0.0\n";
 
 TEST(DxfDiff, TheSameInAnotherSpellingIsTheSame) {
   const std::string a = file("9\n$LTSCALE\n40\n1.0\n", "0\nLINE\n5\n2F\n62\n3\n10\n1.5\n310\n0AFF\n310\n7A\n");
-  const std::string b = file("9\n$LTSCALE\n 40\n1\n", "  0\r\nLINE\r\n  5\r\n002f\r\n 62\r\n     3\r\n10\n1.50E0\n310\n0aFf7a\n");
+  const std::string b =
+      file("9\n$LTSCALE\n 40\n1\n", "  0\r\nLINE\r\n  5\r\n002f\r\n 62\r\n     3\r\n10\n1.50E0\n310\n0aFf7a\n");
   EXPECT_EQ(differences(a, a), Lines());
   std::string lf;
   for (const char c : b) {
@@ -64,14 +65,16 @@ TEST(DxfDiff, LostChangedAddedAndMovedAreTold) {
                    "added\tENTITIES LINE 2F\t39: 2.0"}));
   EXPECT_EQ(differences(file("", kLine), file("", "0\nLINE\n5\n2F\n10\n1.5\n20\n0.0\n8\n0\n")),
             Lines({"moved\tENTITIES LINE 2F"}));
-  EXPECT_EQ(differences(file("", kLine), file("", "0\nARC\n5\n2F\n")), Lines({"changed\tENTITIES LINE 2F\tbecame ARC"}));
+  EXPECT_EQ(differences(file("", kLine), file("", "0\nARC\n5\n2F\n")),
+            Lines({"changed\tENTITIES LINE 2F\tbecame ARC"}));
 }
 
 TEST(DxfDiff, RecordsWithoutHandlesAreMatchedByPlace) {
   const std::string bare = "0\nLINE\n8\n0\n0\nLINE\n8\n1\n";
   const std::string handled = "0\nLINE\n5\n1\n8\n0\n0\nLINE\n5\n2\n8\n2\n";
   EXPECT_EQ(differences(file("", bare), file("", handled)),
-            Lines({"added\tENTITIES LINE #1\t5: 1", "changed\tENTITIES LINE #2\t8: 1 -> 2", "added\tENTITIES LINE #2\t5: 2"}));
+            Lines({"added\tENTITIES LINE #1\t5: 1", "changed\tENTITIES LINE #2\t8: 1 -> 2",
+                   "added\tENTITIES LINE #2\t5: 2"}));
 }
 
 TEST(DxfDiff, VariablesMayBeIgnoredAndLossesAreKnownFromTheRest) {

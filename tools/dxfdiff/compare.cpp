@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/dxf/angles.h"
 #include "host/rx/text/number.h"
 #include "tools/dxfdiff/drawing.h"
 
@@ -19,6 +20,33 @@ struct Value {
   friend auto operator<=>(const Value&, const Value&) = default;
 };
 
+// Codes of names of records, which do not depend on letter case.
+bool isNameCode(int code) { return code == 2 || code == 6 || code == 7 || code == 8; }
+
+struct Default {
+  const char* type;  // null: every entity
+  Value value;
+};
+
+// What readers take when a group is not there. Source: the published DXF reference.
+const Default kDefaults[] = {
+    {nullptr, {6, "BYLAYER"}}, {nullptr, {39, "0.0"}}, {nullptr, {48, "1.0"}},     {nullptr, {60, "0"}},
+    {nullptr, {62, "256"}},    {nullptr, {67, "0"}},   {nullptr, {210, "0.0"}},    {nullptr, {220, "0.0"}},
+    {nullptr, {230, "1.0"}},   {nullptr, {370, "-1"}}, {"DICTIONARY", {280, "0"}},
+};
+
+bool isImplied(const Record& record, const Value& value) {
+  const bool isEntity = record.place.starts_with("ENTITIES") || record.place.starts_with("BLOCKS");
+  for (const Default& row : kDefaults) {
+    if (row.value == value && (row.type ? record.type == row.type : isEntity)) return true;
+  }
+  return false;
+}
+
+bool isDerived(const Record& record, int code) {
+  return (record.type == "TABLE" && code == 70) || (record.type == "CLASS" && code == 91);
+}
+
 std::string spelling(const Tag& tag, const DrawingText& codec) {
   double real = 0.0;
   std::int64_t whole = 0;
@@ -26,7 +54,9 @@ std::string spelling(const Tag& tag, const DrawingText& codec) {
   std::string bytes;
   switch (tag.kind) {
     case ValueKind::Real:
-      if (tag.real(real)) return realText(real == 0.0 ? 0.0 : real);
+      if (!tag.real(real)) break;
+      if (dxf::isAngleCode(tag.code)) real = dxf::degreesOf(dxf::radiansOf(real));  // as after a time as radians
+      return realText(real == 0.0 ? 0.0 : real);
       break;
     case ValueKind::Handle:
       if (tag.handle(handle)) return hexText(handle);
@@ -45,7 +75,7 @@ std::string spelling(const Tag& tag, const DrawingText& codec) {
     case ValueKind::String: {
       GcText text;
       codec.decode(tag.text(), text);
-      return toUtf8(text);
+      return toUtf8(isNameCode(tag.code) ? upperText(text) : text);
     }
     default:
       if (tag.integer(whole)) return std::to_string(whole);
@@ -57,6 +87,7 @@ std::vector<Value> valuesOf(const Record& record, const DrawingText& codec) {
   std::vector<Value> values;
   bool joins = false;  // the value before is binary data of the same code
   for (const Tag& tag : record.tags) {
+    if (isDerived(record, tag.code)) continue;
     Value value{tag.code, spelling(tag, codec)};
     joins = joins && tag.kind == ValueKind::Binary && values.back().code == tag.code;
     if (joins) {
@@ -77,7 +108,9 @@ std::string shortened(const std::string& text) {
 std::string placeOf(const Record& record) {
   std::string place = record.place;
   if (!record.type.empty()) place += ' ' + record.type;
-  place += record.handle ? ' ' + hexText(record.handle) : record.type.empty() ? "" : " #" + std::to_string(record.ordinal);
+  place += record.handle         ? ' ' + hexText(record.handle)
+           : record.type.empty() ? ""
+                                 : " #" + std::to_string(record.ordinal);
   return place;
 }
 
@@ -107,7 +140,8 @@ class Comparison {
 
  private:
   bool isIgnored(const Record& record) const {
-    if (record.type == "SECTION" || record.type == "ENDSEC" || record.type == "ENDTAB" || record.type == "EOF") return true;
+    if (record.type == "SECTION" || record.type == "ENDSEC" || record.type == "ENDTAB" || record.type == "EOF")
+      return true;
     if (!record.type.empty()) return false;
     const auto& names = m_options.ignoredVariables;
     return std::any_of(names.begin(), names.end(), [&](const auto& name) { return record.place == "HEADER " + name; });
@@ -126,16 +160,18 @@ class Comparison {
     std::set_difference(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(lost));
     std::set_difference(b.begin(), b.end(), a.begin(), a.end(), std::back_inserter(added));
     if (lost.empty() && added.empty()) m_found.push_back({What::Moved, placeOf(first), ""});
-    report(placeOf(first), lost, added);
+    report(first, lost, added);
   }
 
   // A value lost and one added under the same code are one change.
-  void report(const std::string& where, const std::vector<Value>& lost, std::vector<Value>& added) {
+  void report(const Record& record, const std::vector<Value>& lost, std::vector<Value>& added) {
+    const std::string where = placeOf(record);
     for (const Value& value : lost) {
       const std::string code = std::to_string(value.code) + ": ";
-      const auto instead = std::find_if(added.begin(), added.end(), [&](const Value& v) { return v.code == value.code; });
+      const auto instead =
+          std::find_if(added.begin(), added.end(), [&](const Value& v) { return v.code == value.code; });
       if (instead == added.end()) {
-        m_found.push_back({What::Lost, where, code + shortened(value.text)});
+        m_found.push_back({isImplied(record, value) ? What::Implied : What::Lost, where, code + shortened(value.text)});
       } else {
         m_found.push_back({What::Changed, where, code + shortened(value.text) + " -> " + shortened(instead->text)});
         added.erase(instead);
@@ -155,7 +191,7 @@ class Comparison {
 }  // namespace
 
 std::string describe(const Difference& difference) {
-  constexpr const char* kNames[] = {"lost", "changed", "added", "moved"};
+  constexpr const char* kNames[] = {"lost", "changed", "added", "moved", "implied"};
   std::string line = std::string(kNames[static_cast<int>(difference.what)]) + '\t' + difference.where;
   if (!difference.detail.empty()) line += '\t' + difference.detail;
   return line;

@@ -61,7 +61,8 @@ void Drawing::finish() {
   record.ordinal = m_counts[record.place]++;
   if (record.handle != 0) m_byHandle.emplace(record.handle, m_records.size() - 1);
   m_byPlace.emplace(placeKey(record), m_records.size() - 1);
-  const bool ends = record.type == "ENDBLK" || record.type == "ENDTAB" || record.type == "ENDSEC" || record.type == "CLASS";
+  const bool ends =
+      record.type == "ENDBLK" || record.type == "ENDTAB" || record.type == "ENDSEC" || record.type == "CLASS";
   if (ends) m_group.clear();
   if (record.type == "ENDSEC") m_section.clear();
 }

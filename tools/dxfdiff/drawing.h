@@ -16,7 +16,7 @@ struct Record {
   std::string place;  // "ENTITIES", "BLOCKS *Model_Space", "TABLES LAYER", "HEADER $LTSCALE"
   std::string type;   // "LINE"; empty for header variables
   std::uint64_t handle = 0;
-  std::size_t ordinal = 0;  // among the records of the same place
+  std::size_t ordinal = 0;     // among the records of the same place
   std::vector<dxf::Tag> tags;  // without the group 0 or 9 that began it
 };
 

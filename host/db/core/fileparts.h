@@ -31,9 +31,16 @@ struct GcDbFileSection {
   std::vector<GcDbFileRecord> records;
 };
 
+// A property of the drawing that its author named ($CUSTOMPROPERTYTAG and $CUSTOMPROPERTY of the header).
+struct GcDbCustomProperty {
+  GcString name;
+  GcString value;
+};
+
 struct GcDbFileParts {
   GcString codePage;  // as the file names it; empty for a new drawing
   std::vector<GcString> comments;
+  std::vector<GcDbCustomProperty> customProperties;
   std::vector<GcDbClassRecord> classes;
   std::vector<GcDbFileSection> sections;
 

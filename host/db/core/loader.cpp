@@ -10,6 +10,7 @@ void GcDbLoader::appendRecord(GcDbSymbolTable& table, const GcDbSymbolTableRecor
 void GcDbLoader::appendEntity(GcDbBlockTableRecord& block, GcDbObjectId entity) { block.m_entities.append(entity); }
 void GcDbLoader::setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin) { block.m_beginId = begin; }
 void GcDbLoader::setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end) { block.m_endId = end; }
+void GcDbLoader::setOwner(GcDbObject& object, GcDbObjectId owner) { object.m_ownerId = owner; }
 void GcDbLoader::setName(GcDbSymbolTableRecord& record, const GcString& name) { record.m_name = name; }
 
 namespace {

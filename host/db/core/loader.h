@@ -15,6 +15,7 @@ class GcDbLoader {
   static void setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end);
   // Gives a block the begin and end entities it lacks.
   static void completeBlock(GcDbDatabase& database, GcDbObjectId block);
+  static void setOwner(GcDbObject& object, GcDbObjectId owner);
   // The file's name of a record, whatever it is.
   static void setName(GcDbSymbolTableRecord& record, const GcString& name);
 };

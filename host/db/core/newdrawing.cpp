@@ -18,7 +18,7 @@ constexpr const GCHAR* kTableClasses[GcDbDatabase::kTableCount] = {
 };
 
 GcDbObjectId addTable(GcDbDatabase& database, int which) {
-  auto* table = static_cast<GcDbSymbolTable*>(gcrxFindGcRxClass(kTableClasses[which])->create());
+  auto* table = static_cast<GcDbSymbolTable*>(gcdbTableClass(which)->create());
   GcDbObjectId id;
   ignore(database.addGcDbObject(id, table));
   ignore(table->close());
@@ -46,9 +46,18 @@ GcDbObjectId needRecord(GcDbObjectId tableId, const GCHAR* name, bool& made) {
 
 }  // namespace
 
+GcRxClass* gcdbTableClass(int table) { return gcrxFindGcRxClass(kTableClasses[table]); }
+
+void gcdbAddMissingTables(GcDbDatabase& database) {
+  for (int which = 0; which < GcDbDatabase::kTableCount; ++which) gcdbAddMissingTable(database, which);
+}
+
+void gcdbAddMissingTable(GcDbDatabase& database, int table) {
+  if (!database.tableId(table).isValid()) addTable(database, table);
+}
+
 void GcDbDatabase::completeAfterLoad() {
-  for (int which = 0; which < kTableCount; ++which)
-    if (!m_tables[which].isValid()) addTable(*this, which);
+  gcdbAddMissingTables(*this);
   if (!m_namedObjectsId.isValid()) {
     auto* root = new GcDbDictionary;
     ignore(addGcDbObject(m_namedObjectsId, root));

@@ -2,6 +2,13 @@
 #pragma once
 
 class GcDbDatabase;
+class GcRxClass;
+
+// Makes the tables a drawing does not have.
+void gcdbAddMissingTables(GcDbDatabase& database);
+void gcdbAddMissingTable(GcDbDatabase& database, int table);  // GcDbDatabase::Table
+// The class of a table, by GcDbDatabase::Table.
+GcRxClass* gcdbTableClass(int table);
 
 // Tables with their standard records, model and paper spaces, root dictionary, header defaults.
 void gcdbBuildNewDrawing(GcDbDatabase& database);

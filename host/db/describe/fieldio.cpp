@@ -278,7 +278,9 @@ bool GcDbFieldReader::enterRecord(Frame& frame, int index, const GcDbGroup& grou
 bool GcDbFieldReader::takeRow(Frame& frame, int index, const GcDbGroup& group) {
   const GcDbField& row = rowOf(frame, index);
   if (row.kind != Kind::Records) {
-    frame.cursor = row.kind == Kind::Bytes || row.kind == Kind::Groups ? index : index + 1;
+    const bool continues = row.kind == Kind::Bytes || row.kind == Kind::Groups;
+    frame.cursor = continues ? index : index + 1;
+    if (!continues && m_depth == 0 && index < kMostMarked) m_taken[index / 64] |= uint64_t{1} << (index % 64);
     if (row.set != nullptr) return row.set(frame.record, group);
     return gcdbSetValue(row, row.at(frame.record), group, m_database);
   }
@@ -298,7 +300,7 @@ bool GcDbFieldReader::takeRow(Frame& frame, int index, const GcDbGroup& group) {
 bool GcDbFieldReader::takeIn(Frame& frame, const GcDbGroup& group, int first, int last) {
   for (int i = first; i < last; ++i) {
     const GcDbField& row = rowOf(frame, i);
-    if (row.is == Is::Marker || !row.isIn(m_version)) continue;
+    if (row.is == Is::Marker || !row.isIn(m_version) || (m_depth == 0 && isTaken(i))) continue;
     const bool counts = row.code == group.code || (row.alsoCode != 0 && row.alsoCode == group.code);
     const bool opens = row.kind == Kind::Records && row.rows != nullptr && row.rows[0].code == group.code;
     if ((counts || opens) && (row.inExtra || row.applies(frame.record))) return takeRow(frame, i, group);

@@ -14,7 +14,8 @@ void gcdbRowsOut(const void* record, const GcDbField* rows, int count, GcDbGroup
                  GcDbDatabase* database);
 
 // Takes groups in file order (or nearly so) and puts their values where the rows say. A row is looked for
-// forward from the last one taken, then from the start of the current subclass; records nest.
+// forward from the last one taken, then from the start of the current subclass; records nest. A single value is
+// taken once: a group that comes again finds a later row of its code or none.
 class GcDbFieldReader {
  public:
   // `record` is the object (or, with the second form, any structure with rows of its own).
@@ -55,7 +56,13 @@ class GcDbFieldReader {
   int m_version;
   GcDbDatabase* m_database;
   const char* m_section = "";
+  static constexpr int kMostMarked = 256;  // rows behind these may be taken again
+  [[nodiscard]] bool isTaken(int index) const {
+    return index < kMostMarked && (m_taken[index / 64] >> (index % 64) & 1) != 0;
+  }
+
   bool m_foreign = false;
+  uint64_t m_taken[kMostMarked / 64] = {};  // by row: single values that have been taken
   int m_sectionStart = 0;
   int m_sectionEnd = 0;
   Frame m_frames[kMaxDepth];

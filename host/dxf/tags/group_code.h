@@ -29,14 +29,14 @@ struct CodeRange {
 
 // Codes in no range are strings.
 constexpr CodeRange kCodeRanges[] = {
-    {5, 5, ValueKind::Handle},        {10, 59, ValueKind::Real},        {60, 79, ValueKind::Int16},
-    {90, 99, ValueKind::Int32},       {105, 105, ValueKind::Handle},    {110, 149, ValueKind::Real},
-    {160, 169, ValueKind::Int64},     {170, 179, ValueKind::Int16},     {210, 239, ValueKind::Real},
-    {270, 289, ValueKind::Int16},     {290, 299, ValueKind::Bool},      {310, 319, ValueKind::Binary},
-    {320, 369, ValueKind::Handle},    {370, 389, ValueKind::Int16},     {390, 399, ValueKind::Handle},
-    {400, 409, ValueKind::Int16},     {420, 429, ValueKind::Int32},     {440, 459, ValueKind::Int32},
-    {460, 469, ValueKind::Real},      {480, 481, ValueKind::Handle},    {1004, 1004, ValueKind::Binary},
-    {1005, 1005, ValueKind::Handle},  {1010, 1059, ValueKind::Real},    {1060, 1070, ValueKind::Int16},
+    {5, 5, ValueKind::Handle},       {10, 59, ValueKind::Real},     {60, 79, ValueKind::Int16},
+    {90, 99, ValueKind::Int32},      {105, 105, ValueKind::Handle}, {110, 149, ValueKind::Real},
+    {160, 169, ValueKind::Int64},    {170, 179, ValueKind::Int16},  {210, 239, ValueKind::Real},
+    {270, 289, ValueKind::Int16},    {290, 299, ValueKind::Bool},   {310, 319, ValueKind::Binary},
+    {320, 369, ValueKind::Handle},   {370, 389, ValueKind::Int16},  {390, 399, ValueKind::Handle},
+    {400, 409, ValueKind::Int16},    {420, 429, ValueKind::Int32},  {440, 459, ValueKind::Int32},
+    {460, 469, ValueKind::Real},     {480, 481, ValueKind::Handle}, {1004, 1004, ValueKind::Binary},
+    {1005, 1005, ValueKind::Handle}, {1010, 1059, ValueKind::Real}, {1060, 1070, ValueKind::Int16},
     {1071, 1071, ValueKind::Int32},
 };
 

@@ -88,12 +88,14 @@ FileForm formOf(std::string_view file) {
   return FileForm::Binary8;
 }
 
-TagReader::TagReader(std::string_view file, std::size_t from)
+TagReader::TagReader(std::string_view file)
     : m_begin(file.data()), m_end(file.data() + file.size()), m_form(formOf(file)) {
-  const std::size_t head = m_form == FileForm::Ascii ? markSize(file) : kSentinelSize;
-  m_at = m_begin + std::max(std::min(from, file.size()), head);
-  m_last = m_at;
+  m_at = m_last = m_begin + (m_form == FileForm::Ascii ? markSize(file) : kSentinelSize);
   if (m_form == FileForm::Ascii) m_lineEnd = lineEndOf(file);
+}
+
+void TagReader::moveTo(std::size_t offset) {
+  m_at = m_last = m_begin + std::min(offset, static_cast<std::size_t>(m_end - m_begin));
 }
 
 ReadStatus TagReader::next(Tag& tag) { return m_form == FileForm::Ascii ? nextAscii(tag) : nextBinary(tag); }
@@ -132,7 +134,8 @@ ReadStatus TagReader::nextAscii(Tag& tag) {
   if (!hasDigits || code > kMaxCode || (at < m_end && *at != m_lineEnd)) {
     constexpr char kBlanksAndEndMark[] = " \t\r\n\x1A";
     const std::string_view rest(m_at, static_cast<std::size_t>(m_end - m_at));
-    if (rest.find_first_not_of(std::string_view(kBlanksAndEndMark, 5)) == std::string_view::npos) return ReadStatus::End;
+    if (rest.find_first_not_of(std::string_view(kBlanksAndEndMark, 5)) == std::string_view::npos)
+      return ReadStatus::End;
     return fail(digits == m_end ? ReadStatus::Truncated : ReadStatus::BadCode, m_at);
   }
   if (at == m_end || at + 1 == m_end) return fail(ReadStatus::Truncated, m_at);
@@ -182,9 +185,14 @@ ReadStatus TagReader::nextBinary(Tag& tag) {
   return ReadStatus::Tag;
 }
 
-bool TagReader::skipToRecord() {
-  return m_form == FileForm::Ascii ? skipToAsciiRecord() : skipToBinaryRecord();
+bool TagReader::skipLine() {
+  const char* end = lineEnd(m_at);
+  if (m_form != FileForm::Ascii || end == m_end) return false;
+  m_at = m_last = end + 1;
+  return true;
 }
+
+bool TagReader::skipToRecord() { return m_form == FileForm::Ascii ? skipToAsciiRecord() : skipToBinaryRecord(); }
 
 bool TagReader::skipToAsciiRecord() {
   const char* line = m_at;

@@ -30,17 +30,23 @@ enum class ReadStatus : std::uint8_t {
 
 class TagReader {
  public:
-  // The bytes must outlive the reader and its tags. Reading starts at `from`, which must be a tag's offset (0: the
-  // beginning of the file).
-  explicit TagReader(std::string_view file, std::size_t from = 0);
+  // The bytes must outlive the reader and its tags.
+  explicit TagReader(std::string_view file);
 
   [[nodiscard]] FileForm form() const { return m_form; }
 
   // Reads the next tag. After anything but Tag, `tag` is untouched and the same answer comes again.
   [[nodiscard]] ReadStatus next(Tag& tag);
 
+  // Reading goes on at `offset`, which must be a tag's.
+  void moveTo(std::size_t offset);
+
   // The tag read last comes again. One tag only.
   void pushBack() { m_at = m_last; }
+
+  // After BadCode in an ASCII file: passes over the line where the code should stand. False in other files and at the
+  // end.
+  bool skipLine();
 
   // After BadCode: goes on to the next place where a record begins, a code 0 followed by a name, at or after the
   // damage. False when there is none; then the reader is at the end.

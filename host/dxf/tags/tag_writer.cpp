@@ -54,7 +54,11 @@ int sizeOfInt(ValueKind kind) {
 }  // namespace
 
 TagWriter::TagWriter(ByteSink& sink, FileForm form, std::string_view lineEnd)
-    : m_sink(sink), m_form(form), m_size(kBufferSize), m_buffer(new char[kBufferSize]), m_to(m_buffer.get()),
+    : m_sink(sink),
+      m_form(form),
+      m_size(kBufferSize),
+      m_buffer(new char[kBufferSize]),
+      m_to(m_buffer.get()),
       m_limit(m_to + kBufferSize) {
   m_lineEndSize = lineEnd.size() == 2 ? 2 : 1;
   std::memcpy(m_lineEnd, lineEnd.size() == 2 ? "\r\n" : "\n", m_lineEndSize);

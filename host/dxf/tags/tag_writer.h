@@ -65,7 +65,9 @@ class TagWriter {
   [[nodiscard]] bool finish();
 
   [[nodiscard]] bool isWellFormed() const { return m_wellFormed; }
-  [[nodiscard]] std::uint64_t bytesWritten() const { return m_flushed + static_cast<std::uint64_t>(m_to - m_buffer.get()); }
+  [[nodiscard]] std::uint64_t bytesWritten() const {
+    return m_flushed + static_cast<std::uint64_t>(m_to - m_buffer.get());
+  }
 
  private:
   char* room(std::size_t count);  // room for that many bytes at m_to

@@ -88,6 +88,7 @@ class GcDbObject : public GcGiDrawable {
 
  private:
   friend class GcDbDatabase;
+  friend class GcDbLoader;
   friend class GcDbStore;
 
   GcDbObjectId m_id;

@@ -25,11 +25,17 @@ constexpr std::size_t kReadStep = std::size_t{1} << 16;
 
 FileError kindOf(int error) {
   switch (error) {
-    case ENOENT: case ENOTDIR: return FileError::NotFound;
-    case EACCES: case EPERM: case EROFS: return FileError::Denied;
+    case ENOENT:
+    case ENOTDIR: return FileError::NotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS: return FileError::Denied;
     case EEXIST: return FileError::Exists;
-    case ENOSPC: case EDQUOT: return FileError::NoSpace;
-    case EFBIG: case EOVERFLOW: case ENOMEM: return FileError::TooLarge;
+    case ENOSPC:
+    case EDQUOT: return FileError::NoSpace;
+    case EFBIG:
+    case EOVERFLOW:
+    case ENOMEM: return FileError::TooLarge;
     default: return FileError::Other;
   }
 }

@@ -21,11 +21,18 @@ constexpr DWORD kWriteStep = DWORD{1} << 24;
 
 FileError kindOf(DWORD error) {
   switch (error) {
-    case ERROR_FILE_NOT_FOUND: case ERROR_PATH_NOT_FOUND: case ERROR_INVALID_NAME: return FileError::NotFound;
-    case ERROR_ACCESS_DENIED: case ERROR_SHARING_VIOLATION: case ERROR_WRITE_PROTECT: return FileError::Denied;
-    case ERROR_FILE_EXISTS: case ERROR_ALREADY_EXISTS: return FileError::Exists;
-    case ERROR_DISK_FULL: case ERROR_HANDLE_DISK_FULL: return FileError::NoSpace;
-    case ERROR_FILE_TOO_LARGE: case ERROR_NOT_ENOUGH_MEMORY: return FileError::TooLarge;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME: return FileError::NotFound;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_WRITE_PROTECT: return FileError::Denied;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS: return FileError::Exists;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL: return FileError::NoSpace;
+    case ERROR_FILE_TOO_LARGE:
+    case ERROR_NOT_ENOUGH_MEMORY: return FileError::TooLarge;
     default: return FileError::Other;
   }
 }
@@ -67,8 +74,8 @@ HANDLE openTemporary(const std::string& target, std::string& path) {
     char name[64];
     std::snprintf(name, sizeof name, "gcad-%lx-%x.tmp", GetCurrentProcessId(), ++count);
     path = folderPrefix(target) + name;
-    const HANDLE file = CreateFileW(fromUtf8(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file =
+        CreateFileW(fromUtf8(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return file;
   }
   return INVALID_HANDLE_VALUE;

@@ -23,9 +23,9 @@ constexpr std::uint16_t kIsLead = 0xFFFF;  // no character: the byte begins a pa
 
 // Both directions of one page, made when the page is first used and kept.
 struct PageMap {
-  std::array<std::uint16_t, 128> single{};    // of bytes 0x80..0xFF; 0: none
-  std::unique_ptr<std::uint16_t[]> pairs;     // [(lead - 0x80) * 256 + trail]; 0: none; null for single-byte pages
-  std::array<std::uint16_t, 65536> bytes{};   // of a character: one byte, or lead << 8 | trail; 0: none
+  std::array<std::uint16_t, 128> single{};   // of bytes 0x80..0xFF; 0: none
+  std::unique_ptr<std::uint16_t[]> pairs;    // [(lead - 0x80) * 256 + trail]; 0: none; null for single-byte pages
+  std::array<std::uint16_t, 65536> bytes{};  // of a character: one byte, or lead << 8 | trail; 0: none
 
   void addSingle(int byte, std::uint16_t character) {
     single[byte - 0x80] = character;

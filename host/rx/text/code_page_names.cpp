@@ -12,12 +12,12 @@ struct Name {
 };
 
 constexpr Name kAliases[] = {
-    {"ascii", CodePage::Ascii},          {"usascii", CodePage::Ascii},     {"mac", CodePage::Macintosh},
-    {"macintosh", CodePage::Macintosh},  {"macroman", CodePage::Macintosh}, {"big5", CodePage::Ansi950},
-    {"ksc5601", CodePage::Ansi949},      {"ksc56011987", CodePage::Ansi949}, {"euckr", CodePage::Ansi949},
-    {"johab", CodePage::Johab},          {"gb2312", CodePage::Ansi936},    {"gbk", CodePage::Ansi936},
-    {"shiftjis", CodePage::Ansi932},     {"sjis", CodePage::Ansi932},      {"utf8", CodePage::Utf8},
-    {"utf16", CodePage::Utf16},          {"unicode", CodePage::Utf16},
+    {"ascii", CodePage::Ascii},         {"usascii", CodePage::Ascii},       {"mac", CodePage::Macintosh},
+    {"macintosh", CodePage::Macintosh}, {"macroman", CodePage::Macintosh},  {"big5", CodePage::Ansi950},
+    {"ksc5601", CodePage::Ansi949},     {"ksc56011987", CodePage::Ansi949}, {"euckr", CodePage::Ansi949},
+    {"johab", CodePage::Johab},         {"gb2312", CodePage::Ansi936},      {"gbk", CodePage::Ansi936},
+    {"shiftjis", CodePage::Ansi932},    {"sjis", CodePage::Ansi932},        {"utf8", CodePage::Utf8},
+    {"utf16", CodePage::Utf16},         {"unicode", CodePage::Utf16},
 };
 
 // Index: the number in a DWG header.
@@ -39,21 +39,21 @@ struct Written {
 };
 
 constexpr Written kWritten[] = {
-    {CodePage::Ascii, "ASCII"},          {CodePage::Macintosh, "MACINTOSH"}, {CodePage::Johab, "ANSI_1361"},
-    {CodePage::Utf8, "UTF-8"},           {CodePage::Utf16, "ANSI_1200"},     {CodePage::Dos437, "DOS437"},
-    {CodePage::Dos737, "DOS737"},        {CodePage::Dos775, "DOS775"},       {CodePage::Dos850, "DOS850"},
-    {CodePage::Dos852, "DOS852"},        {CodePage::Dos855, "DOS855"},       {CodePage::Dos857, "DOS857"},
-    {CodePage::Dos858, "DOS858"},        {CodePage::Dos860, "DOS860"},       {CodePage::Dos861, "DOS861"},
-    {CodePage::Dos862, "DOS862"},        {CodePage::Dos863, "DOS863"},       {CodePage::Dos864, "DOS864"},
-    {CodePage::Dos865, "DOS865"},        {CodePage::Dos866, "DOS866"},       {CodePage::Dos869, "DOS869"},
-    {CodePage::Ansi874, "ANSI_874"},     {CodePage::Ansi932, "ANSI_932"},    {CodePage::Ansi936, "ANSI_936"},
-    {CodePage::Ansi949, "ANSI_949"},     {CodePage::Ansi950, "ANSI_950"},    {CodePage::Ansi1250, "ANSI_1250"},
-    {CodePage::Ansi1251, "ANSI_1251"},   {CodePage::Ansi1252, "ANSI_1252"},  {CodePage::Ansi1253, "ANSI_1253"},
-    {CodePage::Ansi1254, "ANSI_1254"},   {CodePage::Ansi1255, "ANSI_1255"},  {CodePage::Ansi1256, "ANSI_1256"},
-    {CodePage::Ansi1257, "ANSI_1257"},   {CodePage::Ansi1258, "ANSI_1258"},  {CodePage::Iso8859_1, "ISO8859-1"},
-    {CodePage::Iso8859_2, "ISO8859-2"},  {CodePage::Iso8859_3, "ISO8859-3"}, {CodePage::Iso8859_4, "ISO8859-4"},
-    {CodePage::Iso8859_5, "ISO8859-5"},  {CodePage::Iso8859_6, "ISO8859-6"}, {CodePage::Iso8859_7, "ISO8859-7"},
-    {CodePage::Iso8859_8, "ISO8859-8"},  {CodePage::Iso8859_9, "ISO8859-9"},
+    {CodePage::Ascii, "ASCII"},         {CodePage::Macintosh, "MACINTOSH"}, {CodePage::Johab, "ANSI_1361"},
+    {CodePage::Utf8, "UTF-8"},          {CodePage::Utf16, "ANSI_1200"},     {CodePage::Dos437, "DOS437"},
+    {CodePage::Dos737, "DOS737"},       {CodePage::Dos775, "DOS775"},       {CodePage::Dos850, "DOS850"},
+    {CodePage::Dos852, "DOS852"},       {CodePage::Dos855, "DOS855"},       {CodePage::Dos857, "DOS857"},
+    {CodePage::Dos858, "DOS858"},       {CodePage::Dos860, "DOS860"},       {CodePage::Dos861, "DOS861"},
+    {CodePage::Dos862, "DOS862"},       {CodePage::Dos863, "DOS863"},       {CodePage::Dos864, "DOS864"},
+    {CodePage::Dos865, "DOS865"},       {CodePage::Dos866, "DOS866"},       {CodePage::Dos869, "DOS869"},
+    {CodePage::Ansi874, "ANSI_874"},    {CodePage::Ansi932, "ANSI_932"},    {CodePage::Ansi936, "ANSI_936"},
+    {CodePage::Ansi949, "ANSI_949"},    {CodePage::Ansi950, "ANSI_950"},    {CodePage::Ansi1250, "ANSI_1250"},
+    {CodePage::Ansi1251, "ANSI_1251"},  {CodePage::Ansi1252, "ANSI_1252"},  {CodePage::Ansi1253, "ANSI_1253"},
+    {CodePage::Ansi1254, "ANSI_1254"},  {CodePage::Ansi1255, "ANSI_1255"},  {CodePage::Ansi1256, "ANSI_1256"},
+    {CodePage::Ansi1257, "ANSI_1257"},  {CodePage::Ansi1258, "ANSI_1258"},  {CodePage::Iso8859_1, "ISO8859-1"},
+    {CodePage::Iso8859_2, "ISO8859-2"}, {CodePage::Iso8859_3, "ISO8859-3"}, {CodePage::Iso8859_4, "ISO8859-4"},
+    {CodePage::Iso8859_5, "ISO8859-5"}, {CodePage::Iso8859_6, "ISO8859-6"}, {CodePage::Iso8859_7, "ISO8859-7"},
+    {CodePage::Iso8859_8, "ISO8859-8"}, {CodePage::Iso8859_9, "ISO8859-9"},
 };
 
 constexpr int kNoDigits = -1;

@@ -99,8 +99,8 @@ void resolveEscapes(GcText& text, Carets carets) {
 
 void appendUnicodeEscape(GCHAR unit, std::string& out) {
   constexpr char kDigits[] = "0123456789ABCDEF";
-  const char escape[kUnicodeEscape] = {'\\', 'U', '+', kDigits[unit >> 12], kDigits[unit >> 8 & 15],
-                                       kDigits[unit >> 4 & 15], kDigits[unit & 15]};
+  const char escape[kUnicodeEscape] = {
+      '\\', 'U', '+', kDigits[unit >> 12], kDigits[unit >> 8 & 15], kDigits[unit >> 4 & 15], kDigits[unit & 15]};
   out.append(escape, kUnicodeEscape);
 }
 

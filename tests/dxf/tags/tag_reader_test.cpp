@@ -145,8 +145,8 @@ TEST(TagReader, PlacesAreOffsetsAndLines) {
   EXPECT_EQ(tag.offset, file.find(" 62"));
   EXPECT_EQ(reader.lineAt(0), 1u);
   EXPECT_EQ(reader.lineAt(1000), 7u);
-  TagReader second(file, file.find("  8"));
-  ASSERT_EQ(second.next(tag), ReadStatus::Tag);
+  reader.moveTo(file.find("  8"));
+  ASSERT_EQ(reader.next(tag), ReadStatus::Tag);
   EXPECT_TRUE(tag.is(8, "layer"));
 }
 
@@ -197,8 +197,8 @@ TEST(TagReader, CodesOutOfAllBoundsAreDamage) {
 
 TEST(TagReader, BinaryFilesWithOneByteCodes) {
   using namespace std::string_literals;
-  const std::string file = binary("\0SECTION\0\x0A\0\0\0\0\0\0\xF8\x3F\x46\xFE\xFF\x05"s + "1A\0\xFF\xEC\x03\x02\0\x41"s +
-                                  "\xFF\x2F\x04\xFE\xFF\xFF\xFF\0EOF\0"s);
+  const std::string file = binary("\0SECTION\0\x0A\0\0\0\0\0\0\xF8\x3F\x46\xFE\xFF\x05"s +
+                                  "1A\0\xFF\xEC\x03\x02\0\x41"s + "\xFF\x2F\x04\xFE\xFF\xFF\xFF\0EOF\0"s);
   ASSERT_EQ(gc::dxf::formOf(file), gc::dxf::FileForm::Binary8);
   TagReader reader(file);
   Tag tag;

@@ -34,8 +34,9 @@ TEST(TagWriter, AsciiLooksAsDrawingsDo) {
   writer.writeString(1071, "7");
   ASSERT_TRUE(writer.finish());
   EXPECT_TRUE(writer.isWellFormed());
-  EXPECT_EQ(sink.text(), "  0\nLINE\n  5\n1AF\n 10\n1.0\n 20\n-2.5\n 30\n0.0\n 11\n0.5\n 21\n3.0\n 70\n-3\n160\n"
-                         "9223372036854775807\n290\n1\n310\n0AFF7A\n1071\n7\n");
+  EXPECT_EQ(sink.text(),
+            "  0\nLINE\n  5\n1AF\n 10\n1.0\n 20\n-2.5\n 30\n0.0\n 11\n0.5\n 21\n3.0\n 70\n-3\n160\n"
+            "9223372036854775807\n290\n1\n310\n0AFF7A\n1071\n7\n");
   EXPECT_EQ(writer.bytesWritten(), sink.text().size());
 }
 

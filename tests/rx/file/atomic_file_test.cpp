@@ -10,12 +10,12 @@
 #include "host/rx/text/utf.h"
 
 #ifndef _WIN32
-#include <csignal>
-#include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
+#include <random>
 #endif
 
 namespace {

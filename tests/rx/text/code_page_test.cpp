@@ -9,7 +9,6 @@ namespace {
 
 using gc::CodePage;
 
-
 const std::vector<std::string> kSingleByteNames = {
     "ANSI_874",  "ANSI_1250", "ANSI_1251", "ANSI_1252", "ANSI_1253", "ANSI_1254", "ANSI_1255", "ANSI_1256", "ANSI_1257",
     "ANSI_1258", "DOS437",    "DOS737",    "DOS775",    "DOS850",    "DOS852",    "DOS855",    "DOS857",    "DOS858",
@@ -62,7 +61,9 @@ TEST(CodePage, EveryPairOfEveryDoubleBytePageKeepsItsCharacter) {
 TEST(CodePage, KnownCharactersStandWhereTheyShould) {
   EXPECT_TRUE(decoded(CodePage::Ansi1250, "\xB9\xEA\xB3\x9C\xBF\x9F\xE6\xF1\xF3") == gc::fromUtf8("ąęłśżźćńó"));
   EXPECT_TRUE(decoded(CodePage::Dos852, "\xA5\xA9\x88\x98\xBE\xAB\x86\xE4\xA2") == gc::fromUtf8("ąęłśżźćńó"));
-  EXPECT_TRUE(decoded(CodePage::Ansi1252, "m\xB2 \xD8" "20 \x80") == gc::fromUtf8("m² Ø20 €"));
+  EXPECT_TRUE(decoded(CodePage::Ansi1252,
+                      "m\xB2 \xD8"
+                      "20 \x80") == gc::fromUtf8("m² Ø20 €"));
   EXPECT_TRUE(decoded(CodePage::Ansi1251, "\xCF\xF0\xE8\xE2\xE5\xF2") == gc::fromUtf8("Привет"));
   EXPECT_TRUE(decoded(CodePage::Ansi932, "\x90\x7D\x96\xCA \xB1") == gc::fromUtf8("図面 ｱ"));
   EXPECT_TRUE(decoded(CodePage::Ansi936, "\xCD\xBC\xD6\xBD") == gc::fromUtf8("图纸"));

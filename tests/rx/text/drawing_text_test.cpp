@@ -9,7 +9,6 @@ namespace {
 using gc::CodePage;
 using gc::DrawingText;
 
-
 std::string encoded(const DrawingText& codec, const std::string& utf8) {
   std::string bytes;
   codec.encode(gc::fromUtf8(utf8), bytes);
@@ -48,8 +47,8 @@ TEST(DrawingText, WhatThePageLacksIsEscaped) {
 
 TEST(DrawingText, EscapesOfAsciiAndHalfEscapesStay) {
   const DrawingText codec(CodePage::Ansi1252, false);
-  for (const char* text : {"\\U+007B", "\\U+00B", "\\U+00BG", "\\U+0000", "\\M+0AAAA", "\\M+6AAAA", "\\M+1", "\\U", "\\",
-                           "C:\\Users"}) {
+  for (const char* text :
+       {"\\U+007B", "\\U+00B", "\\U+00BG", "\\U+0000", "\\M+0AAAA", "\\M+6AAAA", "\\M+1", "\\U", "\\", "C:\\Users"}) {
     EXPECT_EQ(decoded(codec, text), text);
     EXPECT_EQ(encoded(codec, text), text);
   }
@@ -107,7 +106,8 @@ TEST(DrawingText, BytesWithoutMeaningSurvive) {
 }
 
 TEST(DrawingText, ADamagedPairSurvivesBesideAnything) {
-  for (const CodePage page : {CodePage::Ansi932, CodePage::Ansi936, CodePage::Ansi949, CodePage::Ansi950, CodePage::Johab}) {
+  for (const CodePage page :
+       {CodePage::Ansi932, CodePage::Ansi936, CodePage::Ansi949, CodePage::Ansi950, CodePage::Johab}) {
     const DrawingText codec(page, false);
     for (const char* bytes : {"a\xA4", "\x8D\n", "\xFF\xFF", "\xA4 b", "\x8D\x80z"}) {
       GcText text, again;

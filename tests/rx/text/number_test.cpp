@@ -62,9 +62,30 @@ TEST(Number, RealsReadBack) {
 
 TEST(Number, RealsAtTheEdgesReadBack) {
   using Limits = std::numeric_limits<double>;
-  for (const double value : {0.0, -0.0, 1.0, Limits::min(), Limits::max(), Limits::denorm_min(), Limits::epsilon(), 0.1,
-                             1.0 / 3.0, 5e-324, 1e15, 1e16, 123456789012345.0, 999999999999999.9, 1e-5, 1e-6, 9.5e-7,
-                             9007199254740993.0, 1e22, 1e23, 4.35, 0.000001, 0.0000015, 2.2250738585072011e-308}) {
+  for (const double value : {0.0,
+                             -0.0,
+                             1.0,
+                             Limits::min(),
+                             Limits::max(),
+                             Limits::denorm_min(),
+                             Limits::epsilon(),
+                             0.1,
+                             1.0 / 3.0,
+                             5e-324,
+                             1e15,
+                             1e16,
+                             123456789012345.0,
+                             999999999999999.9,
+                             1e-5,
+                             1e-6,
+                             9.5e-7,
+                             9007199254740993.0,
+                             1e22,
+                             1e23,
+                             4.35,
+                             0.000001,
+                             0.0000015,
+                             2.2250738585072011e-308}) {
     expectRoundTrip(value);
     expectRoundTrip(-value);
   }
@@ -125,8 +146,8 @@ TEST(Number, RealsAreTakenAsFilesWriteThem) {
 }
 
 TEST(Number, WhatIsNoRealIsRefused) {
-  for (const char* text : {"", " ", "+", "-", ".", "e5", "1e", "1e+", "nan", "inf", "-INF", "1.#INF", "1,5", "1.5x", "0x10",
-                           "1 2", "--1", "+-1", "1.2.3", "1e400", "-1e99999"}) {
+  for (const char* text : {"",       " ",   "+",    "-",    ".",   "e5",  "1e",  "1e+",   "nan",   "inf",     "-INF",
+                           "1.#INF", "1,5", "1.5x", "0x10", "1 2", "--1", "+-1", "1.2.3", "1e400", "-1e99999"}) {
     double value = 7.0;
     EXPECT_FALSE(gc::parseReal(text, value)) << text;
     EXPECT_EQ(value, 7.0) << text;

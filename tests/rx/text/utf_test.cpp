@@ -7,7 +7,6 @@ namespace {
 using gc::fromUtf8;
 using gc::toUtf8;
 
-
 TEST(Utf, EveryCharacterComesBack) {
   for (char32_t c = 1; c <= 0x10FFFF; ++c) {
     if (c >= 0xD800 && c <= 0xDFFF) continue;
@@ -43,9 +42,20 @@ TEST(Utf, LongAsciiTextOfEveryLength) {
 
 TEST(Utf, MalformedBytesAreKept) {
   const std::string cases[] = {
-      "\x80",          "a\xFFz",           "\xC0\x80",         "\xC1\xBF",         "\xE0\x80\x80",
-      "\xED\xA0\x80",  "\xF0\x80\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xC5",
-      "\xE2\x82",      "\xF0\x9F\x98",     "ab\xC5zż",         "m\xB2",
+      "\x80",
+      "a\xFFz",
+      "\xC0\x80",
+      "\xC1\xBF",
+      "\xE0\x80\x80",
+      "\xED\xA0\x80",
+      "\xF0\x80\x80\x80",
+      "\xF4\x90\x80\x80",
+      "\xF5\x80\x80\x80",
+      "\xC5",
+      "\xE2\x82",
+      "\xF0\x9F\x98",
+      "ab\xC5zż",
+      "m\xB2",
   };
   for (const std::string& bytes : cases) {
     EXPECT_FALSE(gc::isUtf8(bytes));
@@ -61,7 +71,10 @@ TEST(Utf, LoneSurrogatesBecomeTheReplacementCharacter) {
   text[1] = static_cast<GCHAR>(0xD83D);
   text[3] = static_cast<GCHAR>(0xDE00);
   EXPECT_FALSE(gc::appendToUtf8(text, out));
-  EXPECT_EQ(out, "a\xEF\xBF\xBD" "b\xEF\xBF\xBD" "c");
+  EXPECT_EQ(out,
+            "a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD"
+            "c");
 }
 
 }  // namespace

@@ -1,0 +1,85 @@
+#include "host/dxf/read/class_finder.h"
+
+#include "host/db/core/fileparts.h"
+
+namespace gc::dxf {
+namespace {
+
+// One DXF name for several classes.
+bool isAmbiguous(std::string_view dxfName) {
+  return dxfName == "POLYLINE" || dxfName == "VERTEX" || dxfName == "DIMENSION";
+}
+
+GcRxClass* classNamed(const char* name) { return gcrxFindGcRxClass(fromUtf8(name).c_str()); }
+
+// The most derived class the markers name that goes by the record's DXF name.
+GcRxClass* classByMarkers(const RawRecord& record) {
+  for (std::size_t i = record.tags.size(); i-- > 0;) {
+    const Tag& tag = record.tags[i];
+    if (tag.code != 100) continue;
+    GcRxClass* found = gcrxFindGcRxClass(fromUtf8(tag.word()).c_str());
+    if (found && found->dxfName() && view(found->dxfName()) == fromUtf8(record.type)) return found;
+  }
+  return nullptr;
+}
+
+std::int64_t flagsOf(const RawRecord& record) {
+  std::int64_t flags = 0;
+  const Tag* tag = record.find(70);
+  if (tag) (void)tag->integer(flags);
+  return flags;
+}
+
+// Files before R13 have no markers. The flags' bits are those of the format's reference.
+GcRxClass* classByFlags(const RawRecord& record) {
+  const std::int64_t flags = flagsOf(record);
+  if (record.type == "POLYLINE") {
+    return classNamed(flags & 64   ? "AcDbPolyFaceMesh"
+                      : flags & 16 ? "AcDbPolygonMesh"
+                      : flags & 8  ? "AcDb3dPolyline"
+                                   : "AcDb2dPolyline");
+  }
+  if (record.type == "VERTEX") {
+    return classNamed((flags & 192) == 192 ? "AcDbPolyFaceMeshVertex"
+                      : flags & 128        ? "AcDbFaceRecord"
+                      : flags & 64         ? "AcDbPolygonMeshVertex"
+                      : flags & 32         ? "AcDb3dPolylineVertex"
+                                           : "AcDb2dVertex");
+  }
+  constexpr const char* kDimensions[] = {"AcDbRotatedDimension",   "AcDbAlignedDimension", "AcDb2LineAngularDimension",
+                                         "AcDbDiametricDimension", "AcDbRadialDimension",  "AcDb3PointAngularDimension",
+                                         "AcDbOrdinateDimension"};
+  const std::int64_t kind = flags & 7;
+  return kind < 7 ? classNamed(kDimensions[kind]) : nullptr;
+}
+
+}  // namespace
+
+const ClassFinder::Known& ClassFinder::known(std::string_view dxfName) {
+  if (m_last < m_known.size() && m_known[m_last].dxfName == dxfName) return m_known[m_last];
+  for (m_last = 0; m_last < m_known.size(); ++m_last) {
+    if (m_known[m_last].dxfName == dxfName) return m_known[m_last];
+  }
+  const GcText name = fromUtf8(dxfName);
+  GcRxClass* found = gcrxFindGcRxClassByDxf(name.c_str());
+  if (!found) {
+    const GcDbClassRecord* record = m_context.database.fileParts().findClass(name);
+    if (record) found = gcrxFindGcRxClass(record->className.c_str());
+  }
+  m_known.push_back({std::string(dxfName), found, isAmbiguous(dxfName)});
+  return m_known.back();
+}
+
+GcRxClass* ClassFinder::find(const RawRecord& record) {
+  const Known& entry = known(record.type);
+  if (!entry.ambiguous) return entry.found;
+  GcRxClass* found = classByMarkers(record);
+  return found ? found : classByFlags(record);
+}
+
+bool ClassFinder::isEntityClass(std::string_view dxfName) const {
+  const GcDbClassRecord* record = m_context.database.fileParts().findClass(fromUtf8(dxfName));
+  return record && record->isEntity;
+}
+
+}  // namespace gc::dxf
