@@ -100,3 +100,8 @@ const GCHAR* ArgReader::anyText() {
   const resbuf* rb = take();
   return rb != nullptr && rb->restype == RTSTR ? node::text(*rb) : GC_T("");
 }
+
+GcDbObjectId ArgReader::anyEntity() {
+  const resbuf* rb = take();
+  return rb != nullptr && rb->restype == RTENAME ? node::objectId(*rb) : GcDbObjectId::kNull;
+}

@@ -65,6 +65,7 @@ class ArgReader {
   // could take from it: a real is the first coordinate, anything else the origin. A text is empty unless a string.
   GcGePoint3d anyPoint();
   const GCHAR* anyText();
+  GcDbObjectId anyEntity();  // null id unless an entity name
   // The coordinates when it is a point, else the origin, without a message.
   GcGePoint3d pointOrOrigin();
   // Required, of any type.
