@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ap/docman.h"
+#include "db/curve.h"
 #include "db/database.h"
 #include "db/dictionary.h"
 #include "db/entity.h"
