@@ -2,8 +2,10 @@
 
 #include "db/blockbegin.h"
 #include "db/dictionary.h"
+#include "db/transaction.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/header.h"
+#include "host/db/core/life.h"
 #include "host/db/core/loadreport.h"
 #include "host/db/core/newdrawing.h"
 #include "host/db/core/store.h"
@@ -16,10 +18,12 @@ GCDB_DEFINE_CLASS(GcDbDatabaseReactor, "GcDbDatabaseReactor")
 
 GcDbDatabase::GcDbDatabase(bool buildDefaultDrawing, bool) {
   gcdbRegisterClasses();
+  gcdbWatchClasses();
   m_store = new GcDbStore(this);
   m_header = new GcDbHeader;
   m_fileParts = new GcDbFileParts;
   m_undo = new GcDbUndo(*this);
+  m_transactions = new GcDbTransactionManager(*this);
   if (buildDefaultDrawing) gcdbBuildNewDrawing(*this);
 }
 
@@ -28,6 +32,7 @@ GcDbDatabase::~GcDbDatabase() {
   for (GcDbDatabaseReactor* reactor : reactors) reactor->goodbye(this);
   GcDbHostApplicationServices* services = gcdbHostApplicationServices();
   if (services->workingDatabase() == this) services->setWorkingDatabase(nullptr);
+  delete m_transactions;
   delete m_undo;
   delete m_store;
   delete m_fileParts;

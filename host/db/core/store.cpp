@@ -51,6 +51,8 @@ GcDbDatabase* GcDbStore::databaseAt(uint16_t index) {
   return index < live.size() ? live[index].database : nullptr;
 }
 
+uint16_t GcDbStore::databaseCount() { return static_cast<uint16_t>(liveDatabases().size()); }
+
 bool GcDbStore::isAlive(uint32_t serial) {
   for (const LiveDatabase& each : liveDatabases())
     if (each.serial == serial && each.database != nullptr) return true;

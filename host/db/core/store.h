@@ -72,8 +72,14 @@ class GcDbStore {
   // The database of an index, null when it is gone; the index of a live database by its serial number.
   static GcDbDatabase* databaseAt(uint16_t index);
   static bool isAlive(uint32_t serial);
+  template <class F>
+  static void forEachDatabase(const F& f) {
+    for (uint16_t i = 0; i < databaseCount(); ++i)
+      if (GcDbDatabase* database = databaseAt(i)) f(*database);
+  }
 
  private:
+  static uint16_t databaseCount();
   static constexpr int kPageBits = 10;
   static constexpr uint64_t kPageMask = (uint64_t{1} << kPageBits) - 1;
   static constexpr uint64_t kMostPages = uint64_t{1} << 22;  // 4 G handles in pages; farther ones in a map

@@ -21,17 +21,50 @@ void GcDbUndo::endGroup() {
 
 void GcDbUndo::setMark() { m_mark = true; }
 
-void GcDbUndo::record(What what, const GcDbObject& object) {
-  if (!m_on || m_applying) return;
+void GcDbUndo::keep(Change change) {
   m_undone.clear();
   if (m_fresh || m_done.empty() || m_depth == 0) {
     m_done.emplace_back();
     m_done.back().mark = m_mark;
     m_fresh = m_mark = false;
   }
+  m_done.back().changes.push_back(std::move(change));
+}
+
+void GcDbUndo::record(What what, const GcDbObject& object) {
+  if (m_applying || (!m_on && m_transactions == 0)) return;
   Change change{what, object.objectId(), {}};
   if (what == What::Modified) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
-  m_done.back().changes.push_back(std::move(change));
+  if (m_transactions > 0)
+    m_open.push_back(std::move(change));
+  else
+    keep(std::move(change));
+}
+
+size_t GcDbUndo::beginTransaction() {
+  ++m_transactions;
+  return m_open.size();
+}
+
+void GcDbUndo::endTransaction() {
+  if (--m_transactions > 0) return;
+  if (m_on && !m_open.empty()) {
+    const bool single = m_depth == 0;  // outside any group the transaction is one of its own
+    if (single) beginGroup();
+    for (Change& change : m_open) keep(std::move(change));
+    if (single) endGroup();
+  }
+  m_open.clear();
+}
+
+void GcDbUndo::abortTransaction(size_t start) {
+  --m_transactions;
+  Group group;
+  while (m_open.size() > start) {
+    group.changes.insert(group.changes.begin(), std::move(m_open.back()));
+    m_open.pop_back();
+  }
+  apply(group);
 }
 
 void GcDbUndo::recordModified(const GcDbObject& object) { record(What::Modified, object); }

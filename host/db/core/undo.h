@@ -28,6 +28,12 @@ class GcDbUndo {
   [[nodiscard]] int undoable() const { return static_cast<int>(m_done.size()); }
   [[nodiscard]] int redoable() const { return static_cast<int>(m_undone.size()); }
 
+  // Transactions record whether or not recording is on. The number says where changes stood at the start; an
+  // abort takes back what has come since, without a redo.
+  size_t beginTransaction();
+  void endTransaction();
+  void abortTransaction(size_t start);
+
   // Called by objects: before the first change of an open, after an append, before an erase.
   void recordModified(const GcDbObject& object);
   void recordAppended(const GcDbObject& object);
@@ -46,6 +52,7 @@ class GcDbUndo {
   };
 
   void record(What what, const GcDbObject& object);
+  void keep(Change change);
   // Applies a group backwards; returns the group that takes this back again.
   Group apply(const Group& group);
   void applyOne(const Change& change, Group& inverse);
@@ -53,6 +60,8 @@ class GcDbUndo {
   GcDbDatabase& m_database;
   std::vector<Group> m_done;
   std::vector<Group> m_undone;
+  std::vector<Change> m_open;  // of the transactions under way
+  int m_transactions = 0;
   int m_depth = 0;
   bool m_on = false;
   bool m_applying = false;

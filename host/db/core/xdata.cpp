@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "db/database.h"
+#include "db/filer.h"
 #include "host/db/core/handletext.h"
 #include "rx/gcheap.h"
 
@@ -154,6 +155,25 @@ bool gcdbRbToGroup(const resbuf& node, GcDbGroup& group) {
     case GcRbKind::Nothing: return false;
   }
   return false;
+}
+
+Gcad::ErrorStatus gcdbWriteGroup(GcDbDxfFiler& filer, const GcDbGroup& group) {
+  switch (group.kind) {
+    case GcDbGroupKind::Text: return filer.writeString(group.code, GcText(group.text).c_str());
+    case GcDbGroupKind::Handle:
+      return filer.writeString(group.code, gcdbHandleText(static_cast<uint64_t>(group.integer)).c_str());
+    case GcDbGroupKind::Real: return filer.writeDouble(group.code, group.real);
+    case GcDbGroupKind::Point2d:
+    case GcDbGroupKind::Point3d: return filer.writePoint3d(group.code, group.point);
+    case GcDbGroupKind::Bool: return filer.writeBool(group.code, group.integer != 0);
+    case GcDbGroupKind::Int16: return filer.writeInt16(group.code, static_cast<int16_t>(group.integer));
+    case GcDbGroupKind::Int32: return filer.writeInt32(group.code, static_cast<int32_t>(group.integer));
+    case GcDbGroupKind::Int64: return filer.writeInt64(group.code, group.integer);
+    case GcDbGroupKind::Id: return filer.writeObjectId(group.code, group.id);
+    case GcDbGroupKind::Binary:
+      return filer.writeBinary(group.code, group.bytes.data(), static_cast<int>(group.bytes.size()));
+  }
+  return Gcad::eInvalidDxfCode;
 }
 
 resbuf* gcdbXDataChain(const GcDbGroupList& xdata, GcView applicationName) {

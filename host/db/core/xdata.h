@@ -3,6 +3,8 @@
 
 #include "host/db/describe/group.h"
 
+class GcDbDxfFiler;
+
 // The chain of one application (empty name: of all); null when there is none. The caller releases it.
 resbuf* gcdbXDataChain(const GcDbGroupList& xdata, GcView applicationName);
 
@@ -17,3 +19,6 @@ resbuf* gcdbGroupToRb(const GcDbGroup& group);
 
 // One node as a group; texts point into the node. False for a code no object keeps.
 bool gcdbRbToGroup(const resbuf& node, GcDbGroup& group);
+
+// One group through a DXF filer's writing calls.
+Gcad::ErrorStatus gcdbWriteGroup(GcDbDxfFiler& filer, const GcDbGroup& group);

@@ -158,7 +158,7 @@ void GcDbGroupList::put(const GcDbGroup& group) {
 }
 
 bool GcDbGroupList::Cursor::next(GcDbGroup& group) {
-  const GcArray<uint8_t>& bytes = m_list.m_bytes;
+  const GcArray<uint8_t>& bytes = m_list->m_bytes;
   if (m_at >= bytes.length()) return false;
   group = GcDbGroup();
   group.code = readValue<int16_t>(bytes, m_at);

@@ -58,14 +58,14 @@ class GcDbGroupList : public GcDbGroupSink {
   // Walks the groups. Texts and bytes point into the list: valid until it changes.
   class Cursor {
    public:
-    explicit Cursor(const GcDbGroupList& list) : m_list(list) {}
+    explicit Cursor(const GcDbGroupList& list) : m_list(&list) {}
     bool next(GcDbGroup& group);  // false at the end
     // Byte offset of the group that next() will give.
     [[nodiscard]] int offset() const { return m_at; }
 
    private:
     friend class GcDbGroupList;
-    const GcDbGroupList& m_list;
+    const GcDbGroupList* m_list;
     int m_at = 0;
   };
   // Replaces ids in place: `map` gives the new id for an old one.

@@ -6,6 +6,7 @@
 #include "db/curve.h"
 #include "db/database.h"
 #include "db/dictionary.h"
+#include "db/groupdata.h"
 #include "db/line.h"
 #include "db/xrecord.h"
 #include "db/zombie.h"
@@ -37,6 +38,8 @@ struct Row {
   { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, Class::kFields, Class::kFieldCount }
 #define GC_PLAIN(Class, name, parent, dxf) \
   { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, nullptr, 0 }
+#define GC_SELF(Class, name, parent, dxf) \
+  { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, nullptr, -1 }
 #define GC_UNNAMED(Class, name, parent) \
   { GC_T(name), GC_T(parent), nullptr, make<Class>, Class::kFields, Class::kFieldCount }
 
@@ -63,15 +66,27 @@ void appendRows(const Row* rows, int count, const GCHAR* name, std::vector<const
   }
 }
 
+std::vector<GcText>& leftOut() {
+  static auto* const names = new std::vector<GcText>;
+  return *names;
+}
+
+bool isLeftOut(GcView name) {
+  for (const GcText& each : leftOut())
+    if (each == name) return true;
+  return false;
+}
+
 void registerAll() {
   static auto* const flats = new std::deque<Flat>;
   ignore(GcRxObject::desc() != nullptr ? Gcad::eOk : Gcad::eOutOfMemory);
   int count = 0;
   const Row* rows = classRows(count);
   for (int i = 0; i < count; ++i) {
+    if (isLeftOut(view(rows[i].name))) continue;
     GcRxClass* made = newGcRxClass(rows[i].name, rows[i].parent, 0, 0, 0, rows[i].create, rows[i].dxfName);
     GC_ASSERT(made != nullptr, "a class is registered twice");
-    if (rows[i].create == nullptr) continue;
+    if (rows[i].create == nullptr || rows[i].fieldCount < 0) continue;  // abstract, or files itself
     Flat& flat = flats->emplace_back();
     appendRows(rows, count, rows[i].name, flat.rows);
     flat.info = {flat.rows.data(), static_cast<int>(flat.rows.size())};
@@ -80,6 +95,8 @@ void registerAll() {
 }
 
 }  // namespace
+
+void gcdbLeaveClassOut(const GCHAR* name) { leftOut().emplace_back(name); }
 
 void gcdbRegisterClasses() {
   static const bool once = (registerAll(), true);

@@ -12,6 +12,7 @@ class GcDbHeader;
 class GcDbIdMapping;
 class GcDbLoadReport;
 class GcDbStore;
+class GcDbTransactionManager;
 class GcDbUndo;
 struct GcDbFileParts;
 
@@ -125,6 +126,8 @@ class GcDbDatabase : public GcRxObject {
   [[nodiscard]] GcDb::GcDbDwgVersion originalFileVersion() const { return m_version; }
   void setOriginalFileVersion(GcDb::GcDbDwgVersion version) { m_version = version; }
 
+  [[nodiscard]] GcDbTransactionManager* transactionManager() { return m_transactions; }
+
   // Recorded changes; recording is off until switched on.
   [[nodiscard]] GcDbUndo& undo() { return *m_undo; }
 
@@ -173,6 +176,7 @@ class GcDbDatabase : public GcRxObject {
   GcDbHeader* m_header;
   GcDbFileParts* m_fileParts;
   GcDbUndo* m_undo;
+  GcDbTransactionManager* m_transactions;
   GcDbLoadReport* m_report = nullptr;
   GcDbObjectId m_tables[kTableCount];
   GcDbObjectId m_namedObjectsId;
