@@ -201,7 +201,7 @@ LISP_BUILTIN("vl-filename-mktemp", "(vl-filename-mktemp [pattern [directory [ext
   Text directory = args.moreNotNil() ? Text(args.string()) : (args.skip(), Text());
   Text extension = args.moreNotNil() ? Text(args.string()) : Text();
   if (directory.empty()) directory = files::directoryOf(pattern);
-  if (directory.empty()) directory = files::temporaryDirectory();
+  if (directory.empty()) directory = args.vm().environment().temporaryDirectory();
   if (extension.empty()) extension = files::extensionOf(pattern);
   if (extension.find(GC_T('.')) == Text::npos && !extension.empty()) extension.insert(extension.begin(), GC_T('.'));
   const Text base = files::baseOf(pattern);
@@ -213,7 +213,7 @@ LISP_BUILTIN("vl-filename-mktemp", "(vl-filename-mktemp [pattern [directory [ext
     appendInteger(name, static_cast<int64_t>(number));
     name.append(extension);
     // Names given out once are not given out again, even before the file exists.
-    if (!files::exists(name) && args.vm().takeTemporaryName(name)) return args.newString(TextView(name));
+    if (!files::exists(name) && !files::isDirectory(name) && args.vm().takeTemporaryName(name)) return args.newString(TextView(name));
   }
 }
 

@@ -1,6 +1,8 @@
 #include "host/lisp/core/diesel.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "host/lisp/core/calendar.h"
 #include "host/lisp/core/units.h"
@@ -135,7 +137,9 @@ class Macro {
 
   // Operators over all their arguments.
   Text fold(const Text& name, const std::vector<Text>& p) {
-    if (p.size() < 2) return unknown(name);
+    static constexpr const GCHAR* kOperators[] = {GC_T("+"), GC_T("-"), GC_T("*"), GC_T("/"), GC_T("and"), GC_T("or"), GC_T("xor")};
+    if (std::find(std::begin(kOperators), std::end(kOperators), name) == std::end(kOperators) || p.size() < 2)
+      return GC_T("$(") + name + GC_T(")??");
     double result = leadingReal(p[1]);
     const auto asBits = [](double v) { return static_cast<int64_t>(v); };
     for (size_t i = 2; i < p.size(); ++i) {
@@ -146,13 +150,10 @@ class Macro {
       else if (name == GC_T("/")) result = v != 0 ? result / v : 0;
       else if (name == GC_T("and")) result = static_cast<double>(asBits(result) & asBits(v));
       else if (name == GC_T("or")) result = static_cast<double>(asBits(result) | asBits(v));
-      else if (name == GC_T("xor")) result = static_cast<double>(asBits(result) ^ asBits(v));
-      else return unknown(name);
+      else result = static_cast<double>(asBits(result) ^ asBits(v));
     }
     return number(result);
   }
-
-  static Text unknown(const Text& name) { return GC_T("$(") + name + GC_T(")??"); }
 
   // 0 means now; other times are Julian dates with the time of day as fraction.
   static Text editTime(double julian, const Text& format) {

@@ -51,6 +51,8 @@ bool Environment::getEntry(TextView name, Text& value) const {
 
 void Environment::setEntry(TextView name, TextView value) { m_entries[upperCase(name)] = Text(value); }
 
+Text Environment::temporaryDirectory() const { return files::temporaryDirectory(); }
+
 Text Environment::decodeLegacy(std::string_view bytes) const { return fromWindows1252(bytes); }
 
 Text Environment::version() const { return Text(GC_T("LISP 1.0")); }

@@ -24,6 +24,8 @@ class Environment {
   // Entries of the host's profile and of the process. get returns false when there is none.
   virtual bool getEntry(TextView name, Text& value) const;
   virtual void setEntry(TextView name, TextView value);
+  // Where vl-filename-mktemp puts its files.
+  virtual Text temporaryDirectory() const;
   // Bytes of a text file that is no UTF-8.
   virtual Text decodeLegacy(std::string_view bytes) const;
   // What (ver) returns.

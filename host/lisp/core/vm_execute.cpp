@@ -87,10 +87,18 @@ inline uint32_t  unsignedOf(LispValue v) { return static_cast<uint32_t>(v.asInte
   COMPARE_PLACE(name##SC, id, 2, sp[-1], valueAt(pc + 1), 1, OPERATOR)                               \
   COMPARE_PLACE(name##VC, id, 3, symbolAt(pc + 1)->value, valueAt(pc + 2), 0, OPERATOR)              \
   COMPARE_PLACE(name##VV, id, 3, symbolAt(pc + 1)->value, symbolAt(pc + 2)->value, 0, OPERATOR)
-#define COMPARE_VALUE(label, id)                                   \
+#define COMPARE_VALUE(label, id, OPERATOR)                         \
   label: {                                                         \
-    SYNC(1);                                                       \
-    const bool truth = coreTest(id, sp[-2], sp[-1]);               \
+    const LispValue l = sp[-2], r = sp[-1];                        \
+    bool            truth;                                         \
+    if (INTACT(id) && bothIntegers(l, r)) [[likely]] {             \
+      truth = l.asInteger() OPERATOR r.asInteger();                \
+    } else if (INTACT(id) && bothReals(l, r)) {                    \
+      truth = l.asReal() OPERATOR r.asReal();                      \
+    } else {                                                       \
+      SYNC(1);                                                     \
+      truth = coreTest(id, l, r);                                  \
+    }                                                              \
     --sp;                                                          \
     sp[-1] = LispValue::boolean(truth);                            \
     NEXT(1);                                                       \
@@ -522,12 +530,12 @@ Listp:
   COMPARE(JumpGreaterEqual, Core::GreaterEqual, >=)
   COMPARE(JumpEqual, Core::Equal, ==)
   COMPARE(JumpNotEqual, Core::NotEqual, !=)
-  COMPARE_VALUE(Less, Core::Less)
-  COMPARE_VALUE(Greater, Core::Greater)
-  COMPARE_VALUE(LessEqual, Core::LessEqual)
-  COMPARE_VALUE(GreaterEqual, Core::GreaterEqual)
-  COMPARE_VALUE(Equal, Core::Equal)
-  COMPARE_VALUE(NotEqual, Core::NotEqual)
+  COMPARE_VALUE(Less, Core::Less, <)
+  COMPARE_VALUE(Greater, Core::Greater, >)
+  COMPARE_VALUE(LessEqual, Core::LessEqual, <=)
+  COMPARE_VALUE(GreaterEqual, Core::GreaterEqual, >=)
+  COMPARE_VALUE(Equal, Core::Equal, ==)
+  COMPARE_VALUE(NotEqual, Core::NotEqual, !=)
 Increment: {
   const LispValue v = sp[-1];
   if (v.isInteger() && INTACT(A)) [[likely]] {

@@ -1,5 +1,7 @@
 #include "tests/lisp/core/transcript.h"
 
+#include <filesystem>
+
 #include "host/lisp/core/file_handle.h"
 
 namespace lisp::testing {
@@ -44,6 +46,19 @@ std::vector<Exchange> readTranscript(const std::string& path) {
     }
   }
   return exchanges;
+}
+
+ScratchEnvironment::ScratchEnvironment() {
+  static int count = 0;
+  do {
+    m_folder = files::temporaryDirectory();
+    appendAscii(m_folder, "/lisp-test-" + std::to_string(++count));
+  } while (!files::makeDirectory(m_folder));
+}
+
+ScratchEnvironment::~ScratchEnvironment() {
+  std::error_code ignored;
+  std::filesystem::remove_all(std::filesystem::path(toUtf8(m_folder)), ignored);
 }
 
 bool RecordingHost::readLine(Text& line) {

@@ -30,6 +30,17 @@ class RecordingHost : public HostCalls {
   std::vector<std::string> typed;
 };
 
+// Temporary files go to a folder of this environment's own, which ends with it.
+class ScratchEnvironment : public Environment {
+ public:
+  ScratchEnvironment();
+  ~ScratchEnvironment() override;
+  Text temporaryDirectory() const override { return m_folder; }
+
+ private:
+  Text m_folder;
+};
+
 // What a form printed and gave, in the lines of a transcript.
 std::vector<std::string> perform(Interpreter& interpreter, RecordingHost& host, const std::string& form);
 

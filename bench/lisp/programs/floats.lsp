@@ -1,0 +1,8 @@
+(defun run (n / i x s)
+  (setq i 0 s 0.0 x 1.5)
+  (while (< i n)
+    (setq s (+ s (* x 0.5) (/ 1.0 (+ x 1.0))))
+    (setq x (+ x 0.25))
+    (setq i (1+ i)))
+  s)
+(princ (rtos (run 5000000) 2 3)) (terpri)

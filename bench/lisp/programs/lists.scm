@@ -1,0 +1,8 @@
+(define l '())
+(do ((i 0 (+ i 1))) ((= i 1000000)) (set! l (cons (cons i (* 2 i)) l)))
+(define sum 0)
+(for-each (lambda (p) (set! sum (+ sum (- (cdr p) (car p) (car p))))) l)
+(define short '())
+(do ((i 0 (+ i 1))) ((= i 100)) (set! short (cons (cons i (* 2 i)) short)))
+(do ((i 0 (+ i 1))) ((= i 200000)) (set! sum (+ sum (cdr (assoc (remainder i 100) short)))))
+(display (list sum (length (reverse (map car l))))) (newline)

@@ -1,0 +1,8 @@
+(defun run (n / i p q s)
+  (setq i 0 p '(0.0 0.0 0.0) s 0.0)
+  (while (< i n)
+    (setq q (polar p (* i 0.001) 2.0))
+    (setq s (+ s (distance p q) (apply '+ (mapcar '- q p))))
+    (setq i (1+ i)))
+  s)
+(princ (rtos (run 500000) 2 2)) (terpri)

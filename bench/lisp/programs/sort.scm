@@ -1,0 +1,7 @@
+(define seed 12345)
+(define l '())
+(do ((i 0 (+ i 1))) ((= i 1000000))
+  (set! seed (remainder (+ (* seed 421) 54773) 259200))
+  (set! l (cons (+ seed 0.5) l)))
+(define s (sort l (lambda (a b) (< a b))))
+(display (list (car s) (length s))) (newline)

@@ -1,0 +1,10 @@
+(setq n 0 i 0)
+(repeat 200
+  (setq s "")
+  (repeat 1000 (setq s (strcat s "ab")))
+  (setq n (+ n (strlen s))))
+(while (< i 300000)
+  (setq s (strcat "item-" (itoa i)))
+  (if (= (substr s 6 1) "7") (setq n (1+ n)))
+  (setq i (1+ i)))
+(princ n) (terpri)

@@ -1,0 +1,5 @@
+(define (tak x y z)
+  (if (not (< y x)) z (tak (tak (- x 1) y z) (tak (- y 1) z x) (tak (- z 1) x y))))
+(define r 0)
+(do ((i 0 (+ i 1))) ((= i 3)) (set! r (tak 20 14 6)))
+(display r) (newline)
