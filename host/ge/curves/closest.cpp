@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "host/ge/curves/bernstein.h"
+#include "host/ge/curves/meet_pair.h"
 #include "host/ge/curves/path.h"
 #include "host/ge/curves/tree.h"
 
@@ -135,5 +136,11 @@ GcGeOnPath GcGePath::closestOnSpan(int span, const GcGePoint3d& point) const {
                                       [](const GcGeLeaf& leaf, int wanted) { return leaf.span < wanted; });
   for (auto leaf = begin; leaf != leaves.leaves.end() && leaf->span == span; ++leaf)
     nearest.searchLeaf(leaves, static_cast<int>(leaf - leaves.leaves.begin()));
+  return nearest.best();
+}
+
+GcGeOnPath gcgeClosestOnLeaf(const GcGePath& path, const GcGeTree& tree, int leaf, const GcGeVector3d& p) {
+  Nearest nearest(path, p);
+  nearest.searchLeaf(tree, leaf);
   return nearest.best();
 }
