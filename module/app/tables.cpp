@@ -21,13 +21,14 @@ struct PresentFunctions {
   int count = 0;
 };
 
-constexpr PresentFunctions countPresent() {
+PresentFunctions countPresent() {
   PresentFunctions present;
   for (const LispFunction& entry : kFunctions)
     if (entry.function != nullptr) present.entries[static_cast<std::size_t>(present.count++)] = &entry;
   return present;
 }
-constexpr PresentFunctions kPresent = countPresent();
+// Not a constant expression: with UndefinedBehaviorSanitizer, GCC cannot compare function addresses in one.
+const PresentFunctions kPresent = countPresent();
 
 CustomClass s_classes[] = {
     {CKel_VL::desc, CKel_VL::rxInit, false},

@@ -194,7 +194,7 @@ TEST(TagWriter, RandomTagsGoFromFormToForm) {
       case ValueKind::Real: writer.writeReal(code, static_cast<double>(whole) / 977.0 - 1e6); break;
       case ValueKind::Int16: writer.writeInt(code, static_cast<std::int16_t>(whole)); break;
       case ValueKind::Int32: writer.writeInt(code, static_cast<std::int32_t>(whole)); break;
-      case ValueKind::Int64: writer.writeInt(code, whole * whole); break;
+      case ValueKind::Int64: writer.writeInt(code, (whole - (1LL << 31)) * whole); break;
       case ValueKind::Bool: writer.writeBool(code, whole & 1); break;
       case ValueKind::Binary: writer.writeBinary(code, text); break;
     }
