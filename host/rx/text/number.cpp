@@ -227,7 +227,7 @@ char* formatReal(double value, char* to) {
   }
   char shortest[kRealRoom];
   char* end = std::to_chars(shortest, shortest + kRealRoom, value, std::chars_format::scientific).ptr;
-  char* mark = end;
+  char* mark = end - 1;
   while (*mark != 'e') --mark;
   int exponent = 0;
   for (const char* at = mark + 2; at < end; ++at) exponent = exponent * 10 + (*at - '0');

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <random>
@@ -207,7 +208,10 @@ TEST(TagWriter, RandomTagsGoFromFormToForm) {
     ASSERT_TRUE(complete);
     expectSameTags(sink.text(), last);
   }
-  EXPECT_TRUE(last == sink.text());
+  const std::size_t same = static_cast<std::size_t>(
+      std::mismatch(last.begin(), last.end(), sink.text().begin(), sink.text().end()).first - last.begin());
+  EXPECT_TRUE(last == sink.text()) << "from byte " << same << ": " << last.substr(same < 40 ? 0 : same - 40, 80)
+                                   << "\nnot: " << sink.text().substr(same < 40 ? 0 : same - 40, 80);
 }
 
 }  // namespace

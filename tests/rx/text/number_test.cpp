@@ -114,6 +114,24 @@ TEST(Number, RealsLookAsDrawingsHaveThem) {
   EXPECT_EQ(gc::realText(35.46180555555556), "35.46180555555556");
 }
 
+// Leaves letters where the next call has its variables.
+[[gnu::noinline]] void fillStackWith(char letter) {
+  volatile char area[1024];
+  for (volatile char& each : area) each = letter;
+}
+
+TEST(Number, WhatLayInMemoryBeforeDoesNotMatter) {
+  for (const double value : {80977.52814739, 0.1 + 0.2, 1e-7 / 3}) {
+    const std::string text = gc::realText(value);
+    char again[gc::kRealRoom];
+    fillStackWith('e');
+    EXPECT_EQ(std::string(again, gc::formatReal(value, again)), text);
+    double back = 0;
+    EXPECT_TRUE(gc::parseReal(text, back));
+    EXPECT_EQ(back, value);
+  }
+}
+
 TEST(Number, InfinitiesAndNanAreNotWritten) {
   EXPECT_EQ(gc::realText(std::numeric_limits<double>::infinity()), "");
   EXPECT_EQ(gc::realText(-std::numeric_limits<double>::infinity()), "");
