@@ -58,8 +58,9 @@ class ArgReader {
   double number();             // real, or integer converted
   int16_t integer();           // 16 bits, signed
   const GCHAR* string();
-  GcGePoint3d point();  // 2D or 3D, three coordinates as they stand
-  bool flag();          // T or nil
+  GcGePoint3d point();                             // 2D or 3D, three coordinates as they stand
+  GcGePoint2d point2d() { return flat(point()); }  // the same without its third coordinate
+  bool flag();                                     // T or nil
 
   // Deliberate: these look at the value only, never at the type. An argument that is no point gives what a point
   // could take from it: a real is the first coordinate, anything else the origin. A text is empty unless a string.
@@ -85,6 +86,7 @@ class ArgReader {
   int refuse(const GCHAR* message) { return fail(message, RTERROR); }
 
  private:
+  static GcGePoint2d flat(const GcGePoint3d& p) { return {p.x, p.y}; }
   const resbuf* take();
   const resbuf* take(int type);
   int fail(const GCHAR* message, int status);
@@ -104,6 +106,7 @@ namespace node {
 inline bool isPoint(const resbuf& rb) { return rb.restype == RTPOINT || rb.restype == RT3DPOINT; }
 inline bool isNumber(const resbuf& rb) { return rb.restype == RTREAL || rb.restype == RTSHORT; }
 inline GcGePoint3d point(const resbuf& rb) { return {rb.resval.rpoint[0], rb.resval.rpoint[1], rb.resval.rpoint[2]}; }
+inline GcGePoint2d point2d(const resbuf& rb) { return {rb.resval.rpoint[0], rb.resval.rpoint[1]}; }
 inline double number(const resbuf& rb) { return rb.restype == RTSHORT ? rb.resval.rint : rb.resval.rreal; }
 GcDbObjectId objectId(const resbuf& rb);
 inline const GCHAR* text(const resbuf& rb) { return rb.resval.rstring != nullptr ? rb.resval.rstring : GC_T(""); }

@@ -12,6 +12,7 @@
 #include "db/line.h"
 #include "db/object.h"
 #include "db/symboltable.h"
+#include "db/transaction.h"
 #include "ed/cmdstack.h"
 #include "ed/gced.h"
 #include "ge/line3d.h"
