@@ -1,0 +1,115 @@
+#include "host/gi/hatchlines.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+struct Area {
+  std::vector<GcGePoint2d> points;
+  std::vector<int> counts;
+  void loop(std::initializer_list<GcGePoint2d> corners) {
+    points.insert(points.end(), corners);
+    counts.push_back(static_cast<int>(corners.size()));
+  }
+};
+
+std::vector<GcGePoint2d> hatch(const Area& area, const GcGiHatchFamily& family, int most = 100000,
+                               bool* good = nullptr) {
+  std::vector<GcGePoint2d> ends;
+  const bool done =
+      gcgiHatchLines(static_cast<int>(area.counts.size()), area.counts.data(), area.points.data(), family, most, ends);
+  if (good != nullptr) *good = done;
+  return ends;
+}
+
+double lengthOf(const std::vector<GcGePoint2d>& ends) {
+  double length = 0;
+  for (std::size_t i = 0; i < ends.size(); i += 2) length += ends[i].distanceTo(ends[i + 1]);
+  return length;
+}
+
+Area square(double from, double to) {
+  Area area;
+  area.loop({{from, from}, {to, from}, {to, to}, {from, to}});
+  return area;
+}
+
+TEST(HatchLines, FillASquareWithSolidLines) {
+  GcGiHatchFamily family;
+  family.base = {0, 0.5};
+  family.offset = {0, 1};
+  const auto ends = hatch(square(0, 10), family);
+  EXPECT_EQ(ends.size(), 20u);
+  EXPECT_NEAR(lengthOf(ends), 100, 1e-9);
+}
+
+TEST(HatchLines, LeaveHolesOut) {
+  Area area = square(0, 10);
+  area.loop({{2, 2}, {2, 8}, {8, 8}, {8, 2}});
+  GcGiHatchFamily family;
+  family.base = {0, 0.5};
+  family.offset = {0, 1};
+  EXPECT_NEAR(lengthOf(hatch(area, family)), 100 - 36, 1e-9);
+}
+
+TEST(HatchLines, LengthTimesSpacingIsTheAreaWhateverTheAngle) {
+  for (const double angle : {0.3, kPi / 4, 1.2, -0.7}) {
+    GcGiHatchFamily family;
+    family.angleRad = angle;
+    family.base = {0.123, 0.456};
+    family.offset = {-0.01 * std::sin(angle), 0.01 * std::cos(angle)};
+    EXPECT_NEAR(lengthOf(hatch(square(-3, 4), family)) * 0.01, 49, 0.05) << angle;
+  }
+}
+
+TEST(HatchLines, DashesStandInLineWithTheBase) {
+  const double dashes[] = {0.5, -0.25, 0, -0.25};
+  GcGiHatchFamily family;
+  family.offset = {0.5, 1};  // every second line starts half a period later
+  family.dashes = dashes;
+  family.dashCount = 4;
+  Area area;
+  area.loop({{0.1, -0.1}, {2, -0.1}, {2, 1.1}, {0.1, 1.1}});
+  const auto ends = hatch(area, family);
+  ASSERT_FALSE(ends.empty());
+  EXPECT_NEAR(ends[0].x, 0.1, 1e-12);
+  EXPECT_NEAR(ends[1].x, 0.5, 1e-12);
+  EXPECT_EQ(ends[2], ends[3]);  // the dot
+  EXPECT_NEAR(ends[2].x, 0.75, 1e-12);
+  bool found = false;
+  for (std::size_t i = 0; i < ends.size(); i += 2) {
+    found = found || (ends[i].y > 0.5 && std::fabs(ends[i].x - 0.5) < 1e-12 && std::fabs(ends[i + 1].x - 1) < 1e-12);
+  }
+  EXPECT_TRUE(found);
+}
+
+TEST(HatchLines, CornersOnALineAreCrossedOnce) {
+  Area area;
+  area.loop({{0, 0}, {5, 5}, {10, 0}, {5, -5}});  // corners on the line through the base
+  GcGiHatchFamily family;
+  family.offset = {0, 5};
+  EXPECT_NEAR(lengthOf(hatch(area, family)), 10, 1e-9);
+}
+
+TEST(HatchLines, FamiliesThatAreTooFineAreRefused) {
+  GcGiHatchFamily family;
+  family.offset = {0, 1e-7};
+  bool good = true;
+  EXPECT_TRUE(hatch(square(0, 10), family, 1000, &good).empty());
+  EXPECT_FALSE(good);
+  family.offset = {1, 0};  // moved along itself: no spacing
+  hatch(square(0, 10), family, 1000, &good);
+  EXPECT_FALSE(good);
+  const double dashes[] = {1e-6, -1e-6};
+  family.offset = {0, 1};
+  family.dashes = dashes;
+  family.dashCount = 2;
+  hatch(square(0, 10), family, 1000, &good);
+  EXPECT_FALSE(good);
+}
+
+}  // namespace
