@@ -1,0 +1,54 @@
+// The document manager: open documents, the current one, reactors, and who attaches parts to a new document.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/ap/document.h"
+
+namespace ap {
+
+// Gives each new document its parts (editor, LISP) before anybody is told of it.
+class DocumentFitter {
+ public:
+  virtual ~DocumentFitter() = default;
+  virtual void fit(Document& document) = 0;
+};
+
+class DocumentManager final : public GcApDocManager {
+ public:
+  DocumentManager();
+  ~DocumentManager() override;  // closes all documents
+
+  [[nodiscard]] GcApDocument* curDocument() const override { return m_current; }
+  [[nodiscard]] Document* current() const { return m_current; }
+  void addReactor(GcApDocManagerReactor* reactor) override;
+  void removeReactor(GcApDocManagerReactor* reactor) override;
+  Gcad::ErrorStatus sendStringToExecute(GcApDocument* document, const GCHAR* text, bool activate,
+                                        bool wrapUpInactiveDocument, bool echo) override;
+
+  // Fitters are called in the order in which they came; they stay the caller's.
+  void addFitter(DocumentFitter* fitter) { m_fitters.push_back(fitter); }
+
+  // Opens a document around a database and makes it current.
+  Document& open(std::unique_ptr<GcDbDatabase> database, GcView fileName);
+  void close(Document& document);
+  void setCurrent(Document* document);
+  [[nodiscard]] const std::vector<std::unique_ptr<Document>>& documents() const { return m_documents; }
+
+ private:
+  template <class Call>
+  void tellReactors(const Call& call);
+
+  std::vector<DocumentFitter*> m_fitters;
+  std::vector<GcApDocManagerReactor*> m_reactors;
+  std::vector<std::unique_ptr<Document>> m_documents;
+  Document* m_current = nullptr;
+};
+
+// The one document manager of the process; null before it is made and after it is gone.
+DocumentManager* documents();
+// The current document; null when none is open.
+Document* currentDocument();
+
+}  // namespace ap

@@ -1,0 +1,33 @@
+// Parts of a document that higher layers own: the editor's state, the LISP name space. A document keeps and destroys
+// them without knowing what they are.
+#pragma once
+
+#include "host/rx/view.h"
+
+namespace ap {
+
+class DocumentPart {
+ public:
+  DocumentPart() = default;
+  DocumentPart(const DocumentPart&) = delete;
+  DocumentPart& operator=(const DocumentPart&) = delete;
+  virtual ~DocumentPart() = default;
+};
+
+// What lower layers ask of a document's LISP.
+class LispSpace : public DocumentPart {
+ public:
+  // Functions of the plug-in that is being sent a message now. Errors: false for an empty name.
+  virtual bool define(GcView name, int code) = 0;
+  virtual bool undefine(GcView name, int code) = 0;
+  // A function to be called directly for a code instead of an invoke message.
+  virtual bool registerFunction(int (*function)(), int code) = 0;
+  // Forgets every function of a plug-in that goes away.
+  virtual void forgetPlugIn(const void* plugIn) = 0;
+  // Evaluates text as if typed at the command line.
+  virtual void evaluate(GcView text) = 0;
+  // Hands on what has been printed but lies in a buffer.
+  virtual void flush() = 0;
+};
+
+}  // namespace ap
