@@ -27,7 +27,6 @@ class GcApDocument : public GcRxObject {
 class GcApDocManager : public GcRxObject {
  public:
   GCRX_DECLARE_MEMBERS(GcApDocManager);
-  GCRX_DECLARE_MEMBERS(GcApDocManager);
   [[nodiscard]] virtual GcApDocument* curDocument() const = 0;  // null when none is open
   virtual void addReactor(GcApDocManagerReactor* reactor) = 0;
   virtual void removeReactor(GcApDocManagerReactor* reactor) = 0;
