@@ -1,0 +1,75 @@
+#include "host/lisp/lib/documentlisp.h"
+
+#include "host/ap/dynamiclinker.h"
+
+namespace lisplib {
+
+DocumentLisp::DocumentLisp(ap::Document& document, const lisp::InterpreterOptions& options)
+    : m_host(document, ed::editorOf(document)),
+      m_environment(ed::editorOf(document)),
+      m_interpreter(m_host, m_environment, options) {}
+
+DocumentLisp::~DocumentLisp() = default;
+
+namespace {
+ap::PlugIn* sender() {
+  const ap::DynamicLinker* linker = ap::dynamicLinker();
+  return linker == nullptr ? nullptr : linker->current();
+}
+}  // namespace
+
+bool DocumentLisp::define(GcView name, int code) {
+  ap::PlugIn* plugIn = sender();
+  if (name.empty() || plugIn == nullptr) return false;
+  m_interpreter.define(name, m_host.addFunction(plugIn, code, name));
+  return true;
+}
+
+bool DocumentLisp::undefine(GcView name, int code) {
+  ap::PlugIn* plugIn = sender();
+  for (DrawingHost::Function& function : m_host.functions()) {
+    if (function.plugIn != plugIn || function.code != code || function.name != name) continue;
+    m_interpreter.undefine(name);
+    function = {};
+    return true;
+  }
+  return false;
+}
+
+bool DocumentLisp::registerFunction(int (*function)(), int code) {
+  ap::PlugIn* plugIn = sender();
+  for (DrawingHost::Function& known : m_host.functions()) {
+    if (known.plugIn != plugIn || known.code != code || plugIn == nullptr) continue;
+    known.direct = function;
+    return true;
+  }
+  return false;
+}
+
+void DocumentLisp::forgetPlugIn(const void* plugIn) {
+  for (DrawingHost::Function& function : m_host.functions()) {
+    if (function.plugIn != plugIn) continue;
+    m_interpreter.undefine(function.name);
+    function = {};
+  }
+}
+
+void DocumentLisp::evaluate(GcView text) {
+  static_cast<void>(m_interpreter.evalFormsFrom(text, GC_T("command line")));
+}
+
+void DocumentLisp::flush() { m_interpreter.flush(); }
+
+LispFitter::LispFitter(const lisp::VmLimits& limits) {
+  m_options.limits = limits;
+  m_options.shared = std::make_shared<lisp::SharedSpace>();
+}
+
+void LispFitter::fit(ap::Document& document) {
+  document.setEditor(std::make_unique<ed::Editor>(document));
+  document.setLisp(std::make_unique<DocumentLisp>(document, m_options));
+}
+
+DocumentLisp& lispOf(const ap::Document& document) { return static_cast<DocumentLisp&>(*document.lisp()); }
+
+}  // namespace lisplib
