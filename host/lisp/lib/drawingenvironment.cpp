@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "host/ap/paths.h"
+#include "host/ap/profile.h"
 #include "host/db/core/header.h"
 
 namespace lisplib {
@@ -14,14 +16,16 @@ int DrawingEnvironment::unitVariable(const char* name) const {
 
 double DrawingEnvironment::angleBase() const { return m_editor.database().header().real(GC_T("$ANGBASE"), 0.0); }
 
-lisp::Text DrawingEnvironment::findFile(lisp::TextView name) const { return lisp::Environment::findFile(name); }
+lisp::Text DrawingEnvironment::findFile(lisp::TextView name) const { 
+  return ap::findSupportFile(name, ap::directoryOf(m_editor.document().fileName()));
+}
 
 bool DrawingEnvironment::getEntry(lisp::TextView name, lisp::Text& value) const {
-  return lisp::Environment::getEntry(name, value);
+  return ap::profileEntry(name, value);
 }
 
 void DrawingEnvironment::setEntry(lisp::TextView name, lisp::TextView value) {
-  lisp::Environment::setEntry(name, value);
+  ap::setProfileEntry(name, value);
 }
 
 }  // namespace lisplib

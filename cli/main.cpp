@@ -1,0 +1,51 @@
+// gcad: the program's entry point on both platforms. Arguments are UTF-8 from here on.
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "cli/exitcode.h"
+#include "cli/options.h"
+#include "cli/run.h"
+#include "cli/terminal.h"
+#include "host/rx/text/utf.h"
+
+namespace {
+
+int carryOut(const std::vector<std::string>& arguments) {
+  cli::Options options;
+  std::string out;
+  std::string message;
+  const int code = cli::parseOptions(arguments, options, out, message);
+  cli::Terminal terminal;
+  terminal.write(out);
+  cli::complain(message);
+  if (code >= 0) return code;
+  switch (options.command) {
+    case cli::Options::Command::Run: return cli::run(terminal, options.run);
+    default: return cli::kUsage;
+  }
+}
+
+int guarded(const std::vector<std::string>& arguments) {
+  try {
+    return carryOut(arguments);
+  } catch (const std::bad_alloc&) {
+    cli::complain("gcad: out of memory\n");
+    return cli::kMemoryLimit;
+  } catch (const std::exception& error) {
+    cli::complain(std::string("gcad: ") + error.what() + "\n");
+    return cli::kLispError;
+  }
+}
+
+}  // namespace
+
+#ifdef _WIN32
+int wmain(int count, wchar_t** values) {
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(gc::toUtf8(values[i]));
+  return guarded(arguments);
+}
+#else
+int main(int count, char** values) { return guarded(std::vector<std::string>(values + 1, values + count)); }
+#endif

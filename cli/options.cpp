@@ -1,0 +1,169 @@
+#include "cli/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/exitcode.h"
+
+namespace cli {
+
+namespace {
+
+constexpr const char* kVersion = "gcad 0.1.0";
+const std::vector<std::string> kVersions = {"R12", "R2000", "R2004", "R2007", "R2010", "R2013", "R2018"};
+
+// The parts of `run` that need a second look after parsing: scripts and expressions in the order given.
+struct RunParser {
+  CLI::App* app = nullptr;
+  CLI::Option* scripts = nullptr;
+  CLI::Option* expressions = nullptr;
+  std::vector<std::string> scriptValues;
+  std::vector<std::string> expressionValues;
+
+  void collect(RunOptions& run) const {
+    size_t script = 0;
+    size_t expression = 0;
+    for (const CLI::Option* option : app->parse_order()) {
+      if (option == scripts && script < scriptValues.size())
+        run.sources.push_back({Source::Kind::Script, scriptValues[script++]});
+      if (option == expressions && expression < expressionValues.size())
+        run.sources.push_back({Source::Kind::Expression, expressionValues[expression++]});
+    }
+  }
+};
+
+// Options that run and repl share.
+void addSessionOptions(CLI::App& app, RunOptions& run) {
+  app.add_option("--profile", run.profile, "Value of the variable CPROFILE")->type_name("NAME");
+  app.add_option("--without-class", run.withoutClasses, "Leave a built-in object class out: its objects become zombies")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  app.add_option("--log", run.log, "File the module logs to (off by default)")->type_name("FILE");
+  app.add_option("--log-level", run.logLevel, "0 errors, 1 debug, 2 all")->check(CLI::Range(0, 2));
+  app.add_option("--module", run.module, "Plug-in to load instead of the one beside the program")->type_name("FILE");
+  app.add_flag("--no-module", run.noModule, "Load no plug-in");
+  app.add_option("--screen-log", run.screenLog, "What the screen would have shown, JSON lines")->type_name("FILE");
+  app.add_option("--time-limit", run.timeLimitS, "Seconds after which the program ends (exit code 6)")
+      ->type_name("S")
+      ->check(CLI::PositiveNumber);
+  app.add_option("--memory-limit", run.memoryLimitMB, "Megabytes after which the program ends (exit code 7)")
+      ->type_name("MB")
+      ->check(CLI::PositiveNumber);
+  app.add_flag("--json", run.json, "A report as one line of JSON on standard error");
+}
+
+void addRun(CLI::App& app, RunOptions& run, RunParser& parser) {
+  CLI::App& sub = *app.add_subcommand("run", "Run LISP scripts in one drawing");
+  parser.app = &sub;
+  parser.scripts = sub.add_option("script", parser.scriptValues, "LISP files, in order; - is standard input")
+                       ->type_name("SCRIPT.lsp");
+  parser.expressions = sub.add_option("-e,--eval", parser.expressionValues, "Evaluate an expression")
+                           ->type_name("EXPR")
+                           ->allow_extra_args(false);
+  sub.add_option("-d,--drawing", run.drawing, "Drawing to open (DXF or DWG); default: a new one")->type_name("FILE");
+  sub.add_option("-s,--save", run.save, "Save at the end, format by extension")->type_name("FILE");
+  sub.add_option("--as", run.saveAs, "Version to save as")->type_name("VERSION")->check(CLI::IsMember(kVersions, CLI::ignore_case));
+  sub.add_option("-i,--input", run.input, "Answers to prompts; - is standard input")->type_name("FILE");
+  sub.add_flag("--in-place", run.inPlace, "Save over the drawing that was opened");
+  sub.add_flag("--backup", run.backup, "Keep what a save replaces as .bak");
+  sub.add_flag("-f,--force", run.force, "Overwrite an existing output");
+  sub.add_flag("--dry-run", run.dryRun, "Run, tell what would change, write nothing");
+  addSessionOptions(sub, run);
+  sub.footer(
+      "Arguments behind -- are the script's: the list of strings *ARGV*.\n"
+      "Examples:\n"
+      "  gcad run draw.lsp -s out.dxf\n"
+      "  gcad run -d plan.dxf -e '(command \"_.CIRCLE\" (list 0 0) 5)' --in-place --backup\n"
+      "Exit codes: 0 done, 1 LISP error, 2 usage, 3 a drawing cannot be read, 4 a file cannot be written,\n"
+      "            6 time limit, 7 memory limit, 130 interrupted; (exit N) sets the code.");
+}
+
+void addOthers(CLI::App& app, Options& options) {
+  CLI::App& repl = *app.add_subcommand("repl", "LISP, interactive");
+  repl.add_option("drawing", options.run.drawing, "Drawing to open; default: a new one")->type_name("DRAWING");
+  addSessionOptions(repl, options.run);
+
+  CLI::App& info = *app.add_subcommand("info", "Tell what is in a drawing");
+  info.add_option("file", options.info.file, "DXF or DWG")->type_name("FILE")->required();
+  info.add_flag("--json", options.info.json, "As one JSON object");
+
+  CLI::App& functions = *app.add_subcommand("functions", "Reference of LISP functions, the module's and the host's");
+  functions.add_option("name", options.functions.name, "One function, or a pattern such as vl-*")->type_name("NAME");
+  functions.add_flag("--json", options.functions.json, "As one JSON array");
+
+  CLI::App& plot = *app.add_subcommand("plot", "Draw a drawing to a picture");
+  plot.add_option("file", options.plot.file, "DXF or DWG")->type_name("FILE")->required();
+  plot.add_option("-o,--out", options.plot.out, "Picture, format by extension (.svg)")->type_name("FILE")->required();
+  CLI::Option* layout = plot.add_option("--layout", options.plot.layout, "Layout; default: Model")->type_name("NAME");
+  plot.add_flag("--all-layouts", options.plot.allLayouts, "Every layout, its name added to the file's")->excludes(layout);
+  plot.add_option("--size", options.plot.size, "Page in millimetres (297x210) or a paper name (A3)")->type_name("SIZE");
+  plot.add_option("--background", options.plot.background, "white, black, none or #rrggbb")->type_name("COLOUR");
+  plot.add_flag("-f,--force", options.plot.force, "Overwrite an existing picture");
+}
+
+Options::Command commandOf(const std::string& name) {
+  if (name == "run") return Options::Command::Run;
+  if (name == "repl") return Options::Command::Repl;
+  if (name == "info") return Options::Command::Info;
+  if (name == "functions") return Options::Command::Functions;
+  return Options::Command::Plot;
+}
+
+// Contradictions that no single option can see.
+std::string contradiction(const RunOptions& run) {
+  if (run.inPlace && run.drawing.empty()) return "--in-place needs a drawing (-d)";
+  if (run.inPlace && !run.save.empty()) return "--in-place and -s exclude each other";
+  if (run.noModule && !run.module.empty()) return "--no-module and --module exclude each other";
+  if (!run.saveAs.empty() && run.save.empty() && !run.inPlace) return "--as needs -s or --in-place";
+  return {};
+}
+
+}  // namespace
+
+int parseOptions(const std::vector<std::string>& arguments, Options& options, std::string& out, std::string& message) {
+  CLI::App app{"gcad: a headless CAD program with LISP.", "gcad"};
+  app.set_version_flag("--version", kVersion);
+  app.require_subcommand(1);
+  app.set_help_all_flag("--help-all", "Help of all subcommands");
+  RunParser parser;
+  addRun(app, options.run, parser);
+  addOthers(app, options);
+
+  std::vector<std::string> own = arguments;
+  const auto dashes = std::find(own.begin(), own.end(), "--");
+  if (dashes != own.end()) options.run.arguments.assign(dashes + 1, own.end());
+  own.erase(dashes, own.end());
+  std::reverse(own.begin(), own.end());  // the form in which the parser takes a vector
+  try {
+    app.parse(own);
+  } catch (const CLI::CallForHelp&) {
+    const auto chosen = app.get_subcommands();
+    out = chosen.empty() ? app.help() : chosen.front()->help("gcad");
+    return kDone;
+  } catch (const CLI::CallForAllHelp&) {
+    out = app.help("", CLI::AppFormatMode::All);
+    return kDone;
+  } catch (const CLI::CallForVersion&) {
+    out = std::string(kVersion) + "\n";
+    return kDone;
+  } catch (const CLI::ParseError& error) {
+    message = std::string("gcad: ") + error.what() + "\nTry gcad --help.\n";
+    return kUsage;
+  }
+  const CLI::App& chosen = *app.get_subcommands().front();
+  options.command = commandOf(chosen.get_name());
+  if (options.command != Options::Command::Run && !options.run.arguments.empty()) {
+    message = "gcad: only run takes arguments behind --\n";
+    return kUsage;
+  }
+  if (options.command == Options::Command::Run) {
+    parser.collect(options.run);
+    options.run.hasLogLevel = chosen.count("--log-level") > 0;
+    if (const std::string wrong = contradiction(options.run); !wrong.empty()) {
+      message = "gcad: " + wrong + "\n";
+      return kUsage;
+    }
+  }
+  return -1;
+}
+
+}  // namespace cli

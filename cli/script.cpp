@@ -1,0 +1,90 @@
+#include "cli/script.h"
+
+#include <cstdio>
+
+#include "cli/exitcode.h"
+#include "host/rx/file/file_view.h"
+#include "host/rx/text/utf.h"
+
+namespace cli {
+
+namespace {
+
+// Between two forms: what has been printed goes out, queued text runs.
+class BetweenForms final : public lisp::FormObserver {
+ public:
+  explicit BetweenForms(Session& session) : m_session(session) {}
+  bool formDone(lisp::LispValue) override {
+    m_session.runQueued();
+    m_session.lisp().flush();
+    m_session.terminal().flush();
+    return true;
+  }
+
+ private:
+  Session& m_session;
+};
+
+std::string readStandardInput() {
+  std::string bytes;
+  char block[4096];
+  for (size_t count; (count = std::fread(block, 1, sizeof block, stdin)) > 0;) bytes.append(block, count);
+  return bytes;
+}
+
+int exitCodeOf(const lisp::EvalResult& result, bool& ended) {
+  ended = result.status == lisp::EvalStatus::Exit;
+  switch (result.status) {
+    case lisp::EvalStatus::Done: return kDone;
+    case lisp::EvalStatus::Exit: return result.exitCode;
+    case lisp::EvalStatus::Cancelled: return kInterrupted;
+    case lisp::EvalStatus::TimeLimit: return kTimeLimit;
+    case lisp::EvalStatus::MemoryLimit: return kMemoryLimit;
+    case lisp::EvalStatus::Error: return kLispError;
+  }
+  return kLispError;
+}
+
+lisp::EvalResult evaluate(Session& session, const Source& source, std::string_view bytes) {
+  BetweenForms between(session);
+  if (source.kind == Source::Kind::Expression)
+    return session.lisp().evalFormsFrom(gc::fromUtf8(bytes), GC_T("-e"), &between);
+  return session.lisp().evalFile(bytes, gc::fromUtf8(source.text), &between);
+}
+
+}  // namespace
+
+std::string describeTrace(const lisp::EvalResult& result) {
+  std::string text = "error: " + gc::toUtf8(result.message) + "\n";
+  for (const lisp::TraceLine& line : result.trace) {
+    text += "  ";
+    if (!line.file.empty()) text += gc::toUtf8(line.file) + ":" + std::to_string(line.line) + ": ";
+    text += line.function.empty() ? std::string("(top level)") : gc::toUtf8(line.function);
+    text += "\n";
+  }
+  return text;
+}
+
+int runSource(Session& session, const Source& source, bool& ended) {
+  gc::FileView file;
+  std::string typed;
+  std::string_view bytes = source.text;
+  if (source.kind == Source::Kind::Script && source.text == "-") {
+    typed = readStandardInput();
+    bytes = typed;
+  } else if (source.kind == Source::Kind::Script) {
+    if (const gc::FileStatus status = file.open(source.text); !status.ok()) {
+      complain("gcad: " + status.message() + "\n");
+      return kCannotRead;
+    }
+    bytes = file.bytes();
+  }
+  const lisp::EvalResult result = evaluate(session, source, bytes);
+  session.lisp().flush();
+  session.terminal().flush();
+  if (result.status != lisp::EvalStatus::Done && result.status != lisp::EvalStatus::Exit)
+    complain(describeTrace(result));
+  return exitCodeOf(result, ended);
+}
+
+}  // namespace cli

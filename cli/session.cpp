@@ -1,0 +1,66 @@
+#include "cli/session.h"
+
+#include "cli/exitcode.h"
+#include "host/ap/paths.h"
+#include "host/ap/profile.h"
+#include "host/rx/text/utf.h"
+
+namespace cli {
+
+namespace {
+
+constexpr const GCHAR* kDefaultPlugIn = GC_T("VrkEntPropertyEx.grx");
+
+lisp::VmLimits limitsOf(const RunOptions& options) {
+  lisp::VmLimits limits;
+  limits.memory = static_cast<size_t>(options.memoryLimitMB * (1 << 20));
+  return limits;
+}
+
+}  // namespace
+
+Session::Session(Terminal& terminal, const RunOptions& options) : m_terminal(terminal), m_options(options) {
+  if (!options.log.empty()) ap::setProfileEntry(GC_T("VRK_LOG"), gc::fromUtf8(options.log));
+  if (options.hasLogLevel) ap::setProfileEntry(GC_T("VRK_LOG_LEVEL"), gc::fromUtf8(std::to_string(options.logLevel)));
+  ap::setOutput(this);
+  m_linker = std::make_unique<ap::DynamicLinker>();
+  m_fitter = std::make_unique<lisplib::LispFitter>(limitsOf(options));
+  m_manager = std::make_unique<ap::DocumentManager>();
+  m_manager->addFitter(m_fitter.get());
+}
+
+// Plug-ins go while the manager still stands, and after the documents: what they keep per document goes with those.
+Session::~Session() {
+  while (!m_manager->documents().empty()) m_manager->close(*m_manager->documents().back());
+  m_linker.reset();
+  m_manager.reset();
+  ap::setOutput(nullptr);
+}
+
+void Session::write(GcView text) {
+  std::string bytes;
+  gc::appendToUtf8(text, bytes);
+  m_terminal.write(bytes);
+}
+
+int Session::loadPlugIn() {
+  if (m_options.noModule) return kDone;
+  GcText file = gc::fromUtf8(m_options.module);
+  file = file.empty() ? ap::programDirectory() + GC_T("/") + kDefaultPlugIn : ap::absolutePath(file);
+  if (m_options.module.empty() && !ap::fileExists(file)) return kDone;
+  if (m_linker->loadModule(file.c_str(), false)) return kDone;
+  complain("gcad: cannot load the module " + gc::toUtf8(m_linker->reason()) + "\n");
+  return kUsage;
+}
+
+int Session::openDrawing() {
+  m_manager->open(std::make_unique<GcDbDatabase>(), GC_T(""));
+  return kDone;
+}
+
+void Session::runQueued() {
+  GcText text;
+  while (document().takeQueuedText(text)) document().lisp()->evaluate(text);
+}
+
+}  // namespace cli

@@ -1,0 +1,45 @@
+// One running host: terminal, document manager, plug-ins, LISP. Made once per process.
+#pragma once
+
+#include <memory>
+
+#include "cli/options.h"
+#include "cli/terminal.h"
+#include "host/ap/docmanager.h"
+#include "host/ap/dynamiclinker.h"
+#include "host/ap/output.h"
+#include "host/lisp/lib/documentlisp.h"
+
+namespace cli {
+
+class Session final : private ap::Output {
+ public:
+  Session(Terminal& terminal, const RunOptions& options);
+  ~Session() override;
+
+  // Loads the plug-in beside the program, or the one named. A missing default plug-in is no failure.
+  // Exit code: kDone, or kUsage with the reason told.
+  int loadPlugIn();
+  // Opens the drawing named by the options, or a new one. Exit code: kDone, or kCannotRead with the reason told.
+  int openDrawing();
+
+  // Text queued for the document's command line runs now.
+  void runQueued();
+
+  Terminal& terminal() { return m_terminal; }
+  [[nodiscard]] ap::Document& document() const { return *m_manager->current(); }
+  lisp::Interpreter& lisp() { return lisplib::lispOf(document()).interpreter(); }
+  lisplib::DrawingHost& host() { return lisplib::lispOf(document()).host(); }
+  ap::DynamicLinker& linker() { return *m_linker; }
+
+ private:
+  void write(GcView text) override;
+
+  Terminal& m_terminal;
+  const RunOptions& m_options;
+  std::unique_ptr<ap::DynamicLinker> m_linker;
+  std::unique_ptr<lisplib::LispFitter> m_fitter;
+  std::unique_ptr<ap::DocumentManager> m_manager;
+};
+
+}  // namespace cli

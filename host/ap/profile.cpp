@@ -1,0 +1,59 @@
+#include "host/ap/profile.h"
+
+#include <cstdlib>
+#include <map>
+
+#include "host/ap/paths.h"
+#include "host/rx/text/utf.h"
+
+namespace ap {
+
+namespace {
+
+std::map<GcText, GcText>& entries() {
+  static auto* const all = new std::map<GcText, GcText>;
+  return *all;
+}
+
+}  // namespace
+
+bool profileEntry(GcView name, GcText& value) {
+  const auto known = entries().find(upperText(name));
+  if (known != entries().end()) {
+    value = known->second;
+    return true;
+  }
+  const char* process = std::getenv(gc::toUtf8(name).c_str());
+  if (process == nullptr) return false;
+  value = gc::fromUtf8(process);
+  return true;
+}
+
+void setProfileEntry(GcView name, GcView value) { entries()[upperText(name)] = value; }
+
+std::vector<GcText> supportPath() {
+  std::vector<GcText> folders;
+  GcText path;
+  if (!profileEntry(GC_T("ACAD"), path)) return folders;
+  for (size_t at = 0; at <= path.size();) {
+    const size_t end = std::min(path.find(GC_T(';'), at), path.size());
+    if (end > at) folders.push_back(path.substr(at, end - at));
+    at = end + 1;
+  }
+  return folders;
+}
+
+GcText findSupportFile(GcView name, GcView beside) {
+  if (name.empty()) return {};
+  if (fileExists(name)) return absolutePath(name);
+  if (isAbsolutePath(name)) return {};
+  std::vector<GcText> folders = supportPath();
+  if (!beside.empty()) folders.emplace(folders.begin(), beside);
+  for (const GcText& folder : folders) {
+    const GcText candidate = folder + GC_T("/") + GcText(name);
+    if (fileExists(candidate)) return absolutePath(candidate);
+  }
+  return {};
+}
+
+}  // namespace ap
