@@ -3,6 +3,7 @@
 #include "cli/exitcode.h"
 #include "host/ap/paths.h"
 #include "host/ap/profile.h"
+#include "host/ed/commandline.h"
 #include "host/rx/text/utf.h"
 
 namespace cli {
@@ -60,7 +61,7 @@ int Session::openDrawing() {
 
 void Session::runQueued() {
   GcText text;
-  while (document().takeQueuedText(text)) document().lisp()->evaluate(text);
+  while (document().takeQueuedText(text)) ed::editorOf(document()).commandLine().type(text);
 }
 
 }  // namespace cli

@@ -26,6 +26,8 @@ class LispSpace : public DocumentPart {
   virtual void forgetPlugIn(const void* plugIn) = 0;
   // Evaluates text as if typed at the command line.
   virtual void evaluate(GcView text) = 0;
+  // Runs the program's own command of this name (its function C:NAME). False when there is none.
+  virtual bool runCommand(GcView name) = 0;
   // Hands on what has been printed but lies in a buffer.
   virtual void flush() = 0;
 };

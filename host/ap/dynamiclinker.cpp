@@ -37,15 +37,13 @@ int PlugIn::send(GcRx::AppMsgCode message) {
   return answer;
 }
 
-DynamicLinker::DynamicLinker() : m_commandStack(std::make_unique<GcRxService>()) {
+DynamicLinker::DynamicLinker() {
   g_linker = this;
   gcrxSysRegistry()->atPut(GCRX_DYNAMIC_LINKER, this);
-  gcrxSysRegistry()->atPut(GCED_REGISTERED_COMMANDS, m_commandStack.get());
 }
 
 DynamicLinker::~DynamicLinker() {
   while (!m_plugIns.empty()) unload(m_plugIns.size() - 1);
-  gcrxSysRegistry()->remove(GCED_REGISTERED_COMMANDS);
   gcrxSysRegistry()->remove(GCRX_DYNAMIC_LINKER);
   g_linker = nullptr;
 }

@@ -34,7 +34,7 @@ class PlugIn {
 
 class DynamicLinker final : public GcRxDynamicLinker {
  public:
-  DynamicLinker();  // registers itself in the system registry, beside the stack of registered commands
+  DynamicLinker();  // registers itself in the system registry
   ~DynamicLinker() override;  // unloads every plug-in
 
   bool unlockApplication(void* packet) override;
@@ -62,7 +62,6 @@ class DynamicLinker final : public GcRxDynamicLinker {
   std::vector<std::unique_ptr<PlugIn>> m_plugIns;
   PlugIn* m_current = nullptr;
   GcText m_reason;
-  std::unique_ptr<GcRxService> m_commandStack;
 };
 
 // The one linker of the process; null before it is made and after it is gone.

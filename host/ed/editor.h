@@ -3,10 +3,15 @@
 
 #include <memory>
 
+#include "db/entity.h"
 #include "host/ap/document.h"
+#include "host/ed/editorview.h"
 #include "host/ed/selectionsets.h"
+#include "host/ed/variables/variables.h"
 
 namespace ed {
+
+class CommandLine;
 
 class Editor final : public ap::DocumentPart {
  public:
@@ -15,11 +20,56 @@ class Editor final : public ap::DocumentPart {
 
   [[nodiscard]] ap::Document& document() const { return m_document; }
   [[nodiscard]] GcDbDatabase& database() const { return *m_document.database(); }
+  [[nodiscard]] CommandLine& commandLine() const { return *m_commandLine; }
+
   SelectionSets& sets() { return m_sets; }
+  HeldSet& previousSet() { return m_previousSet; }  // what the last selection of a command was
+  HeldSet& pickedSet() { return m_pickedSet; }      // chosen before a command
+
+  SessionValues& sessionValues() { return m_sessionValues; }
+  int errorNumber = 0;  // the variable ERRNO
+  static constexpr int kMissedPick = 7;
+  static constexpr int kEnterPressed = 52;
+
+  // ---- spaces: the layout shown, and within a paper layout the viewport that is worked in
+  [[nodiscard]] const GcText& layout() const { return m_layout; }
+  [[nodiscard]] const GcText& lastPaperLayout() const { return m_lastPaperLayout; }
+  bool setLayout(GcView name);  // false when the drawing has none of this name
+  [[nodiscard]] bool inPaperLayout() const;
+  [[nodiscard]] bool inPaperSpace() const;  // paper itself, not model space through a viewport
+  [[nodiscard]] int viewportNumber() const;
+  bool setViewportNumber(int number);
+  [[nodiscard]] GcDbObjectId currentSpace() const;  // the block new entities go to
+  [[nodiscard]] GcDbExtents spaceExtents() const;   // of all entities of the current space
+  [[nodiscard]] std::vector<GcText> layoutNames() const;  // paper layouts, in the order of their tabs
+
+  EditorView& view() { return m_view; }
+  [[nodiscard]] const EditorView& view() const { return m_view; }
+  std::vector<EditorView>& earlierViews() { return m_earlierViews; }
+
+  [[nodiscard]] int commandActive() const;  // bits of CMDACTIVE
+  [[nodiscard]] GcText commandNames() const;
+
+  // What the next input function is asked for (initget); used once.
+  struct InputRules {
+    int bits = 0;
+    GcText keywords;
+  };
+  InputRules inputRules;
+  GcText lastKeyword;
 
  private:
   ap::Document& m_document;
   SelectionSets m_sets;
+  HeldSet m_previousSet{m_sets};
+  HeldSet m_pickedSet{m_sets};
+  SessionValues m_sessionValues;
+  EditorView m_view;
+  std::vector<EditorView> m_earlierViews;
+  GcText m_layout;
+  GcText m_lastPaperLayout;
+  int m_paperViewport = 1;
+  std::unique_ptr<CommandLine> m_commandLine;
 };
 
 // The editor of a document, and of the current one (which must exist).

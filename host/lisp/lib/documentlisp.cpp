@@ -58,6 +58,13 @@ void DocumentLisp::evaluate(GcView text) {
   static_cast<void>(m_interpreter.evalFormsFrom(text, GC_T("command line")));
 }
 
+bool DocumentLisp::runCommand(GcView name) {
+  const lisp::LispValue function = m_interpreter.variable(GcText(GC_T("C:")) + upperText(name));
+  if (!function) return false;
+  static_cast<void>(m_interpreter.call(function, {}, lisp::OnError::Report));
+  return true;
+}
+
 void DocumentLisp::flush() { m_interpreter.flush(); }
 
 LispFitter::LispFitter(const lisp::VmLimits& limits) {

@@ -20,6 +20,7 @@ class DocumentLisp final : public ap::LispSpace {
   bool registerFunction(int (*function)(), int code) override;
   void forgetPlugIn(const void* plugIn) override;
   void evaluate(GcView text) override;
+  bool runCommand(GcView name) override;
   void flush() override;
 
  private:

@@ -1,0 +1,12 @@
+// "Select objects:" as commands ask it.
+#pragma once
+
+#include "host/ed/command/command.h"
+
+namespace ed {
+
+// Entities named one by one, sets, picks, and the words All, Last, Previous, Window, Crossing, Fence, WPolygon, CPolygon,
+// Add, Remove, Group, SIngle … until Enter. Locked layers are kept out. The result becomes the previous set.
+Task<std::vector<GcDbObjectId>> selectObjects(CommandInput& in, const char* prompt = "\nSelect objects: ");
+
+}  // namespace ed

@@ -1,0 +1,197 @@
+#include "host/ed/commandline.h"
+
+#include "db/database.h"
+#include "host/ap/output.h"
+#include "host/db/core/undo.h"
+#include "host/ed/commandstack.h"
+#include "host/rx/text/utf.h"
+
+namespace ed {
+
+namespace {
+
+// Where the form that begins at `at` ends: behind its closing parenthesis, or at the end of the text.
+size_t endOfForm(GcView text, size_t at) {
+  int depth = 0;
+  bool inText = false;
+  for (; at < text.size(); ++at) {
+    const GCHAR unit = text[at];
+    if (inText) {
+      if (unit == GC_T('\\')) ++at;
+      inText = unit != GC_T('"');
+    } else if (unit == GC_T('"')) {
+      inText = true;
+    } else if (unit == GC_T(';')) {
+      at = std::min(text.find(GC_T('\n'), at), text.size() - 1);
+    } else if (unit == GC_T('(')) {
+      ++depth;
+    } else if (unit == GC_T(')') && --depth <= 0) {
+      return at + 1;
+    }
+  }
+  return text.size();
+}
+
+GcView withoutPrefixes(GcView typed, bool& global) {
+  for (; !typed.empty() && (typed[0] == GC_T('_') || typed[0] == GC_T('.') || typed[0] == GC_T('\''));
+       typed.remove_prefix(1))
+    global = global || typed[0] == GC_T('_');
+  return typed;
+}
+
+}  // namespace
+
+GcText CommandLine::runningName() const {
+  GcText names;
+  for (const auto& run : m_running) {
+    if (!names.empty()) names.push_back(GC_T('\''));
+    names += gc::fromUtf8(run->name());
+  }
+  return names;
+}
+
+FeedStatus CommandLine::start(GcView typed) {
+  bool global = false;
+  const GcView name = withoutPrefixes(typed, global);
+  if (const auto function = CommandStack::find(name, global)) {
+    beginGroup();
+    function();
+    endGroup();
+    return FeedStatus::Done;
+  }
+  const Command* command = findCommand(typed);
+  if (command == nullptr) {
+    ap::LispSpace* lisp = m_editor.document().lisp();
+    if (lisp != nullptr && lisp->runCommand(name)) return FeedStatus::Done;
+    ap::print(GC_T("\nUnknown command \"") + upperText(name) + GC_T("\".\n"));
+    return FeedStatus::Unknown;
+  }
+  beginGroup();
+  m_running.push_back(std::make_unique<CommandRun>(m_editor, *command));
+  m_running.back()->start();
+  if (m_running.back()->done()) finish();
+  return FeedStatus::Done;
+}
+
+void CommandLine::finish() {
+  m_running.pop_back();
+  endGroup();
+}
+
+FeedStatus CommandLine::feed(InputItem item) {
+  if (!isBusy()) {
+    if (item.kind == InputItem::Kind::Cancel || item.isEnter()) return FeedStatus::Done;
+    if (item.kind != InputItem::Kind::Text) return FeedStatus::Refused;
+    return start(item.text);
+  }
+  CommandRun& run = *m_running.back();
+  const bool cancels = item.kind == InputItem::Kind::Cancel;
+  run.feed(std::move(item));
+  const bool refused = run.refused();
+  if (run.done()) finish();
+  return cancels ? FeedStatus::Cancelled : refused ? FeedStatus::Refused : FeedStatus::Done;
+}
+
+void CommandLine::cancel() {
+  if (isBusy()) static_cast<void>(feed(InputItem::of(InputItem::Kind::Cancel)));
+}
+
+void CommandLine::cancelAll() {
+  while (isBusy()) cancel();
+}
+
+FeedStatus CommandLine::runWhole(std::vector<InputItem> items) {
+  if (items.empty() || items[0].kind != InputItem::Kind::Text || items[0].text.empty()) return FeedStatus::Unknown;
+  const size_t depth = m_running.size();
+  FeedStatus status = start(items[0].text);
+  if (status != FeedStatus::Done) return status;
+  bool succeeded = true;
+  for (size_t i = 1; i < items.size() && m_running.size() > depth; ++i) {
+    CommandRun& run = *m_running.back();
+    run.feed(std::move(items[i]));
+    if (run.refused()) status = FeedStatus::Refused;
+    if (!run.done()) continue;
+    succeeded = run.succeeded();
+    if (run.cancelled()) status = FeedStatus::Cancelled;
+    finish();
+  }
+  while (m_running.size() > depth) {
+    cancel();
+    status = FeedStatus::Cancelled;
+  }
+  return status == FeedStatus::Done && !succeeded ? FeedStatus::Refused : status;
+}
+
+void CommandLine::type(GcView text) {
+  for (size_t at = 0; at < text.size();) {
+    const Ask* question = isBusy() ? m_running.back()->question() : nullptr;
+    const bool wholeLine = question != nullptr && question->what == Ask::What::Line;
+    if (!wholeLine && text[at] == GC_T('(')) {
+      const size_t end = endOfForm(text, at);
+      m_editor.document().lisp()->evaluate(text.substr(at, end - at));
+      at = end;
+      if (at < text.size() && (text[at] == GC_T('\n') || text[at] == GC_T(' '))) ++at;
+      continue;
+    }
+    const size_t end = std::min(text.find_first_of(wholeLine ? GC_T("\r\n") : GC_T(" \t\r\n"), at), text.size());
+    static_cast<void>(feed(InputItem::ofText(text.substr(at, end - at))));
+    at = end < text.size() && text[end] == GC_T('\r') && end + 1 < text.size() && text[end + 1] == GC_T('\n') ? end + 2 : end + 1;
+  }
+}
+
+void CommandLine::rememberPoint(const GcGePoint3d& point) {
+  static_cast<void>(setVariable(m_editor, GC_T("LASTPOINT"), VariableValue::ofPoint(point.x, point.y, point.z)));
+}
+
+void CommandLine::beginGroup() {
+  ++m_groups;
+  m_editor.database().undo().beginGroup();
+}
+
+void CommandLine::endGroup() {
+  if (m_groups == 0) return;
+  --m_groups;
+  m_editor.database().undo().endGroup();
+}
+
+void CommandLine::beginNamedGroup() {
+  ++m_namedGroups;
+  beginGroup();
+}
+
+void CommandLine::endNamedGroup() {
+  if (m_namedGroups == 0) return;
+  --m_namedGroups;
+  endGroup();
+}
+
+void CommandLine::closeGroups() {
+  for (int i = 0; i < m_groups; ++i) m_editor.database().undo().endGroup();
+}
+
+void CommandLine::openGroups() {
+  for (int i = 0; i < m_groups; ++i) m_editor.database().undo().beginGroup();
+}
+
+int CommandLine::undo(int groups) {
+  closeGroups();
+  const int done = m_editor.database().undo().undo(groups);
+  openGroups();
+  return done;
+}
+
+int CommandLine::redo(int groups) {
+  closeGroups();
+  const int done = m_editor.database().undo().redo(groups);
+  openGroups();
+  return done;
+}
+
+bool CommandLine::undoToMark() {
+  closeGroups();
+  const bool marked = m_editor.database().undo().back();
+  openGroups();
+  return marked;
+}
+
+}  // namespace ed

@@ -1,0 +1,73 @@
+// Views: zoom, regeneration, redrawing.
+#include "host/ed/command/command.h"
+#include "host/ed/coordinates.h"
+#include "host/ed/views.h"
+
+namespace ed {
+
+namespace {
+
+using What = Ask::What;
+
+Task<bool> window(CommandInput& in, GcGePoint3d first) {
+  const Answer second = co_await in.ask(Ask(What::Point, "\nSpecify opposite corner: ").from(first));
+  if (!second.isPoint()) co_return false;
+  zoomWindow(in.editor(), first, second.point);
+  co_return true;
+}
+
+// "2x" times the view, "2xp" and plain numbers times the limits' view.
+bool zoomByText(Editor& editor, GcView text) {
+  const bool ofView = !text.empty() && gcLower(text.back()) == GC_T('x');
+  if (ofView) text.remove_suffix(1);
+  double factor = 0;
+  if (!parseFactor(text, factor)) return false;
+  zoomScale(editor, factor, ofView);
+  return true;
+}
+
+Task<bool> zoom(CommandInput& in) {
+  Editor& editor = in.editor();
+  Ask ask(What::Point, "\nSpecify corner of window, enter a scale factor (nX or nXP), or [All/Center/Extents/Previous/Scale/Window/Object]: ");
+  ask.words("All Center Dynamic Extents Previous Scale Window Object Left").anyText = true;
+  const Answer answer = co_await in.ask(ask);
+  if (answer.isPoint()) co_return co_await window(in, answer.point);
+  if (answer.kind == Answer::Kind::Text) co_return zoomByText(editor, answer.text);
+  if (answer.isKeyword("Extents") || answer.isKeyword("All") || answer.isKeyword("Object")) {
+    zoomExtents(editor);
+  } else if (answer.isKeyword("Previous")) {
+    zoomPrevious(editor);
+  } else if (answer.isKeyword("Window")) {
+    const Answer first = co_await in.ask(Ask(What::Point, "\nSpecify first corner: "));
+    if (first.isPoint()) co_return co_await window(in, first.point);
+  } else if (answer.isKeyword("Scale")) {
+    const Answer factor = co_await in.ask(Ask(What::Word, "\nEnter a scale factor (nX or nXP): "));
+    co_return zoomByText(editor, factor.text);
+  } else if (answer.isKeyword("Center")) {
+    const Answer center = co_await in.ask(Ask(What::Point, "\nSpecify center point: "));
+    const Answer height = co_await in.ask(Ask(What::Word, "\nEnter magnification or height: "));
+    if (!center.isPoint()) co_return false;
+    const bool factor = !height.text.empty() && gcLower(height.text.back()) == GC_T('x');
+    double value = 0;
+    const GcView digits = factor ? GcView(height.text).substr(0, height.text.size() - 1) : GcView(height.text);
+    if (!parseFactor(digits, value)) value = editor.view().height;
+    zoomCenter(editor, center.point, factor ? editor.view().height / value : value);
+  }
+  co_return true;
+}
+
+Task<bool> nothingToDraw(CommandInput&) { co_return true; }
+
+constexpr Command kCommands[] = {
+    {"ZOOM", "Z", zoom},
+    {"REGEN", "RE", nothingToDraw},
+    {"REGENALL", "REA", nothingToDraw},
+    {"REDRAW", "R", nothingToDraw},
+    {"REDRAWALL", "RA", nothingToDraw},
+};
+
+}  // namespace
+
+std::span<const Command> viewCommands() { return kCommands; }
+
+}  // namespace ed

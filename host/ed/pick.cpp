@@ -1,0 +1,79 @@
+#include "host/ed/pick.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/ed/coordinates.h"
+#include "host/ed/strokes.h"
+
+namespace ed {
+
+namespace {
+
+constexpr double kScreenPixels = 1080;
+
+struct Flat {
+  double x, y;
+};
+
+Flat flat(const GcGeMatrix3d& toDisplay, const GcGePoint3d& world) {
+  const GcGePoint3d at = toDisplay * world;
+  return {at.x, at.y};
+}
+
+// Distance from a point to a segment; the point itself is the origin.
+double distanceTo(Flat a, Flat b) {
+  const double dx = b.x - a.x;
+  const double dy = b.y - a.y;
+  const double square = dx * dx + dy * dy;
+  const double t = square == 0 ? 0 : std::clamp(-(a.x * dx + a.y * dy) / square, 0.0, 1.0);
+  return std::hypot(a.x + t * dx, a.y + t * dy);
+}
+
+bool contains(const std::vector<Flat>& corners) {
+  bool inside = false;
+  for (size_t i = 0, j = corners.size() - 1; i < corners.size(); j = i++) {
+    const Flat a = corners[i];
+    const Flat b = corners[j];
+    if ((a.y > 0) != (b.y > 0) && 0 < (b.x - a.x) * -a.y / (b.y - a.y) + a.x) inside = !inside;
+  }
+  return inside;
+}
+
+bool passes(const Stroke& stroke, const GcGeMatrix3d& toDisplay, Flat at, double reach) {
+  std::vector<Flat> points;
+  for (const GcGePoint3d& point : stroke.points) {
+    const Flat f = flat(toDisplay, point);
+    points.push_back({f.x - at.x, f.y - at.y});
+  }
+  if (points.size() == 1) return std::hypot(points[0].x, points[0].y) <= reach;
+  for (size_t i = 1; i < points.size(); ++i)
+    if (distanceTo(points[i - 1], points[i]) <= reach) return true;
+  if (points.size() < 3) return false;
+  if (stroke.closed && distanceTo(points.back(), points[0]) <= reach) return true;
+  return stroke.filled && contains(points);
+}
+
+}  // namespace
+
+GcDbObjectId entityAt(Editor& editor, const GcGePoint3d& user) {
+  const GcGeMatrix3d toDisplay = displayToWorld(editor).inverse();
+  const Flat at = flat(toDisplay, ucsToWorld(editor) * user);
+  const double pixel = editor.view().height / kScreenPixels;
+  const double reach = std::max(integerVariable(editor, "PICKBOX"), 1) * pixel;
+  GcDbBlockTableRecord* space = nullptr;
+  if (gcdbOpenObject(space, editor.currentSpace(), GcDb::kForRead) != Gcad::eOk) return {};
+  GcDbObjectId found;
+  const GcDbObjectIdArray& ids = space->entities();
+  for (int i = ids.length(); i-- > 0 && found.isNull();) {
+    GcDbEntity* entity = nullptr;
+    if (gcdbOpenObject(entity, ids[i], GcDb::kForRead) != Gcad::eOk) continue;
+    for (const Stroke& stroke : strokesOf(*entity, pixel))
+      if (passes(stroke, toDisplay, at, reach)) found = ids[i];
+    ignore(entity->close());
+  }
+  ignore(space->close());
+  return found;
+}
+
+}  // namespace ed

@@ -1,0 +1,121 @@
+#include "host/ed/strokes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "db/objectid.h"
+#include "host/rx/view.h"
+
+namespace ed {
+
+namespace {
+
+constexpr double kTurn = 2 * std::numbers::pi;
+constexpr double kFar = 1e7;  // how long rays and construction lines are drawn
+constexpr int kMostNested = 100;
+constexpr int kBezierPieces = 16;
+
+class Collector final : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+ public:
+  Collector(std::vector<Stroke>& strokes, double deviation) : m_strokes(strokes), m_deviation(deviation) {}
+
+  GcGiGeometry& geometry() override { return *this; }
+  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
+  [[nodiscard]] double deviation() const override { return m_deviation; }
+  void draw(GcGiDrawable* drawable) override {
+    if (m_depth > kMostNested) return;
+    ++m_depth;
+    drawable->subWorldDraw(this);
+    --m_depth;
+  }
+
+ private:
+  void add(int count, const GcGePoint3d* points, bool closed, bool filled) {
+    Stroke& stroke = m_strokes.emplace_back();
+    stroke.closed = closed;
+    stroke.filled = filled;
+    for (int i = 0; i < count; ++i)
+      stroke.points.push_back(m_transforms.empty() ? points[i] : m_transforms.back() * points[i]);
+  }
+  void pushModelTransform(const GcGeMatrix3d& toParent) override {
+    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
+  }
+  void popModelTransform() override { m_transforms.pop_back(); }
+  void polyline(int count, const GcGePoint3d* points, bool closed) override { add(count, points, closed, false); }
+  void polygon(int count, const GcGePoint3d* points) override { add(count, points, true, true); }
+  void polyPolygon(int loopCount, const int* pointCounts, const GcGePoint3d* points) override {
+    for (int loop = 0; loop < loopCount; points += pointCounts[loop++]) add(pointCounts[loop], points, true, true);
+  }
+  void circle(const GcGePoint3d& center, double radius, const GcGeVector3d& normal) override {
+    circularArc(center, radius, normal, gcgeArbitraryXAxis(normal), kTurn);
+  }
+  void circularArc(const GcGePoint3d& center, double radius, const GcGeVector3d& normal, const GcGeVector3d& start,
+                   double sweepRad) override {
+    const double ratio = radius > 0 ? std::clamp(1 - m_deviation / radius, -1.0, 1.0) : 1;
+    const double step = std::clamp(2 * std::acos(ratio), kTurn / 720, kTurn / 16);
+    const int pieces = std::max(1, static_cast<int>(std::ceil(std::fabs(sweepRad) / step)));
+    const GcGeVector3d x = start.normal() * radius;
+    const GcGeVector3d y = normal.normal().crossProduct(x);
+    std::vector<GcGePoint3d> points;
+    for (int i = 0; i <= pieces; ++i) {
+      const double angle = sweepRad * i / pieces;
+      points.push_back(center + x * std::cos(angle) + y * std::sin(angle));
+    }
+    add(static_cast<int>(points.size()), points.data(), false, false);
+  }
+  // The box of the text: as wide as its letters are on average.
+  void text(const GcGePoint3d& position, const GcGeVector3d& normal, const GcGeVector3d& direction, const GCHAR* text,
+            const GcGiTextStyle& style) override {
+    const auto letters = static_cast<double>(view(text).size());
+    const GcGeVector3d along = direction.normal() * (letters * style.height * style.widthFactor * 0.8);
+    const GcGeVector3d up = normal.normal().crossProduct(direction.normal()) * style.height;
+    const GcGePoint3d box[] = {position, position + along, position + along + up, position + up};
+    add(4, box, true, true);
+  }
+  void xline(const GcGePoint3d& point, const GcGeVector3d& direction) override {
+    const GcGePoint3d ends[] = {point + direction.normal() * -kFar, point + direction.normal() * kFar};
+    add(2, ends, false, false);
+  }
+  void ray(const GcGePoint3d& point, const GcGeVector3d& direction) override {
+    const GcGePoint3d ends[] = {point, point + direction.normal() * kFar};
+    add(2, ends, false, false);
+  }
+  void bezier(int count, const GcGePoint3d* points) override {
+    std::vector<GcGePoint3d> curve;
+    for (int first = 0; first + 3 < count; first += 3) {
+      for (int i = first == 0 ? 0 : 1; i <= kBezierPieces; ++i) {
+        const double t = static_cast<double>(i) / kBezierPieces;
+        const double s = 1 - t;
+        const GcGeVector3d at = points[first].asVector() * (s * s * s) + points[first + 1].asVector() * (3 * s * s * t) +
+                                points[first + 2].asVector() * (3 * s * t * t) + points[first + 3].asVector() * (t * t * t);
+        curve.push_back({at.x, at.y, at.z});
+      }
+    }
+    add(static_cast<int>(curve.size()), curve.data(), false, false);
+  }
+
+  void setColor(const GcCmEntityColor&) override {}
+  void setLayer(const GcDbObjectId&) override {}
+  void setLineType(const GcDbObjectId&) override {}
+  void setLineTypeScale(double) override {}
+  void setLineWeight(int) override {}
+  void setFill(bool) override {}
+  void setGradient(const GcGiGradient*) override {}
+
+  std::vector<Stroke>& m_strokes;
+  std::vector<GcGeMatrix3d> m_transforms;
+  double m_deviation;
+  int m_depth = 0;
+};
+
+}  // namespace
+
+std::vector<Stroke> strokesOf(GcDbEntity& entity, double deviation) {
+  std::vector<Stroke> strokes;
+  Collector collector(strokes, deviation);
+  entity.subWorldDraw(&collector);
+  return strokes;
+}
+
+}  // namespace ed

@@ -1,0 +1,127 @@
+// Variables kept in the drawing as header settings. Those whose range or read-only state matters stand here; the
+// rest of the header needs no rows.
+#include "host/ed/variables/rows.h"
+
+namespace ed {
+
+namespace {
+
+constexpr VariableKind kInt = VariableKind::Integer;
+constexpr VariableKind kReal = VariableKind::Real;
+constexpr VariableKind kText = VariableKind::Text;
+constexpr VariableKind kPoint2d = VariableKind::Point2d;
+constexpr VariableKind kPoint3d = VariableKind::Point3d;
+constexpr Keep kHeader = Keep::Header;
+constexpr double kLarge = 1e300;
+
+const VariableRow kRows[] = {
+    {"ANGBASE", kReal, kHeader, "0"},
+    {"ANGDIR", kInt, kHeader, "0", 0, 1},
+    {"ATTMODE", kInt, kHeader, "1", 0, 2},
+    {"AUNITS", kInt, kHeader, "0", 0, 4},
+    {"AUPREC", kInt, kHeader, "0", 0, 8},
+    {"CHAMFERA", kReal, kHeader, "0", 0, kLarge},
+    {"CHAMFERB", kReal, kHeader, "0", 0, kLarge},
+    {"CHAMFERC", kReal, kHeader, "0", 0, kLarge},
+    {"CHAMFERD", kReal, kHeader, "0"},
+    {"CMLJUST", kInt, kHeader, "0", 0, 2},
+    {"CMLSCALE", kReal, kHeader, "20"},
+    {"DIMADEC", kInt, kHeader, "0", -1, 8},
+    {"DIMALT", kInt, kHeader, "0", 0, 1},
+    {"DIMALTD", kInt, kHeader, "3", 0, 8},
+    {"DIMALTF", kReal, kHeader, "0.03937007874016"},
+    {"DIMAPOST", kText, kHeader, ""},
+    {"DIMASO", kInt, kHeader, "1", 0, 1},
+    {"DIMASZ", kReal, kHeader, "2.5", 0, kLarge},
+    {"DIMATFIT", kInt, kHeader, "3", 0, 3},
+    {"DIMAUNIT", kInt, kHeader, "0", 0, 4},
+    {"DIMAZIN", kInt, kHeader, "0", 0, 3},
+    {"DIMCEN", kReal, kHeader, "2.5"},
+    {"DIMCLRD", kInt, kHeader, "0", 0, 256},
+    {"DIMCLRE", kInt, kHeader, "0", 0, 256},
+    {"DIMCLRT", kInt, kHeader, "0", 0, 256},
+    {"DIMDEC", kInt, kHeader, "2", 0, 8},
+    {"DIMDLE", kReal, kHeader, "0"},
+    {"DIMDLI", kReal, kHeader, "3.75"},
+    {"DIMEXE", kReal, kHeader, "1.25"},
+    {"DIMEXO", kReal, kHeader, "0.625"},
+    {"DIMGAP", kReal, kHeader, "0.625"},
+    {"DIMLFAC", kReal, kHeader, "1"},
+    {"DIMLUNIT", kInt, kHeader, "2", 1, 6},
+    {"DIMPOST", kText, kHeader, ""},
+    {"DIMRND", kReal, kHeader, "0"},
+    {"DIMSCALE", kReal, kHeader, "1", 0, kLarge},
+    {"DIMTAD", kInt, kHeader, "1", 0, 4},
+    {"DIMTXT", kReal, kHeader, "2.5", 1e-300, kLarge},
+    {"DIMTIH", kInt, kHeader, "0", 0, 1},
+    {"DIMTOH", kInt, kHeader, "0", 0, 1},
+    {"DIMTSZ", kReal, kHeader, "0"},
+    {"DIMZIN", kInt, kHeader, "8", 0, 15},
+    {"ELEVATION", kReal, kHeader, "0"},
+    {"FILLETRAD", kReal, kHeader, "0", 0, kLarge},
+    {"FILLMODE", kInt, kHeader, "1", 0, 1},
+    {"HYPERLINKBASE", kText, kHeader, ""},
+    {"INSBASE", kPoint3d, kHeader, "0,0,0"},
+    {"INSUNITS", kInt, kHeader, "4", 0, 24},
+    {"LIMCHECK", kInt, kHeader, "0", 0, 1},
+    {"LIMMAX", kPoint2d, kHeader, "420,297"},
+    {"LIMMIN", kPoint2d, kHeader, "0,0"},
+    {"LTSCALE", kReal, kHeader, "1", 1e-300, kLarge},
+    {"LUNITS", kInt, kHeader, "2", 1, 5},
+    {"LUPREC", kInt, kHeader, "4", 0, 8},
+    {"LWDISPLAY", kInt, kHeader, "0", 0, 1},
+    {"MAXACTVP", kInt, kHeader, "64", 2, 64},
+    {"MEASUREMENT", kInt, kHeader, "1", 0, 1},
+    {"MENU", kText, kHeader, "."},
+    {"MIRRTEXT", kInt, kHeader, "0", 0, 1},
+    {"ORTHOMODE", kInt, kHeader, "0", 0, 1},
+    {"PDMODE", kInt, kHeader, "0", 0, 100},
+    {"PDSIZE", kReal, kHeader, "0"},
+    {"PELEVATION", kReal, kHeader, "0"},
+    {"PLIMCHECK", kInt, kHeader, "0", 0, 1},
+    {"PLINEGEN", kInt, kHeader, "0", 0, 1},
+    {"PLINEWID", kReal, kHeader, "0", 0, kLarge},
+    {"PROXYGRAPHICS", kInt, kHeader, "1", 0, 1},
+    {"PSLTSCALE", kInt, kHeader, "1", 0, 1},
+    {"PSTYLEMODE", kInt, kHeader, "1", 0, 1, true},
+    {"PUCSBASE", kText, kHeader, ""},
+    {"QTEXTMODE", kInt, kHeader, "0", 0, 1},
+    {"REGENMODE", kInt, kHeader, "1", 0, 1},
+    {"SHADEDGE", kInt, kHeader, "3", 0, 3},
+    {"SHADEDIF", kInt, kHeader, "70", 0, 100},
+    {"SKETCHINC", kReal, kHeader, "1"},
+    {"SKPOLY", kInt, kHeader, "0", 0, 2},
+    {"SPLFRAME", kInt, kHeader, "0", 0, 1},
+    {"SPLINESEGS", kInt, kHeader, "8", -32768, 32767},
+    {"SPLINETYPE", kInt, kHeader, "6", 5, 6},
+    {"SURFTAB1", kInt, kHeader, "6", 2, 32766},
+    {"SURFTAB2", kInt, kHeader, "6", 2, 32766},
+    {"SURFTYPE", kInt, kHeader, "6", 5, 8},
+    {"SURFU", kInt, kHeader, "6", 0, 200},
+    {"SURFV", kInt, kHeader, "6", 0, 200},
+    {"TEXTQLTY", kInt, kHeader, "50", 0, 100},
+    {"TEXTSIZE", kReal, kHeader, "2.5", 1e-300, kLarge},
+    {"THICKNESS", kReal, kHeader, "0"},
+    {"TRACEWID", kReal, kHeader, "1"},
+    {"TREEDEPTH", kInt, kHeader, "3020", -32768, 32767},
+    {"UCSBASE", kText, kHeader, ""},
+    {"UNITMODE", kInt, kHeader, "0", 0, 1},
+    {"USERI1", kInt, kHeader, "0"},
+    {"USERI2", kInt, kHeader, "0"},
+    {"USERI3", kInt, kHeader, "0"},
+    {"USERI4", kInt, kHeader, "0"},
+    {"USERI5", kInt, kHeader, "0"},
+    {"USERR1", kReal, kHeader, "0"},
+    {"USERR2", kReal, kHeader, "0"},
+    {"USERR3", kReal, kHeader, "0"},
+    {"USERR4", kReal, kHeader, "0"},
+    {"USERR5", kReal, kHeader, "0"},
+    {"VISRETAIN", kInt, kHeader, "1", 0, 1},
+    {"XEDIT", kInt, kHeader, "1", 0, 1},
+};
+
+}  // namespace
+
+std::span<const VariableRow> headerRows() { return kRows; }
+
+}  // namespace ed

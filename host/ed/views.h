@@ -1,0 +1,18 @@
+// Changes of what the screen shows. Points are user coordinates.
+#pragma once
+
+#include "host/ed/editor.h"
+
+namespace ed {
+
+void zoomWindow(Editor& editor, const GcGePoint3d& a, const GcGePoint3d& b);
+void zoomCenter(Editor& editor, const GcGePoint3d& center, double height);
+// The whole of the current space; an empty one shows the drawing's limits.
+void zoomExtents(Editor& editor);
+// `ofView`: times the present magnification; else times the one that shows the limits.
+void zoomScale(Editor& editor, double factor, bool ofView);
+void zoomPrevious(Editor& editor);
+
+[[nodiscard]] bool parseFactor(GcView text, double& factor);  // positive
+
+}  // namespace ed
