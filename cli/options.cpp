@@ -61,7 +61,9 @@ void addRun(CLI::App& app, RunOptions& run, RunParser& parser) {
                            ->allow_extra_args(false);
   sub.add_option("-d,--drawing", run.drawing, "Drawing to open (DXF or DWG); default: a new one")->type_name("FILE");
   sub.add_option("-s,--save", run.save, "Save at the end, format by extension")->type_name("FILE");
-  sub.add_option("--as", run.saveAs, "Version to save as")->type_name("VERSION")->check(CLI::IsMember(kVersions, CLI::ignore_case));
+  sub.add_option("--as", run.saveAs, "Version to save as")
+      ->type_name("VERSION")
+      ->check(CLI::IsMember(kVersions, CLI::ignore_case));
   sub.add_option("-i,--input", run.input, "Answers to prompts; - is standard input")->type_name("FILE");
   sub.add_flag("--in-place", run.inPlace, "Save over the drawing that was opened");
   sub.add_flag("--backup", run.backup, "Keep what a save replaces as .bak");
@@ -94,7 +96,8 @@ void addOthers(CLI::App& app, Options& options) {
   plot.add_option("file", options.plot.file, "DXF or DWG")->type_name("FILE")->required();
   plot.add_option("-o,--out", options.plot.out, "Picture, format by extension (.svg)")->type_name("FILE")->required();
   CLI::Option* layout = plot.add_option("--layout", options.plot.layout, "Layout; default: Model")->type_name("NAME");
-  plot.add_flag("--all-layouts", options.plot.allLayouts, "Every layout, its name added to the file's")->excludes(layout);
+  plot.add_flag("--all-layouts", options.plot.allLayouts, "Every layout, its name added to the file's")
+      ->excludes(layout);
   plot.add_option("--size", options.plot.size, "Page in millimetres (297x210) or a paper name (A3)")->type_name("SIZE");
   plot.add_option("--background", options.plot.background, "white, black, none or #rrggbb")->type_name("COLOUR");
   plot.add_flag("-f,--force", options.plot.force, "Overwrite an existing picture");

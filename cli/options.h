@@ -32,8 +32,8 @@ struct RunOptions {
   bool backup = false;
   bool force = false;
   bool dryRun = false;
-  double timeLimitS = 0;      // 0: none
-  double memoryLimitMB = 0;   // 0: none
+  double timeLimitS = 0;     // 0: none
+  double memoryLimitMB = 0;  // 0: none
   bool json = false;
 };
 

@@ -41,7 +41,8 @@ void Terminal::write(std::string_view bytes) {
 void Terminal::flush() {
   std::string_view rest = m_buffer;
   while (!rest.empty() && m_good) {
-    const auto written = ::GC_FD(write)(m_output, rest.data(), static_cast<unsigned>(std::min(rest.size(), size_t{1} << 30)));
+    const auto written =
+        ::GC_FD(write)(m_output, rest.data(), static_cast<unsigned>(std::min(rest.size(), size_t{1} << 30)));
     if (written <= 0)
       m_good = false;
     else

@@ -12,12 +12,12 @@ GcRxClass* classOf(const GCHAR* name) {
 
 }  // namespace
 
-#define GC_AP_CLASS(Class, name)                                                 \
-  GcRxClass* Class::desc() {                                                     \
-    static GcRxClass* const descriptor = (GcRxObject::desc(), classOf(name));    \
-    return descriptor;                                                           \
-  }                                                                              \
-  GcRxClass* Class::isA() const { return desc(); }                               \
+#define GC_AP_CLASS(Class, name)                                              \
+  GcRxClass* Class::desc() {                                                  \
+    static GcRxClass* const descriptor = (GcRxObject::desc(), classOf(name)); \
+    return descriptor;                                                        \
+  }                                                                           \
+  GcRxClass* Class::isA() const { return desc(); }                            \
   void Class::rxInit() { desc(); }
 GC_AP_CLASS(GcApDocManagerReactor, GC_T("AcApDocManagerReactor"))
 GC_AP_CLASS(GcApDocument, GC_T("AcApDocument"))

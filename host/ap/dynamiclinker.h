@@ -34,7 +34,7 @@ class PlugIn {
 
 class DynamicLinker final : public GcRxDynamicLinker {
  public:
-  DynamicLinker();  // registers itself in the system registry
+  DynamicLinker();            // registers itself in the system registry
   ~DynamicLinker() override;  // unloads every plug-in
 
   bool unlockApplication(void* packet) override;

@@ -19,8 +19,13 @@ LocalTime localNow() {
 #else
   localtime_r(&seconds, &parts);
 #endif
-  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-          parts.tm_hour,        parts.tm_min,     parts.tm_sec,  static_cast<int>(sinceEpoch % 1000)};
+  return {parts.tm_year + 1900,
+          parts.tm_mon + 1,
+          parts.tm_mday,
+          parts.tm_hour,
+          parts.tm_min,
+          parts.tm_sec,
+          static_cast<int>(sinceEpoch % 1000)};
 }
 
 // Source: the calendar's civil-day count (proleptic Gregorian), day 2440588 being 1 January 1970.

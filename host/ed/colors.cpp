@@ -52,8 +52,8 @@ bool parseColor(GcView text, GcCmColor& color) {
 GcText colorText(const GcCmColor& color) {
   if (color.isByLayer()) return GC_T("BYLAYER");
   if (color.isByBlock()) return GC_T("BYBLOCK");
-  const std::string text = color.isByColor() ? "RGB:" + std::to_string(color.red()) + "," + std::to_string(color.green()) +
-                                                   "," + std::to_string(color.blue())
+  const std::string text = color.isByColor() ? "RGB:" + std::to_string(color.red()) + "," +
+                                                   std::to_string(color.green()) + "," + std::to_string(color.blue())
                                              : std::to_string(color.colorIndex());
   return gc::fromUtf8(text);
 }

@@ -135,7 +135,8 @@ void CommandLine::type(GcView text) {
     }
     const size_t end = std::min(text.find_first_of(wholeLine ? GC_T("\r\n") : GC_T(" \t\r\n"), at), text.size());
     static_cast<void>(feed(InputItem::ofText(text.substr(at, end - at))));
-    at = end < text.size() && text[end] == GC_T('\r') && end + 1 < text.size() && text[end + 1] == GC_T('\n') ? end + 2 : end + 1;
+    at = end < text.size() && text[end] == GC_T('\r') && end + 1 < text.size() && text[end + 1] == GC_T('\n') ? end + 2
+                                                                                                              : end + 1;
   }
 }
 

@@ -10,9 +10,9 @@
 namespace ed {
 
 enum class FeedStatus : uint8_t {
-  Done,       // the item was taken
-  Refused,    // it was no answer to the question
-  Unknown,    // no such command
+  Done,     // the item was taken
+  Refused,  // it was no answer to the question
+  Unknown,  // no such command
   Cancelled,
 };
 

@@ -56,8 +56,7 @@ GcGeMatrix3d displayToWorld(const Editor& editor) {
   return plane * twist;
 }
 
-GcGePoint3d transformed(const GcGePoint3d& point, const GcGeMatrix3d& from, const GcGeMatrix3d& to,
-                        bool displacement) {
+GcGePoint3d transformed(const GcGePoint3d& point, const GcGeMatrix3d& from, const GcGeMatrix3d& to, bool displacement) {
   if (!displacement) return to.inverse() * (from * point);
   const GcGeVector3d moved = to.inverse() * (from * point.asVector());
   return {moved.x, moved.y, moved.z};

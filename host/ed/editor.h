@@ -39,8 +39,8 @@ class Editor final : public ap::DocumentPart {
   [[nodiscard]] bool inPaperSpace() const;  // paper itself, not model space through a viewport
   [[nodiscard]] int viewportNumber() const;
   bool setViewportNumber(int number);
-  [[nodiscard]] GcDbObjectId currentSpace() const;  // the block new entities go to
-  [[nodiscard]] GcDbExtents spaceExtents() const;   // of all entities of the current space
+  [[nodiscard]] GcDbObjectId currentSpace() const;        // the block new entities go to
+  [[nodiscard]] GcDbExtents spaceExtents() const;         // of all entities of the current space
   [[nodiscard]] std::vector<GcText> layoutNames() const;  // paper layouts, in the order of their tabs
 
   EditorView& view() { return m_view; }

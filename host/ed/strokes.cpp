@@ -87,8 +87,9 @@ class Collector final : public GcGiWorldDraw, private GcGiGeometry, private GcGi
       for (int i = first == 0 ? 0 : 1; i <= kBezierPieces; ++i) {
         const double t = static_cast<double>(i) / kBezierPieces;
         const double s = 1 - t;
-        const GcGeVector3d at = points[first].asVector() * (s * s * s) + points[first + 1].asVector() * (3 * s * s * t) +
-                                points[first + 2].asVector() * (3 * s * t * t) + points[first + 3].asVector() * (t * t * t);
+        const GcGeVector3d at =
+            points[first].asVector() * (s * s * s) + points[first + 1].asVector() * (3 * s * s * t) +
+            points[first + 2].asVector() * (3 * s * t * t) + points[first + 3].asVector() * (t * t * t);
         curve.push_back({at.x, at.y, at.z});
       }
     }

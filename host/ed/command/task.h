@@ -63,11 +63,7 @@ class [[nodiscard]] Task {
 
   void run() { m_coroutine.resume(); }
   [[nodiscard]] bool done() const { return !m_coroutine || m_coroutine.done(); }
-  [[nodiscard]] const T& result() const
-    requires(!std::is_void_v<T>)
-  {
-    return m_coroutine.promise().value;
-  }
+  [[nodiscard]] const T& result() const requires(!std::is_void_v<T>) { return m_coroutine.promise().value; }
 
   // Awaiting.
   [[nodiscard]] bool await_ready() const noexcept { return done(); }

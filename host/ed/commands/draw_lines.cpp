@@ -16,7 +16,8 @@ Task<bool> line(CommandInput& in) {
   if (!first.isPoint()) co_return false;
   points.push_back(first.point);
   for (;;) {
-    const char* prompt = points.size() > 2 ? "\nSpecify next point or [Close/Undo]: " : "\nSpecify next point or [Undo]: ";
+    const char* prompt =
+        points.size() > 2 ? "\nSpecify next point or [Close/Undo]: " : "\nSpecify next point or [Undo]: ";
     const Answer next = co_await in.ask(Ask(What::Point, prompt).from(points.back()).words("Undo Close"));
     if (next.isPoint()) {
       drawn.push_back(appendWithDefaults(in.editor(), new GcDbLine(in.toWorld(points.back()), in.toWorld(next.point))));

@@ -38,7 +38,8 @@ GcGeVector3d displacement(CommandInput& in, const GcGePoint3d& base, const Answe
 Task<bool> move(CommandInput& in) {
   const std::vector<GcDbObjectId> ids = co_await selectObjects(in);
   if (ids.empty()) co_return false;
-  const Answer base = co_await in.ask(Ask(What::Point, "\nSpecify base point or [Displacement]: ").words("Displacement"));
+  const Answer base =
+      co_await in.ask(Ask(What::Point, "\nSpecify base point or [Displacement]: ").words("Displacement"));
   if (!base.isPoint()) co_return false;
   const Answer second = co_await in.ask(Ask(What::Point, "\nSpecify second point: ").from(base.point));
   GcGeMatrix3d matrix;

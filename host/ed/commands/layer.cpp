@@ -69,7 +69,8 @@ Task<bool> askColor(CommandInput& in) {
 Task<bool> askLinetype(CommandInput& in) {
   const GcText type = (co_await in.ask(Ask(What::Word, "\nEnter loaded linetype name: "))).text;
   const GcText names = orCurrent(in, co_await askNames(in, "\nEnter name list of layer(s): "));
-  const GcDbObjectId id = recordNamed(in.database().linetypeTableId(), type.empty() ? GcView(GC_T("Continuous")) : GcView(type));
+  const GcDbObjectId id =
+      recordNamed(in.database().linetypeTableId(), type.empty() ? GcView(GC_T("Continuous")) : GcView(type));
   if (id.isNull()) {
     in.tell("\nLinetype not found.\n");
     co_return false;
@@ -98,10 +99,12 @@ struct Switch {
 constexpr Switch kSwitches[] = {
     {"ON", "\nEnter name list of layer(s) to turn on: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsOff(false)); }},
     {"OFF", "\nEnter name list of layer(s) to turn off: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsOff(true)); }},
-    {"Freeze", "\nEnter name list of layer(s) to freeze: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsFrozen(true)); }},
+    {"Freeze",
+     "\nEnter name list of layer(s) to freeze: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsFrozen(true)); }},
     {"Thaw", "\nEnter name list of layer(s) to thaw: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsFrozen(false)); }},
     {"LOck", "\nEnter name list of layer(s) to lock: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsLocked(true)); }},
-    {"Unlock", "\nEnter name list of layer(s) to unlock: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsLocked(false)); }},
+    {"Unlock",
+     "\nEnter name list of layer(s) to unlock: ", [](GcDbLayerTableRecord& l) { ignore(l.setIsLocked(false)); }},
 };
 
 Task<bool> layer(CommandInput& in) {

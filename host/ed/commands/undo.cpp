@@ -22,8 +22,9 @@ Task<bool> redo(CommandInput& in) {
 }
 
 Task<bool> control(CommandInput& in) {
-  const Answer answer = co_await in.ask(Ask(What::Keyword, "\nEnter an undo control option [All/None/One/Combine/Layer]: ")
-                                            .words("All None One Combine Layer"));
+  const Answer answer =
+      co_await in.ask(Ask(What::Keyword, "\nEnter an undo control option [All/None/One/Combine/Layer]: ")
+                          .words("All None One Combine Layer"));
   if (answer.isKeyword("None"))
     in.database().undo().setOn(false);
   else if (answer.isKeyword("All"))
@@ -33,10 +34,10 @@ Task<bool> control(CommandInput& in) {
 
 Task<bool> undo(CommandInput& in) {
   CommandLine& line = in.editor().commandLine();
-  const Answer answer =
-      co_await in.ask(Ask(What::Integer, "\nEnter the number of operations to undo or [Auto/Control/BEgin/End/Mark/Back]: ")
-                          .words("Auto Control BEgin Group End Mark Back")
-                          .positive());
+  const Answer answer = co_await in.ask(
+      Ask(What::Integer, "\nEnter the number of operations to undo or [Auto/Control/BEgin/End/Mark/Back]: ")
+          .words("Auto Control BEgin Group End Mark Back")
+          .positive());
   if (answer.kind == Answer::Kind::Number) {
     static_cast<void>(line.undo(static_cast<int>(answer.number)));
   } else if (answer.isNone()) {

@@ -28,7 +28,9 @@ bool zoomByText(Editor& editor, GcView text) {
 
 Task<bool> zoom(CommandInput& in) {
   Editor& editor = in.editor();
-  Ask ask(What::Point, "\nSpecify corner of window, enter a scale factor (nX or nXP), or [All/Center/Extents/Previous/Scale/Window/Object]: ");
+  Ask ask(What::Point,
+          "\nSpecify corner of window, enter a scale factor (nX or nXP), or "
+          "[All/Center/Extents/Previous/Scale/Window/Object]: ");
   ask.words("All Center Dynamic Extents Previous Scale Window Object Left").anyText = true;
   const Answer answer = co_await in.ask(ask);
   if (answer.isPoint()) co_return co_await window(in, answer.point);

@@ -88,8 +88,7 @@ bool acceptTypedValue(Editor& editor, const Ask& ask, GcView text, Answer& answe
   int32_t integer = 0;
   GcGePoint3d point;
   switch (ask.what) {
-    case Ask::What::Integer:
-      return parseInteger(text, integer) ? giveNumber(ask, integer, answer, complaint) : false;
+    case Ask::What::Integer: return parseInteger(text, integer) ? giveNumber(ask, integer, answer, complaint) : false;
     case Ask::What::Real: return parseLength(text, number) ? giveNumber(ask, number, answer, complaint) : false;
     case Ask::What::Distance:
       if (parseLength(text, number)) return giveNumber(ask, number, answer, complaint);
@@ -197,9 +196,7 @@ bool accept(Editor& editor, const Ask& ask, const InputItem& item, Answer& answe
       if (ask.what == Ask::What::Angle || ask.what == Ask::What::Direction)
         return acceptText(editor, ask, gc::fromUtf8(gc::realText(item.number)), answer, complaint);
       return acceptNumber(ask, item, answer, complaint);
-    case Kind::Point:
-      answer.point2d = item.point2d;
-      return acceptPoint(editor, ask, item.point, answer, complaint);
+    case Kind::Point: answer.point2d = item.point2d; return acceptPoint(editor, ask, item.point, answer, complaint);
     case Kind::Entity:
     case Kind::EntityPoint: return acceptEntity(ask, item, answer, complaint);
     case Kind::Set:

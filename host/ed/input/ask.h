@@ -9,26 +9,26 @@ namespace ed {
 struct Ask {
   enum class What : uint8_t {
     Point,
-    Distance,  // a number, a point seen from the base, or two points
-    Angle,     // a difference of angles
-    Direction, // an angle counted from ANGBASE, or a point seen from the base
+    Distance,   // a number, a point seen from the base, or two points
+    Angle,      // a difference of angles
+    Direction,  // an angle counted from ANGBASE, or a point seen from the base
     Integer,
     Real,
-    Word,      // text up to a blank
-    Line,      // text with blanks
+    Word,  // text up to a blank
+    Line,  // text with blanks
     Keyword,
-    Entity,    // one entity, by name or picked at a point
-    Objects,   // an item of a selection: entities, a set, a word
+    Entity,   // one entity, by name or picked at a point
+    Objects,  // an item of a selection: entities, a set, a word
   };
   What what = What::Point;
   GcText prompt;
   GcText keywords;
   GcGePoint3d base;
   bool hasBase = false;
-  bool mayBeEmpty = true;   // Enter is an answer
+  bool mayBeEmpty = true;  // Enter is an answer
   bool mayBeZero = true;
   bool mayBeNegative = true;
-  bool anyText = false;     // text that is nothing else is an answer too
+  bool anyText = false;  // text that is nothing else is an answer too
 
   Ask(What kind, const char* text) : what(kind), prompt(text, text + std::char_traits<char>::length(text)) {}
   Ask& words(const char* list) {
@@ -53,9 +53,9 @@ struct Ask {
 struct Answer {
   enum class Kind : uint8_t { None, Cancelled, Keyword, Text, Number, Point, Entity, Objects };
   Kind kind = Kind::None;
-  GcText text;       // Keyword, Text
-  double number = 0; // Number: lengths, radians, counts
-  GcGePoint3d point; // Point, Entity (where it was picked)
+  GcText text;        // Keyword, Text
+  double number = 0;  // Number: lengths, radians, counts
+  GcGePoint3d point;  // Point, Entity (where it was picked)
   GcDbObjectId entity;
   std::vector<GcDbObjectId> objects;
   bool point2d = false;

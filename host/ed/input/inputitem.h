@@ -11,15 +11,15 @@ namespace ed {
 
 struct InputItem {
   enum class Kind : uint8_t {
-    Text,         // typed text; empty is Enter
+    Text,  // typed text; empty is Enter
     Integer,
     Real,
-    Point,        // user coordinates
+    Point,  // user coordinates
     Entity,
     EntityPoint,  // an entity and the point it was picked at
     Set,
-    Pause,        // the person is asked
-    Cancel        // Esc
+    Pause,  // the person is asked
+    Cancel  // Esc
   };
   Kind kind = Kind::Text;
   GcText text;

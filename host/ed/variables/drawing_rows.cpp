@@ -55,7 +55,9 @@ bool weightSet(Editor& e, const Value& v) {
 // ---- spaces
 
 void tilemodeGet(Editor& e, Value& v) { v.integer = e.inPaperLayout() ? 0 : 1; }
-bool tilemodeSet(Editor& e, const Value& v) { return e.setLayout(v.integer == 1 ? GcText(GC_T("Model")) : e.lastPaperLayout()); }
+bool tilemodeSet(Editor& e, const Value& v) {
+  return e.setLayout(v.integer == 1 ? GcText(GC_T("Model")) : e.lastPaperLayout());
+}
 void ctabGet(Editor& e, Value& v) { v.text = e.layout(); }
 bool ctabSet(Editor& e, const Value& v) { return e.setLayout(v.text); }
 void cvportGet(Editor& e, Value& v) { v.integer = e.viewportNumber(); }
@@ -71,7 +73,9 @@ void ucsAxis(Editor& e, int axis, Value& v) {
   const GcGeVector3d direction = ucsToWorld(e).column(axis);
   putPoint(v, {direction.x, direction.y, direction.z});
 }
-void inUcs(Editor& e, const GcGePoint3d& display, Value& v) { putPoint(v, ucsToWorld(e).inverse() * (displayToWorld(e) * display)); }
+void inUcs(Editor& e, const GcGePoint3d& display, Value& v) {
+  putPoint(v, ucsToWorld(e).inverse() * (displayToWorld(e) * display));
+}
 void viewCenter(Editor& e, Value& v) { inUcs(e, {e.view().center.x, e.view().center.y, 0}, v); }
 void viewDirection(Editor& e, Value& v) {
   const GcGeVector3d d = ucsToWorld(e).inverse() * e.view().direction;
@@ -113,7 +117,8 @@ const VariableRow kRows[] = {
     {"TARGET", kPoint3d, kComputed, "0,0,0", 0, 0, true, [](Editor& e, Value& v) { putPoint(v, e.view().target); }},
     {"TEXTSTYLE", kText, kComputed, "", 0, 0, false, styleGet, styleSet},
     {"TILEMODE", kInt, kComputed, "1", 0, 1, false, tilemodeGet, tilemodeSet},
-    {"UCSNAME", kText, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { v.text = e.database().header().text(GC_T("$UCSNAME")); }},
+    {"UCSNAME", kText, kComputed, "", 0, 0, true,
+     [](Editor& e, Value& v) { v.text = e.database().header().text(GC_T("$UCSNAME")); }},
     {"UCSORG", kPoint3d, kComputed, "", 0, 0, true, ucsOrigin},
     {"UCSXDIR", kPoint3d, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { ucsAxis(e, 0, v); }},
     {"UCSYDIR", kPoint3d, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { ucsAxis(e, 1, v); }},

@@ -39,7 +39,8 @@ void drawingName(Editor& editor, VariableValue& value) {
 
 void drawingFolder(Editor& editor, VariableValue& value) {
   const GcText path = ap::absolutePath(editor.document().fileName());
-  value.text = withSeparator(GcText(*editor.document().fileName() == 0 ? ap::absolutePath(GC_T(".")) : ap::directoryOf(path)));
+  value.text =
+      withSeparator(GcText(*editor.document().fileName() == 0 ? ap::absolutePath(GC_T(".")) : ap::directoryOf(path)));
 }
 
 void fullName(Editor& editor, VariableValue& value) {
@@ -60,11 +61,13 @@ void daysSince(Editor& editor, GcView setting, VariableValue& value) {
 const VariableRow kRows[] = {
     {"ACADPREFIX", kText, Keep::Computed, "", 0, 0, true, searchPrefix},
     {"ACADVER", kText, Keep::Computed, "24.3", 0, 0, true},
-    {"CDATE", kReal, Keep::Computed, "0", 0, 0, true, [](Editor&, VariableValue& v) { v.real = calendarDate(localNow()); }},
+    {"CDATE", kReal, Keep::Computed, "0", 0, 0, true,
+     [](Editor&, VariableValue& v) { v.real = calendarDate(localNow()); }},
     {"CPROFILE", kText, Keep::Computed, "Default", 0, 0, true, profileName},
     {"CPUTICKS", kReal, Keep::Computed, "0", 0, 0, true,
      [](Editor&, VariableValue& v) { v.real = static_cast<double>(millisecondsRunning()); }},
-    {"DATE", kReal, Keep::Computed, "0", 0, 0, true, [](Editor&, VariableValue& v) { v.real = julianDate(localNow()); }},
+    {"DATE", kReal, Keep::Computed, "0", 0, 0, true,
+     [](Editor&, VariableValue& v) { v.real = julianDate(localNow()); }},
     {"DWGCODEPAGE", kText, Keep::Header, "ANSI_1252", 0, 0, true},
     {"DWGNAME", kText, Keep::Computed, "", 0, 0, true, drawingName},
     {"DWGPREFIX", kText, Keep::Computed, "", 0, 0, true, drawingFolder},
@@ -73,9 +76,13 @@ const VariableRow kRows[] = {
     {"HANDLES", kInt, Keep::Computed, "1", 0, 0, true},
     {"LOCALE", kText, Keep::Computed, "ENU", 0, 0, true},
     {"LOCALROOTPREFIX", kText, Keep::Computed, "", 0, 0, true,
-     [](Editor&, VariableValue& v) { v.text = withSeparator(entryOf({GC_T("LOCALAPPDATA"), GC_T("HOME")})); }},
+     [](Editor&, VariableValue& v) {
+       v.text = withSeparator(entryOf({GC_T("LOCALAPPDATA"), GC_T("HOME")}));
+     }},
     {"LOGINNAME", kText, Keep::Computed, "", 0, 0, true,
-     [](Editor&, VariableValue& v) { v.text = entryOf({GC_T("USER"), GC_T("LOGNAME"), GC_T("USERNAME")}); }},
+     [](Editor&, VariableValue& v) {
+       v.text = entryOf({GC_T("USER"), GC_T("LOGNAME"), GC_T("USERNAME")});
+     }},
     {"MILLISECS", kInt, Keep::Computed, "0", 0, 0, true,
      [](Editor&, VariableValue& v) { v.integer = static_cast<int32_t>(millisecondsRunning() & 0x7FFFFFFF); }},
 #ifdef _WIN32
@@ -86,7 +93,9 @@ const VariableRow kRows[] = {
     {"PRODUCT", kText, Keep::Computed, "gcad", 0, 0, true},
     {"PROGRAM", kText, Keep::Computed, "gcad", 0, 0, true},
     {"ROAMABLEROOTPREFIX", kText, Keep::Computed, "", 0, 0, true,
-     [](Editor&, VariableValue& v) { v.text = withSeparator(entryOf({GC_T("APPDATA"), GC_T("HOME")})); }},
+     [](Editor&, VariableValue& v) {
+       v.text = withSeparator(entryOf({GC_T("APPDATA"), GC_T("HOME")}));
+     }},
     {"SAVENAME", kText, Keep::Computed, "", 0, 0, true, fullName},
     {"SCREENSIZE", kPoint2d, Keep::Computed, "1920,1080", 0, 0, true},
     {"SYSCODEPAGE", kText, Keep::Computed, "UTF-8", 0, 0, true},

@@ -21,8 +21,8 @@ struct VariableRow {
   double least = 0;     // numbers only; both 0: any
   double most = 0;
   bool readOnly = false;
-  void (*get)(Editor& editor, VariableValue& value) = nullptr;          // fills a value of the row's kind
-  bool (*set)(Editor& editor, const VariableValue& value) = nullptr;    // false: the drawing refuses
+  void (*get)(Editor& editor, VariableValue& value) = nullptr;        // fills a value of the row's kind
+  bool (*set)(Editor& editor, const VariableValue& value) = nullptr;  // false: the drawing refuses
 };
 
 // The rows, one list per family of variables.

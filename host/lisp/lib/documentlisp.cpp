@@ -54,9 +54,7 @@ void DocumentLisp::forgetPlugIn(const void* plugIn) {
   }
 }
 
-void DocumentLisp::evaluate(GcView text) {
-  static_cast<void>(m_interpreter.evalFormsFrom(text, GC_T("command line")));
-}
+void DocumentLisp::evaluate(GcView text) { static_cast<void>(m_interpreter.evalFormsFrom(text, GC_T("command line"))); }
 
 bool DocumentLisp::runCommand(GcView name) {
   const lisp::LispValue function = m_interpreter.variable(GcText(GC_T("C:")) + upperText(name));

@@ -16,7 +16,7 @@ int DrawingEnvironment::unitVariable(const char* name) const {
 
 double DrawingEnvironment::angleBase() const { return m_editor.database().header().real(GC_T("$ANGBASE"), 0.0); }
 
-lisp::Text DrawingEnvironment::findFile(lisp::TextView name) const { 
+lisp::Text DrawingEnvironment::findFile(lisp::TextView name) const {
   return ap::findSupportFile(name, ap::directoryOf(m_editor.document().fileName()));
 }
 
@@ -24,8 +24,6 @@ bool DrawingEnvironment::getEntry(lisp::TextView name, lisp::Text& value) const 
   return ap::profileEntry(name, value);
 }
 
-void DrawingEnvironment::setEntry(lisp::TextView name, lisp::TextView value) {
-  ap::setProfileEntry(name, value);
-}
+void DrawingEnvironment::setEntry(lisp::TextView name, lisp::TextView value) { ap::setProfileEntry(name, value); }
 
 }  // namespace lisplib

@@ -5,8 +5,8 @@
 
 namespace lisplib {
 
-using lisp::ListBuilder;
 using lisp::LispValue;
+using lisp::ListBuilder;
 
 namespace {
 

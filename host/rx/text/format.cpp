@@ -195,7 +195,9 @@ bool putConversion(GcText& out, const Conversion& c, Arguments& arguments) {
       putInteger(out, c, value, 16, !c.alternate || value == 0 ? "" : c.type == GC_T('x') ? "0x" : "0X");
       return true;
     }
-    case GC_T('p'): putInteger(out, c, reinterpret_cast<uintptr_t>(va_arg(arguments.list, void*)), 16, "0x"); return true;
+    case GC_T('p'):
+      putInteger(out, c, reinterpret_cast<uintptr_t>(va_arg(arguments.list, void*)), 16, "0x");
+      return true;
     case GC_T('c'): {
       const GCHAR unit = static_cast<GCHAR>(va_arg(arguments.list, int));
       put(out, c, {}, GcView(&unit, 1), false);
