@@ -72,27 +72,38 @@ struct Counted {
 
 using Counts = std::unordered_map<GcText, Counted>;
 
-// Objects by type, but for the fixed types. Consecutive objects are mostly of one class.
-Counts countObjects(GcDbDatabase& database) {
-  Counts counts;
-  const GcRxClass* last = nullptr;
-  bool lastIsFixed = false;
-  database.store().forEach([&](GcDbStub* stub) {
-    if (!stub->object || stub->erased) return;
-    const GcRxClass* descriptor = stub->object->isA();
-    if (descriptor == last && lastIsFixed) return;
-    last = descriptor;
-    const GcView type = typeOf(*stub->object);
-    const bool isZombie = descriptor == GcDbZombieObject::desc() || descriptor == GcDbZombieEntity::desc();
-    lastIsFixed = !isZombie &&
-                  (isFixed(type) || GcDbSymbolTable::cast(stub->object) || GcDbSymbolTableRecord::cast(stub->object));
-    if (lastIsFixed || isFixed(type)) return;
-    Counted& counted = counts[GcText(type)];
-    ++counted.count;
-    counted.example = stub->object;
-  });
-  return counts;
-}
+// Objects by type, but for the fixed types. Consecutive objects are mostly of one type.
+class Counter {
+ public:
+  Counts run(GcDbDatabase& database) {
+    database.store().forEach([this](const GcDbStub* stub) {
+      if (stub->object && !stub->erased) count(*stub->object);
+    });
+    return std::move(m_counts);
+  }
+
+ private:
+  void count(const GcDbObject& object) {
+    const GcRxClass* descriptor = object.isA();
+    const GcView type = typeOf(object);
+    if (descriptor != m_descriptor || type != m_type) {
+      m_descriptor = descriptor;
+      m_type = type;
+      m_isCounted = !isFixed(type) && !descriptor->isDerivedFrom(GcDbSymbolTable::desc()) &&
+                    !descriptor->isDerivedFrom(GcDbSymbolTableRecord::desc());
+      if (m_isCounted) m_counted = &m_counts[GcText(type)];
+    }
+    if (!m_isCounted) return;
+    ++m_counted->count;
+    m_counted->example = &object;
+  }
+
+  Counts m_counts;
+  const GcRxClass* m_descriptor = nullptr;
+  GcView m_type;
+  Counted* m_counted = nullptr;
+  bool m_isCounted = false;
+};
 
 void writeRecord(GroupWriter& out, const GcDbClassRecord& record, std::int32_t count) {
   TagWriter& tags = out.tags();
@@ -124,7 +135,7 @@ void writeClasses(GroupWriter& out, GcDbDatabase& database) {
   TagWriter& tags = out.tags();
   tags.writeString(0, "SECTION");
   tags.writeString(2, "CLASSES");
-  Counts counts = countObjects(database);
+  const Counts counts = Counter().run(database);
   const GcDbFileParts& parts = database.fileParts();
   for (const GcDbClassRecord& record : parts.classes) {
     const auto counted = counts.find(GcText(view(record.dxfName)));

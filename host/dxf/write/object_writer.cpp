@@ -44,9 +44,9 @@ class ObjectWriter::Sections final : public GcDbGroupSink {
   void put(const GcDbGroup& group) override {
     if (group.code == kMarkerCode) {
       endSection();
-      m_section = group.text;
+      if (m_foreign) m_section = group.text;
       m_out.put(group);
-      m_inEntity = m_section == kEntityMarker;
+      m_inEntity = group.text == kEntityMarker;
       if (m_inEntity && m_block && m_block->isPaperSpace()) m_out.tags().writeInt(kPaperSpaceCode, 1);
     } else if (!m_inEntity || group.code != kPaperSpaceCode) {  // the space is the block's to say
       m_out.put(group);

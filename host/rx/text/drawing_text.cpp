@@ -118,6 +118,15 @@ bool appendCaretEscape(GCHAR unit, std::string& out) {
 // How many of the first units are written as they are.
 std::size_t plainPrefix(GcView text) {
   std::size_t i = 0;
+#if defined(__SSE2__)
+  const __m128i caret = _mm_set1_epi16('^'), highest = _mm_set1_epi16(0x7F), lowest = _mm_set1_epi16(0x20);
+  for (; i + 8 <= text.size(); i += 8) {
+    const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + i));
+    // Signed comparisons: units from 0x8000 on count as negative, that is as too low.
+    const __m128i outside = _mm_or_si128(_mm_cmpgt_epi16(eight, highest), _mm_cmplt_epi16(eight, lowest));
+    if (_mm_movemask_epi8(_mm_or_si128(outside, _mm_cmpeq_epi16(eight, caret)))) break;
+  }
+#endif
   while (i < text.size() && text[i] >= 0x20 && text[i] < 0x80 && text[i] != '^') ++i;
   return i;
 }

@@ -1,10 +1,14 @@
 #include "host/rx/text/number.h"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
+
+#include "host/rx/text/powers_of_ten.h"
+#include "host/rx/text/shortest.h"
 
 namespace gc {
 namespace {
@@ -77,6 +81,28 @@ bool readDecimal(std::string_view text, Decimal& number) {
   return at == end;
 }
 
+// mantissa * 10^exponent by one wide product, for results that are normal numbers. False when the product is too close
+// to the middle between two doubles to tell which is nearer: it is good to one unit of its 128 bits.
+bool multiplied(std::uint64_t mantissa, int exponent, double& value) {
+  if (mantissa == 0 || exponent < kFirstPowerOfTen || exponent > kLastPowerOfTen) return false;
+  const WidePower& power = powerOfTen(exponent);
+  const int zeros = std::countl_zero(mantissa);
+  mantissa <<= zeros;
+  const Uint128 low = static_cast<Uint128>(mantissa) * power.low;
+  const Uint128 product = static_cast<Uint128>(mantissa) * power.high + static_cast<std::uint64_t>(low >> 64);
+  const bool isLong = product >> 127 != 0;
+  const int cut = isLong ? 75 : 74;  // bits beyond the 53 of a double
+  const Uint128 half = static_cast<Uint128>(1) << (cut - 1);
+  const Uint128 rest = product & (2 * half - 1);
+  if (rest >= half - 1 && rest <= half + 1) return false;
+  const std::uint64_t rounded = static_cast<std::uint64_t>(product >> cut) + (rest > half);
+  const int scale = floorLog2OfPower10(exponent) - 127 + 64 - zeros + cut;  // the value is rounded * 2^scale
+  if (scale < -1022 - 52 || scale > 1023 - 53) return false;
+  value = static_cast<double>(rounded) * std::bit_cast<double>(static_cast<std::uint64_t>(1023 + scale / 2) << 52) *
+          std::bit_cast<double>(static_cast<std::uint64_t>(1023 + scale - scale / 2) << 52);
+  return true;
+}
+
 // The general, correctly rounded way; the text has been checked by readDecimal.
 bool parseLong(std::string_view text, double& value) {
   if (text.front() == '+') text.remove_prefix(1);
@@ -110,13 +136,32 @@ struct Narrow {
   std::string_view view() const { return {bytes.data(), size}; }
 };
 
-char* writeDigits(std::uint64_t value, char* to) { return std::to_chars(to, to + kIntRoom + 1, value).ptr; }
+constexpr char kPairs[] =
+    "0001020304050607080910111213141516171819202122232425262728293031323334353637383940414243444546474849"
+    "5051525354555657585960616263646566676869707172737475767778798081828384858687888990919293949596979899";
+
+// The digits of a number at the end of a text that ends at `end`; returns where they begin.
+char* digitsBefore(std::uint64_t value, char* end) {
+  while (value >= 100) {
+    end -= 2;
+    std::memcpy(end, kPairs + 2 * (value % 100), 2);
+    value /= 100;
+  }
+  if (value < 10) {
+    *--end = static_cast<char>('0' + value);
+    return end;
+  }
+  end -= 2;
+  std::memcpy(end, kPairs + 2 * value, 2);
+  return end;
+}
 
 // Plain notation of mantissa / 10^decimals, without trailing zeros but with a decimal point.
 char* writePlain(std::uint64_t mantissa, int decimals, char* to) {
   while (decimals > 1 && mantissa % 10 == 0) mantissa /= 10, --decimals;
-  char digits[kIntRoom + 1];
-  const int count = static_cast<int>(writeDigits(mantissa, digits) - digits);
+  char text[kIntRoom];
+  const char* digits = digitsBefore(mantissa, text + kIntRoom);
+  const int count = static_cast<int>(text + kIntRoom - digits);
   int whole = count - decimals;
   if (whole <= 0) {
     *to++ = '0';
@@ -151,7 +196,7 @@ char* layOut(const char* digits, int count, int exponent, char* to) {
     *to++ = exponent < 0 ? '-' : '+';
     const int size = exponent < 0 ? -exponent : exponent;
     if (size < 10) *to++ = '0';
-    return writeDigits(static_cast<std::uint64_t>(size), to);
+    return std::to_chars(to, to + 4, size).ptr;
   }
   if (exponent < 0) {
     *to++ = '0';
@@ -182,6 +227,11 @@ bool parseReal(std::string_view text, double& value) {
       number.exponent <= kExactPower) {
     double magnitude = static_cast<double>(number.mantissa);
     magnitude = number.exponent < 0 ? magnitude / kPowers[-number.exponent] : magnitude * kPowers[number.exponent];
+    value = number.negative ? -magnitude : magnitude;
+    return true;
+  }
+  double magnitude = 0.0;
+  if (number.isShort && multiplied(number.mantissa, number.exponent, magnitude)) {
     value = number.negative ? -magnitude : magnitude;
     return true;
   }
@@ -225,19 +275,13 @@ char* formatReal(double value, char* to) {
     const auto mantissa = static_cast<std::uint64_t>(scaled + 0.5);
     if (static_cast<double>(mantissa) / kFewScale == value) return writePlain(mantissa, kFewDecimals, to);
   }
-  char shortest[kRealRoom];
-  char* end = std::to_chars(shortest, shortest + kRealRoom, value, std::chars_format::scientific).ptr;
-  char* mark = end - 1;
-  while (*mark != 'e') --mark;
-  int exponent = 0;
-  for (const char* at = mark + 2; at < end; ++at) exponent = exponent * 10 + (*at - '0');
-  if (mark[1] == '-') exponent = -exponent;
-  int count = static_cast<int>(mark - shortest);
-  if (count > 1) {  // d.ddd: close the gap of the point
-    std::memmove(shortest + 1, shortest + 2, count - 2);
-    --count;
-  }
-  return layOut(shortest, count, exponent, to);
+  const ShortestDecimal shortest = shortestDecimal(value);
+  char text[kIntRoom];
+  char* end = text + kIntRoom;
+  const char* digits = digitsBefore(shortest.digits, end);
+  const int exponent = shortest.exponent + static_cast<int>(end - digits) - 1;
+  while (end - digits > 1 && end[-1] == '0') --end;
+  return layOut(digits, static_cast<int>(end - digits), exponent, to);
 }
 
 char* formatInt(std::int64_t value, char* to) { return std::to_chars(to, to + kIntRoom + 1, value).ptr; }
