@@ -1,0 +1,137 @@
+#include "host/dwg/file/linker.h"
+
+#include <unordered_set>
+
+#include "db/blockbegin.h"
+#include "db/entity.h"
+#include "host/db/core/extra.h"
+#include "host/db/core/loader.h"
+#include "host/db/core/store.h"
+
+namespace gc::dwg {
+
+namespace {
+
+class Linker {
+ public:
+  Linker(RecordContext& context, LoadedLinks& links, GcDbLoadReport& report)
+      : m_context(context), m_links(links), m_report(report) {}
+
+  void linkTables(const HeaderReferences& header) {
+    for (LoadedLinks::Owner& owner : m_links.owners)
+      if (auto* table = GcDbSymbolTable::cast(owner.object)) fillTable(*table, owner.links);
+    for (int which = 0; which < GcDbDatabase::kTableCount; ++which) {
+      const GcDbStub* stub = m_context.database.store().find(header.tables[which]);
+      if (stub != nullptr && GcDbSymbolTable::cast(stub->object) != nullptr)
+        m_context.database.setTableId(which, stub->object->objectId());
+    }
+    const GcDbStub* root = m_context.database.store().find(header.of(KnownRecord::kRoot));
+    if (root != nullptr && root->object != nullptr)
+      m_context.database.setNamedObjectsDictionaryId(root->object->objectId());
+  }
+
+  void linkEntities() {
+    for (LoadedLinks::Owner& owner : m_links.owners) {
+      if (GcDbSymbolTable::cast(owner.object) != nullptr) continue;
+      const GcDbObjectIdArray parts = partsOf(*owner.object, owner.links);
+      if (auto* block = GcDbBlockTableRecord::cast(owner.object))
+        fillBlock(*block, parts);
+      else
+        fillSequence(*owner.object, owner.links, parts);
+    }
+  }
+
+ private:
+  void fillTable(GcDbSymbolTable& table, const RecordLinks& links) {
+    std::unordered_set<uint64_t> seen;
+    for (const GcDbObjectId id : links.parts) {
+      auto* record = id.isValid() ? GcDbSymbolTableRecord::cast(id.stub()->object) : nullptr;
+      if (record == nullptr || !record->isKindOf(table.recordClass())) {
+        note(m_report, GcDbLoadAction::Skipped, 0, id.handle(), "a table lists it among its records, which it is not");
+        continue;
+      }
+      if (!seen.insert(id.handle()).second) continue;
+      GcDbLoader::appendRecord(table, *record);
+      ignore(record->ownerId() == table.objectId() ? Gcad::eOk : adoptRecord(*record, table));
+    }
+  }
+
+  Gcad::ErrorStatus adoptRecord(GcDbSymbolTableRecord& record, const GcDbSymbolTable& table) {
+    note(m_report, GcDbLoadAction::Repaired, 0, record.handle(), "its owner was not the table that lists it");
+    GcDbLoader::setOwner(record, table.objectId());
+    return Gcad::eOk;
+  }
+
+  // The entities an owner has, in order: as listed, or along their chain with those the chain misses at its end.
+  GcDbObjectIdArray partsOf(const GcDbObject& owner, const RecordLinks& links) {
+    GcDbObjectIdArray parts;
+    if (m_context.version >= kR2004) {
+      for (const GcDbObjectId id : links.parts)
+        if (isEntity(id)) parts.append(id);
+      return parts;
+    }
+    const auto at = m_links.byOwner.find(owner.handle());
+    std::unordered_set<uint64_t> left;
+    if (at != m_links.byOwner.end())
+      for (const GcDbObjectId id : at->second) left.insert(id.handle());
+    for (uint64_t handle = links.firstPart; handle != 0 && left.erase(handle) > 0;) {
+      parts.append(GcDbObjectId(m_context.database.store().find(handle)));
+      if (handle == links.lastPart) break;
+      const auto next = m_links.nextEntity.find(handle);
+      handle = next != m_links.nextEntity.end() ? next->second : handle + 1;
+    }
+    if (at == m_links.byOwner.end()) return parts;
+    for (const GcDbObjectId id : at->second)
+      if (left.count(id.handle()) > 0 && !isFrame(id)) parts.append(id);
+    return parts;
+  }
+
+  static bool isEntity(GcDbObjectId id) {
+    return id.isValid() && id.stub()->object->isKindOf(GcDbEntity::desc());
+  }
+  // Begin and end of a block, end of a sequence: owned, but no parts.
+  static bool isFrame(GcDbObjectId id) {
+    const GcRxClass* rxClass = id.objectClass();
+    return rxClass == GcDbBlockBegin::desc() || rxClass == GcDbBlockEnd::desc() || rxClass == GcDbSequenceEnd::desc();
+  }
+
+  void fillBlock(GcDbBlockTableRecord& block, const GcDbObjectIdArray& parts) {
+    for (const GcDbObjectId id : parts) {
+      if (isFrame(id)) continue;
+      GcDbLoader::appendEntity(block, id);
+      setOwner(id, block.objectId());
+    }
+    setOwner(block.blockBeginId(), block.objectId());
+    setOwner(block.blockEndId(), block.objectId());
+  }
+
+  void fillSequence(GcDbObject& owner, const RecordLinks& links, const GcDbObjectIdArray& parts) {
+    const bool hasEnd = isEntity(links.sequenceEnd);
+    if (parts.isEmpty() && !hasEnd) return;
+    GcDbObjectExtra& extra = owner.needExtra();
+    extra.parts = parts;
+    for (const GcDbObjectId id : parts) setOwner(id, owner.objectId());
+    if (!hasEnd) return;
+    extra.sequenceEnd = links.sequenceEnd;
+    setOwner(links.sequenceEnd, owner.objectId());
+  }
+
+  void setOwner(GcDbObjectId id, GcDbObjectId owner) {
+    if (!id.isValid() || id.stub()->object->ownerId() == owner) return;
+    GcDbLoader::setOwner(*id.stub()->object, owner);
+  }
+
+  RecordContext& m_context;
+  LoadedLinks& m_links;
+  GcDbLoadReport& m_report;
+};
+
+}  // namespace
+
+void linkObjects(RecordContext& context, const HeaderReferences& header, LoadedLinks& links, GcDbLoadReport& report) {
+  Linker linker(context, links, report);
+  linker.linkTables(header);
+  linker.linkEntities();
+}
+
+}  // namespace gc::dwg

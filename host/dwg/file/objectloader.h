@@ -1,0 +1,49 @@
+// The objects of a file: from records at the places of the object map into the database.
+#pragma once
+
+#include <unordered_map>
+#include <vector>
+
+#include "host/dwg/file/objectmap.h"
+#include "host/dwg/file/sections.h"
+#include "host/dwg/record/recordcodec.h"
+
+namespace gc::dwg {
+
+// What objects say of others that must be there before it can be followed.
+struct LoadedLinks {
+  struct Owner {
+    GcDbObject* object;
+    RecordLinks links;
+  };
+  std::vector<Owner> owners;                          // tables, blocks, polylines, inserts
+  std::unordered_map<uint64_t, uint64_t> nextEntity;  // R13..R2000: neighbours that are not consecutive handles
+  std::unordered_map<uint64_t, std::vector<GcDbObjectId>> byOwner;  // R13..R2000: entities by their owner's handle
+};
+
+class ObjectLoader {
+ public:
+  ObjectLoader(const Sections& sections, RecordContext& context, GcDbLoadReport& report, LoadedLinks& links)
+      : m_sections(sections), m_context(context), m_report(report), m_links(links) {}
+
+  // Reads every object of the map. References between them are ids from the start; order matters only for the names
+  // that extended data need, so those records come first.
+  void loadAll(const std::vector<MapEntry>& map);
+
+ private:
+  struct Cut {
+    std::span<const uint8_t> body;
+    uint64_t handleBits = 0;
+    bool ok = false;
+  };
+  Cut cut(const MapEntry& entry, bool checkSum);
+  void load(const MapEntry& entry);
+  void adopt(const MapEntry& entry, ReadRecord record);
+
+  const Sections& m_sections;
+  RecordContext& m_context;
+  GcDbLoadReport& m_report;
+  LoadedLinks& m_links;
+};
+
+}  // namespace gc::dwg

@@ -1,0 +1,112 @@
+#include <algorithm>
+
+#include "host/db/core/fileparts.h"
+#include "host/db/core/header.h"
+#include "host/db/core/store.h"
+#include "host/dwg/file/classsection.h"
+#include "host/dwg/file/dwgfile.h"
+#include "host/dwg/file/headersection.h"
+#include "host/dwg/file/linker.h"
+
+namespace gc::dwg {
+
+namespace {
+
+bool openSections(std::span<const uint8_t> file, Sections& sections, GcDbLoadReport& report) {
+  if (sections.version < kR2004) return openR2000(file, sections, report);
+  return sections.version == kR2007 ? openR2007(file, sections, report) : openR2004(file, sections, report);
+}
+
+void setCodePage(const Sections& sections, RecordContext& context) {
+  const CodePage page = codePageByDwgNumber(sections.codePageNumber);
+  context.codePageNumber = sections.codePageNumber;
+  context.text = DrawingText(page, false, Carets::Plain);
+  const std::string name = codePageName(page);
+  GcText wide;
+  for (const char c : name) wide.push_back(static_cast<GCHAR>(c));
+  context.database.fileParts().codePage = toGcString(wide);
+}
+
+// The records entities refer to without a handle.
+void setKnown(const HeaderReferences& header, RecordContext& context) {
+  context.byLayer = context.idOf(header.of(KnownRecord::kByLayer));
+  context.byBlock = context.idOf(header.of(KnownRecord::kByBlock));
+  context.continuous = context.idOf(header.of(KnownRecord::kContinuous));
+  context.modelSpace = context.idOf(header.of(KnownRecord::kModelSpace));
+  context.paperSpace = context.idOf(header.of(KnownRecord::kPaperSpace));
+}
+
+void keepClasses(const RecordContext& context) {
+  for (const ClassMap::FileClass& each : context.classes.fileClasses()) {
+    GcDbClassRecord record;
+    record.dxfName = toGcString(each.dxfName);
+    record.className = toGcString(each.className);
+    record.appName = toGcString(each.appName);
+    record.proxyFlags = each.proxyFlags;
+    record.instanceCount = each.instanceCount;
+    record.wasZombie = each.wasZombie;
+    record.isEntity = each.isEntity;
+    record.dwgVersion = each.dwgVersion;
+    record.maintenanceVersion = each.maintenanceVersion;
+    record.number = static_cast<int32_t>(each.number);
+    context.database.fileParts().classes.push_back(std::move(record));
+  }
+}
+
+// A handle that was only referred to must not be given to a new object.
+void raiseHandseed(GcDbDatabase& database, uint64_t fromHeader) {
+  constexpr uint64_t kMostBelievable = uint64_t{1} << 56;
+  if (fromHeader < kMostBelievable) database.store().raiseHandseed(fromHeader);
+}
+
+void setVersionSettings(GcDbDatabase& database, const Sections& sections) {
+  static constexpr const GCHAR* kNames[] = {GC_T("AC1012"), GC_T("AC1014"), GC_T("AC1015"), GC_T("AC1018"),
+                                            GC_T("AC1021"), GC_T("AC1024"), GC_T("AC1027"), GC_T("AC1032")};
+  database.setOriginalFileVersion(static_cast<GcDb::GcDbDwgVersion>(sections.version));
+  database.header().setText(GC_T("$ACADVER"), kNames[sections.version - kR13], 1);
+  database.header().setText(GC_T("$DWGCODEPAGE"), view(database.fileParts().codePage), 3);
+}
+
+}  // namespace
+
+bool isDwg(std::string_view bytes) {
+  return versionOfBytes({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}) != GcDb::kDHL_Unknown;
+}
+
+Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
+  const std::span<const uint8_t> file(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+  GcDbLoadReport& report = database.loadReport();
+  Sections sections;
+  sections.version = versionOfBytes(file);
+  if (sections.version == GcDb::kDHL_Unknown) return Gcad::eBadDwgFile;
+  if (sections.version < kR13) {
+    note(report, GcDbLoadAction::Missing, 0, 0, "drawings of R11 and older are not read: save them in a newer version");
+    return Gcad::eUnsupportedVersion;
+  }
+  if (!openSections(file, sections, report)) return Gcad::eBadDwgFile;
+
+  RecordContext context(database);
+  context.version = sections.version;
+  setCodePage(sections, context);
+  setVersionSettings(database, sections);
+  HeaderReferences header;
+  const bool hasHeader = readHeader(sections, context, header, report);
+  readClasses(sections, context, report);
+  const std::vector<MapEntry> map = readObjectMap(sections.handles, report);
+  if (!hasHeader && map.empty()) return Gcad::eBadDwgFile;
+  setKnown(header, context);
+
+  LoadedLinks links;
+  ObjectLoader(sections, context, report, links).loadAll(map);
+  keepClasses(context);
+  linkObjects(context, header, links, report);
+  raiseHandseed(database, header.handseed);
+  database.store().forEach([](GcDbStub* stub) {
+    if (stub->object != nullptr) stub->object->subLoaded();
+  });
+  database.completeAfterLoad();
+  connectHeader(context, header);
+  return Gcad::eOk;
+}
+
+}  // namespace gc::dwg
