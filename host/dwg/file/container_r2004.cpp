@@ -147,7 +147,7 @@ class Opener {
     const auto packed = part(m_file, address + kDataHeaderSize, packedSize);
     if (packed.size() < packedSize)
       note(m_report, GcDbLoadAction::Missing, address, 0, "page " + std::to_string(id) + " is cut off");
-    else if (pageChecksum(packed, 0) != (u32(m_file, address + 0x18) ^ hide))
+    else if (pageChecksum(packed, 0) != (u32(m_file, address + kDataChecksumAt) ^ hide))
       note(m_report, GcDbLoadAction::Noted, address, 0, "the checksum of page " + std::to_string(id) + " is wrong");
     if (isPacked)
       decompress(packed, room);

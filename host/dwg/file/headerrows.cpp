@@ -362,7 +362,7 @@ constinit const HeaderRow kRows[] = {
     constant(HeaderOp::BS, 0).from(kR14),
     constant(HeaderOp::BS, 0).from(kR14),
     constant(HeaderOp::BS, 0).from(kR14),
-    constant(HeaderOp::BS, 0).from(kR14),
+    constant(HeaderOp::BS, 0).from(kR14).until(kR2007),
 };
 
 }  // namespace

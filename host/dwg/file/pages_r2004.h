@@ -23,6 +23,7 @@ inline constexpr uint32_t kPacked = 2;
 
 inline constexpr uint64_t kSystemHeaderSize = 20;
 inline constexpr uint64_t kDataHeaderSize = 32;
+inline constexpr uint64_t kDataChecksumAt = 0x1C;
 inline constexpr uint64_t kGapRestSize = 16;
 
 // The section map.
