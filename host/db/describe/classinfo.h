@@ -2,6 +2,8 @@
 // registered. Adding a class: header, rows, one line in host/db/describe/classes.inc, a golden folder.
 #pragma once
 
+#include <span>
+
 #include "host/db/describe/field.h"
 #include "rx/rxclass.h"
 
@@ -12,6 +14,9 @@ struct GcDbClassInfo {
 
 // Registers every class of the database once per process.
 void gcdbRegisterClasses();
+
+// Every class objects can be made of, in the order of registration.
+std::span<GcRxClass* const> gcdbDescribedClasses();
 
 // The rows of an object's class; null for classes that file themselves and for unknown ones.
 const GcDbClassInfo* gcdbInfoOf(const GcDbObject& object);

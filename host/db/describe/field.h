@@ -7,8 +7,17 @@
 //   field<&GcDbLine::m_thickness>(39, "thickness", Is::Length, Write::UnlessDefault),
 //   each<&GcDbPolyline::m_vertices>(90, "vertices", kVertexFields),      // 90 is the count; -1 for no count group
 //   list<&GcDbSpline::m_knots>(-1, 40, "knots", Is::Plain),               // one group per element
+//   part<&GcDbMText::m_rare>("rare", kRareFields),                        // at most one
 //   count<&GcDbSpline::m_knots>(72, "knotCount"),                         // written from the size, ignored on reading
-// Chained on a row: .from(version), .until(version), .when(predicate), .orElse(default), .packed(pack).
+// Chained on a row:
+//   .from(version), .until(version)   only files of these versions have it
+//   .when<&Class::method>()           only objects that answer true have it (echoes are read all the same)
+//   .orElse(value), .orAxis(0)        its default where that is not zero, empty or null
+//   .also(code)                       read under a second code as well
+//   .filedAs(get, set)                   files have it in another form than the member
+//   .inPieces(code)                   a long text goes in pieces of 250 under `code`, the last under the row's own
+//   .echo()                           repeats what another row has: groups only, no memory copies, no transforming
+//   .packed(pack)                     how DWG records have it
 #pragma once
 
 #include <cstdint>
@@ -44,15 +53,20 @@ enum class Is : uint8_t {
   TextStyleName,
   DimStyleName,
   BlockName,
-  Marker,  // group 100
+  Marker,  // group 100 (101 for an embedded object)
   Count    // number of elements of another row
 };
 
 enum class Write : uint8_t {
   Always,
-  UnlessDefault,  // left out when it holds its default
-  Never           // read from old files, never written
+  UnlessDefault,       // left out when it holds its default
+  FilesUnlessDefault,  // the same in files; entity lists always have it
+  ListsOnly,           // in entity lists; files leave it out
+  Never                // read from old files, never written
 };
+
+// What the groups are for: files leave out more than entity lists do.
+enum class For : uint8_t { File, List };
 
 // How the value lives in memory.
 enum class Kind : uint8_t {
@@ -107,14 +121,31 @@ struct GcDbField {
   const GcDbRecordOps* records = nullptr;  // Records: how to reach elements
   const GcDbField* rows = nullptr;         // Records: the rows of one element
   int16_t rowCount = 0;
-  int16_t alsoCode = 0;                            // a second code that is read as well; written when codeOf says so
+  int16_t alsoCode = 0;                            // a second code that is read as well; written when `get` says so
+  int16_t pieceCode = 0;                           // texts: the code of all pieces but the last
+  int8_t defaultAxis = -1;                         // vectors: the default is the X (0), Y (1) or Z (2) axis
   GcDbGroup (*get)(const void* record) = nullptr;  // how files have it where the member alone does not say
   bool (*set)(void* record, const GcDbGroup& group) = nullptr;
+  bool isPart = false;   // Records: at most one, there when the object has any of its values
   bool inExtra = false;  // lives in the object's rare parts, which memory filers copy whole
+  bool isEcho = false;   // another row has the same value for memory copies and transformations
+
+  // True when memory copies, transformations and walks skip the row.
+  [[nodiscard]] bool isGroupsOnly() const { return inExtra || isEcho; }
 
   [[nodiscard]] const void* value(const void* record) const { return at(const_cast<void*>(record)); }
   [[nodiscard]] bool isIn(int version) const { return version >= since && version < before; }
   [[nodiscard]] bool applies(const void* record) const { return present == nullptr || present(record); }
+  // A list that keeps all groups from where it stands to the end of the section, whatever their codes.
+  [[nodiscard]] bool takesAnyGroup() const { return kind == Kind::Groups && code < 0; }
+  // True when the group's code begins an element of this array.
+  [[nodiscard]] bool opensWith(int16_t groupCode) const {
+    if (kind != Kind::Records || rows == nullptr) return false;
+    if (!isPart) return rows[0].code == groupCode;
+    for (int i = 0; i < rowCount; ++i)
+      if (rows[i].code == groupCode || rows[i].opensWith(groupCode)) return true;
+    return false;
+  }
   [[nodiscard]] bool isDefault(const void* record) const;
 
   constexpr GcDbField from(int version) const {
@@ -127,6 +158,9 @@ struct GcDbField {
     row.before = static_cast<uint8_t>(version);
     return row;
   }
+  // `Method` is a const member function without arguments of the record's class (or a base that comes first).
+  template <auto Method>
+  constexpr GcDbField when() const;
   constexpr GcDbField when(bool (*predicate)(const void*)) const {
     GcDbField row = *this;
     row.present = predicate;
@@ -135,6 +169,32 @@ struct GcDbField {
   constexpr GcDbField orElse(double value) const {
     GcDbField row = *this;
     row.defaultValue = value;
+    return row;
+  }
+  constexpr GcDbField orAxis(int axis) const {
+    GcDbField row = *this;
+    row.defaultAxis = static_cast<int8_t>(axis);
+    return row;
+  }
+  constexpr GcDbField also(int second) const {
+    GcDbField row = *this;
+    row.alsoCode = static_cast<int16_t>(second);
+    return row;
+  }
+  constexpr GcDbField filedAs(GcDbGroup (*getter)(const void*), bool (*setter)(void*, const GcDbGroup&)) const {
+    GcDbField row = *this;
+    row.get = getter;
+    row.set = setter;
+    return row;
+  }
+  constexpr GcDbField inPieces(int piece) const {
+    GcDbField row = *this;
+    row.pieceCode = static_cast<int16_t>(piece);
+    return row;
+  }
+  constexpr GcDbField echo() const {
+    GcDbField row = *this;
+    row.isEcho = true;
     return row;
   }
   constexpr GcDbField packed(Pack p) const {
@@ -200,6 +260,19 @@ struct MemberOf<M C::*> {
   using Member = M;
 };
 
+template <class M>
+struct ClassOfMethod;
+template <class C>
+struct ClassOfMethod<bool (C::*)() const> {
+  using Class = C;
+};
+
+template <auto Method>
+bool answersTrue(const void* record) {
+  using Class = typename ClassOfMethod<decltype(Method)>::Class;
+  return (static_cast<const Class*>(record)->*Method)();
+}
+
 template <auto Pointer>
 void* memberAt(void* record) {
   using Class = typename MemberOf<decltype(Pointer)>::Class;
@@ -247,11 +320,36 @@ struct BareRow {
 
 }  // namespace gcdescribe
 
+template <auto Method>
+constexpr GcDbField GcDbField::when() const {
+  return when(gcdescribe::answersTrue<Method>);
+}
+
 constexpr GcDbField marker(const char* subclass) {
   GcDbField row;
   row.code = 100;
   row.is = Is::Marker;
   row.name = subclass;
+  return row;
+}
+
+// Begins the part of an entity that repeats another one's groups inside it (group 101).
+constexpr GcDbField embedded(const char* name) {
+  GcDbField row = marker(name);
+  row.code = 101;
+  return row;
+}
+
+// A group that files always have with the same integer; what is read there is dropped.
+template <int Code, int Value>
+constexpr GcDbField fixed(const char* name) {
+  GcDbField row;
+  row.code = Code;
+  row.name = name;
+  row.isEcho = true;
+  row.at = gcdescribe::selfAt;
+  row.get = [](const void*) { return GcDbGroup::ofInt(Code, Value); };
+  row.set = [](void*, const GcDbGroup&) { return true; };
   return row;
 }
 
@@ -282,6 +380,14 @@ constexpr GcDbField each(int countCode, const char* name, const GcDbField (&rows
   row.records = &gcdescribe::ArrayOps<gcdescribe::ElementAt<Pointer>>::kOps;
   row.rows = rows;
   row.rowCount = N;
+  return row;
+}
+
+// A part that few objects have, kept as an array of at most one structure. Any of its groups brings it about.
+template <auto Pointer, int N>
+constexpr GcDbField part(const char* name, const GcDbField (&rows)[N]) {
+  GcDbField row = each<Pointer>(-1, name, rows);
+  row.isPart = true;
   return row;
 }
 

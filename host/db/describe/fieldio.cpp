@@ -57,9 +57,20 @@ void setInteger(const GcDbField& row, void* member, int64_t value) {
 bool isInteger(Kind kind) { return kind >= Kind::Bool && kind <= Kind::Int64; }
 
 GcGeVector3d defaultVector(const GcDbField& row) {
-  if (row.is == Is::Normal) return GcGeVector3d::kZAxis;
+  if (row.is == Is::Normal || row.defaultAxis == 2) return GcGeVector3d::kZAxis;
+  if (row.defaultAxis >= 0) return row.defaultAxis == 0 ? GcGeVector3d::kXAxis : GcGeVector3d::kYAxis;
   return {row.defaultValue, row.defaultValue, row.defaultValue};
 }
+
+// A text or dimension style that is not named in a file is the one called Standard.
+bool isDefaultId(const GcDbField& row, GcDbObjectId id) {
+  if (id.isNull()) return true;
+  return (row.is == Is::TextStyleName || row.is == Is::DimStyleName) &&
+         equalNoCase(gcdbNameOfRecord(id), GC_T("Standard"));
+}
+
+// Codes whose reals are angles, which files keep in degrees.
+bool isAngleCode(int code) { return code >= 50 && code <= 58; }
 
 }  // namespace
 
@@ -71,7 +82,7 @@ bool GcDbField::isDefault(const void* record) const {
     case Kind::Point3d:
     case Kind::Vector3d: return as<GcGeVector3d>(member) == defaultVector(*this);
     case Kind::String: return as<GcString>(member).isEmpty();
-    case Kind::Id: return as<GcDbObjectId>(member).isNull();
+    case Kind::Id: return isDefaultId(*this, as<GcDbObjectId>(member));
     case Kind::Color:
       if (is == Is::TrueColor) return !as<GcCmEntityColor>(member).isByColor();
       return as<GcCmEntityColor>(member) == GcCmEntityColor::byLayer();
@@ -125,7 +136,7 @@ GcDbGroup gcdbGetValue(const GcDbField& row, const void* member, GcDbDatabase*) 
   switch (row.kind) {
     case Kind::Real: {
       GcDbGroup group = GcDbGroup::ofReal(row.code, as<double>(member));
-      group.isAngle = row.is == Is::Angle;
+      group.isAngle = isAngleCode(row.code);
       return group;
     }
     case Kind::Point2d:
@@ -174,14 +185,36 @@ void putBytes(GcDbGroupSink& sink, int code, const GcArray<uint8_t>& bytes) {
   }
 }
 
-void putRow(const GcDbField& row, const void* record, GcDbGroupSink& sink, int version, GcDbDatabase* database) {
+// A long text as the format wants it: pieces of 250 units (surrogate pairs stay whole), the rest last.
+void putPieces(const GcDbField& row, GcView text, GcDbGroupSink& sink) {
+  constexpr size_t kPiece = 250;
+  while (text.size() >= kPiece) {
+    const bool splitsPair = (text[kPiece - 1] & 0xFC00) == 0xD800;
+    const size_t size = splitsPair ? kPiece - 1 : kPiece;
+    sink.put(GcDbGroup::ofText(row.pieceCode, text.substr(0, size)));
+    text.remove_prefix(size);
+  }
+  sink.put(GcDbGroup::ofText(row.code, text));
+}
+
+bool isLeftOut(const GcDbField& row, const void* record, For purpose) {
+  if (row.code < 0 && row.kind != Kind::Groups && row.kind != Kind::Records) return true;
+  switch (row.write) {
+    case Write::Never: return true;
+    case Write::ListsOnly: return purpose == For::File;
+    case Write::UnlessDefault: return row.isDefault(record);
+    case Write::FilesUnlessDefault: return purpose == For::File && row.isDefault(record);
+    default: return false;
+  }
+}
+
+void putRow(const GcDbField& row, const void* record, GcDbGroupSink& sink, int version, GcDbDatabase* database,
+            For purpose) {
   if (row.is == Is::Marker) {
-    putText(sink, 100, row.name);
+    putText(sink, row.code, row.name);
     return;
   }
-  if (row.write == Write::Never || (row.code < 0 && row.kind != Kind::Groups && row.kind != Kind::Records) ||
-      (row.write == Write::UnlessDefault && row.isDefault(record)))
-    return;
+  if (isLeftOut(row, record, purpose)) return;
   void* member = row.at(const_cast<void*>(record));
   switch (row.kind) {
     case Kind::Records: {
@@ -189,7 +222,7 @@ void putRow(const GcDbField& row, const void* record, GcDbGroupSink& sink, int v
       if (row.code >= 0) sink.put(GcDbGroup::ofInt(row.code, size));
       if (row.is == Is::Count) return;
       for (int i = 0; i < size; ++i)
-        gcdbRowsOut(row.records->at(member, i), row.rows, row.rowCount, sink, version, database);
+        gcdbRowsOut(row.records->at(member, i), row.rows, row.rowCount, sink, version, database, purpose);
       return;
     }
     case Kind::Groups: {
@@ -198,6 +231,12 @@ void putRow(const GcDbField& row, const void* record, GcDbGroupSink& sink, int v
       return;
     }
     case Kind::Bytes: putBytes(sink, row.code, as<GcArray<uint8_t>>(static_cast<const void*>(member))); return;
+    case Kind::String:
+      if (row.pieceCode != 0) {
+        putPieces(row, view(as<GcString>(static_cast<const void*>(member))), sink);
+        return;
+      }
+      [[fallthrough]];
     default: sink.put(row.get != nullptr ? row.get(record) : gcdbGetValue(row, member, database));
   }
 }
@@ -205,18 +244,18 @@ void putRow(const GcDbField& row, const void* record, GcDbGroupSink& sink, int v
 }  // namespace
 
 void gcdbRowsOut(const void* record, const GcDbField* rows, int count, GcDbGroupSink& sink, int version,
-                 GcDbDatabase* database) {
+                 GcDbDatabase* database, For purpose) {
   for (int i = 0; i < count; ++i)
-    if (rows[i].isIn(version) && rows[i].applies(record)) putRow(rows[i], record, sink, version, database);
+    if (rows[i].isIn(version) && rows[i].applies(record)) putRow(rows[i], record, sink, version, database, purpose);
 }
 
-void gcdbFieldsOut(const GcDbObject& object, GcDbGroupSink& sink, int version) {
+void gcdbFieldsOut(const GcDbObject& object, GcDbGroupSink& sink, int version, For purpose) {
   const GcDbClassInfo* info = gcdbInfoOf(object);
   if (info == nullptr) return;
   GcDbDatabase* database = object.database();
   for (int i = 0; i < info->rowCount; ++i) {
     const GcDbField& row = *info->rows[i];
-    if (row.isIn(version) && row.applies(&object)) putRow(row, &object, sink, version, database);
+    if (row.isIn(version) && row.applies(&object)) putRow(row, &object, sink, version, database, purpose);
   }
 }
 
@@ -228,21 +267,23 @@ GcDbFieldReader::GcDbFieldReader(GcDbObject& object, int version)
 GcDbFieldReader::GcDbFieldReader(void* record, const GcDbField* const* rows, int rowCount, int version,
                                  GcDbDatabase* database)
     : m_rows(rows), m_rowCount(rowCount), m_version(version), m_database(database), m_sectionEnd(rowCount) {
-  m_frames[0] = {record, nullptr, rowCount, 0, nullptr, nullptr};
+  m_frames[0] = {record, nullptr, rowCount, 0, 0, nullptr, nullptr};
 }
 
-// A class may have the same marker twice (TEXT); the next one behind the current section is meant.
+// A class may have the same marker twice (TEXT); the next one behind the current section is meant. Markers that
+// follow each other directly are names for one section, of which an object has the one that applies.
 bool GcDbFieldReader::takeMarker(const GcDbGroup& group) {
   const int from = m_sectionEnd < m_rowCount ? m_sectionEnd : 0;
   for (int step = 0; step < m_rowCount; ++step) {
     const int i = from + step < m_rowCount ? from + step : from + step - m_rowCount;
     const GcDbField& row = *m_rows[i];
-    if (row.is != Is::Marker || group.text.size() != std::strlen(row.name)) continue;
+    if (row.is != Is::Marker || row.code != group.code || group.text.size() != std::strlen(row.name)) continue;
     if (!std::equal(group.text.begin(), group.text.end(), row.name)) continue;
     m_section = row.name;
     m_foreign = false;
     m_sectionStart = i + 1;
-    m_sectionEnd = i + 1;
+    while (m_sectionStart < m_rowCount && m_rows[m_sectionStart]->is == Is::Marker) ++m_sectionStart;
+    m_sectionEnd = m_sectionStart;
     while (m_sectionEnd < m_rowCount && m_rows[m_sectionEnd]->is != Is::Marker) ++m_sectionEnd;
     m_depth = 0;
     m_frames[0].cursor = m_sectionStart;
@@ -252,14 +293,17 @@ bool GcDbFieldReader::takeMarker(const GcDbGroup& group) {
   return false;
 }
 
-void GcDbFieldReader::beginArray(const GcDbField& row, void* array) {
+// True the first time it is asked about a member of the object in this reading.
+bool GcDbFieldReader::isFirstOf(const void* member) {
+  if (m_depth > 0) return false;  // members of an element are fresh
   for (int i = 0; i < m_begunCount; ++i)
-    if (m_begun[i] == &row && m_begunArray[i] == array) return;
-  row.records->clear(array);
-  if (m_depth == 0 && m_begunCount < 16) {
-    m_begun[m_begunCount] = &row;
-    m_begunArray[m_begunCount++] = array;
-  }
+    if (m_begun[i] == member) return false;
+  if (m_begunCount < kMostBegun) m_begun[m_begunCount++] = member;
+  return true;
+}
+
+void GcDbFieldReader::beginArray(const GcDbField& row, void* array) {
+  if (isFirstOf(array)) row.records->clear(array);
 }
 
 // A new element of the row's array whose first row has the group's code.
@@ -267,23 +311,48 @@ bool GcDbFieldReader::enterRecord(Frame& frame, int index, const GcDbGroup& grou
   if (m_depth + 1 >= kMaxDepth) return false;
   const GcDbField& row = rowOf(frame, index);
   void* array = row.at(frame.record);
-  if (frame.array != array || frame.cursor != index) beginArray(row, array);
+  beginArray(row, array);
   frame.cursor = index;  // stays: the next element may follow
-  void* element = row.records->append(array);
-  m_frames[++m_depth] = {element, row.rows, row.rowCount, 0, array, &row};
+  const bool isThere = row.isPart && row.records->size(array) > 0;
+  void* element = isThere ? row.records->at(array, 0) : row.records->append(array);
+  m_frames[++m_depth] = {element, row.rows, row.rowCount, 0, 0, array, &row};
   Frame& inner = m_frames[m_depth];
   return takeIn(inner, group, 0, inner.count);
 }
 
+bool GcDbFieldReader::takePiece(GcString& text, const GcDbGroup& group) {
+  if (isFirstOf(&text)) text.clear();
+  text.append(group.text.data(), group.text.size());
+  return true;
+}
+
+void GcDbFieldReader::markTaken(Frame& frame, int index) {
+  if (m_depth > 0 && index < 64) frame.taken |= uint64_t{1} << index;
+  if (m_depth == 0 && index < kMostMarked) m_taken[index / 64] |= uint64_t{1} << (index % 64);
+}
+
+// Takes the value of a row that is no array of records. Rows that take several groups stay where they are.
+bool GcDbFieldReader::takeValue(Frame& frame, int index, const GcDbGroup& group) {
+  const GcDbField& row = rowOf(frame, index);
+  void* member = row.at(frame.record);
+  const bool takesMore =
+      row.kind == Kind::Bytes || row.kind == Kind::Groups || (row.pieceCode != 0 && row.pieceCode == group.code);
+  frame.cursor = takesMore ? index : index + 1;
+  if (!takesMore) markTaken(frame, index);
+  if (row.set != nullptr) return row.set(frame.record, group);
+  if (row.pieceCode != 0) return takePiece(*static_cast<GcString*>(member), group);
+  if (row.kind == Kind::Groups) {
+    if (isFirstOf(member)) static_cast<GcDbGroupList*>(member)->clear();
+    static_cast<GcDbGroupList*>(member)->put(group);
+    return true;
+  }
+  if (row.kind == Kind::Bytes && isFirstOf(member)) static_cast<GcArray<uint8_t>*>(member)->clear();
+  return gcdbSetValue(row, member, group, m_database);
+}
+
 bool GcDbFieldReader::takeRow(Frame& frame, int index, const GcDbGroup& group) {
   const GcDbField& row = rowOf(frame, index);
-  if (row.kind != Kind::Records) {
-    const bool continues = row.kind == Kind::Bytes || row.kind == Kind::Groups;
-    frame.cursor = continues ? index : index + 1;
-    if (!continues && m_depth == 0 && index < kMostMarked) m_taken[index / 64] |= uint64_t{1} << (index % 64);
-    if (row.set != nullptr) return row.set(frame.record, group);
-    return gcdbSetValue(row, row.at(frame.record), group, m_database);
-  }
+  if (row.kind != Kind::Records) return takeValue(frame, index, group);
   if (row.code == group.code) {  // the count: a promise at most, never trusted for memory
     frame.cursor = row.is == Is::Count ? index + 1 : index;
     if (row.is == Is::Count) return true;
@@ -300,29 +369,44 @@ bool GcDbFieldReader::takeRow(Frame& frame, int index, const GcDbGroup& group) {
 bool GcDbFieldReader::takeIn(Frame& frame, const GcDbGroup& group, int first, int last) {
   for (int i = first; i < last; ++i) {
     const GcDbField& row = rowOf(frame, i);
-    if (row.is == Is::Marker || !row.isIn(m_version) || (m_depth == 0 && isTaken(i))) continue;
-    const bool counts = row.code == group.code || (row.alsoCode != 0 && row.alsoCode == group.code);
-    const bool opens = row.kind == Kind::Records && row.rows != nullptr && row.rows[0].code == group.code;
-    if ((counts || opens) && (row.inExtra || row.applies(frame.record))) return takeRow(frame, i, group);
+    const bool opens = row.opensWith(group.code);
+    const bool counts = row.code == group.code || (row.alsoCode != 0 && row.alsoCode == group.code) ||
+                        (row.pieceCode != 0 && row.pieceCode == group.code) || row.takesAnyGroup();
+    if ((!counts && !opens) || row.is == Is::Marker || !row.isIn(m_version) || isTaken(frame, i)) continue;
+    if (row.isGroupsOnly() || row.applies(frame.record)) return takeRow(frame, i, group);
   }
   return false;
 }
 
 bool GcDbFieldReader::take(const GcDbGroup& group) {
-  if (group.code == 100) return takeMarker(group);
+  if (group.code == 100 || group.code == 101) return takeMarker(group);
   if (m_foreign) return false;
-  while (m_depth > 0) {  // inside records: forward only, then out
+  while (m_depth > 0) {  // inside records: forward, then what was passed over but for the first, then out
     Frame& frame = m_frames[m_depth];
-    if (takeIn(frame, group, frame.cursor, frame.count)) return true;
+    if (takeIn(frame, group, frame.cursor, frame.count) || takeIn(frame, group, 1, frame.cursor))
+      return true;
     --m_depth;
     Frame& outer = m_frames[m_depth];
     const GcDbField& row = rowOf(outer, outer.cursor);
-    if (row.kind == Kind::Records && row.rows != nullptr && row.rows[0].code == group.code && row.code != group.code)
+    if (!row.isPart && row.opensWith(group.code) && row.code != group.code)
       return enterRecord(outer, outer.cursor, group);
   }
   Frame& top = m_frames[0];
   return takeIn(top, group, top.cursor, m_sectionEnd) ||
-         takeIn(top, group, m_sectionStart, std::min(top.cursor, m_sectionEnd));
+         takeIn(top, group, m_sectionStart, std::min(top.cursor, m_sectionEnd)) || takeInNamesake(group);
+}
+
+// Files that write a section whole where the class has it in two parts of one name (TEXT).
+bool GcDbFieldReader::takeInNamesake(const GcDbGroup& group) {
+  int i = m_sectionEnd;
+  if (i >= m_rowCount || std::strcmp(m_rows[i]->name, m_section) != 0) return false;
+  for (++i; i < m_rowCount && m_rows[i]->is != Is::Marker; ++i) {
+    const GcDbField& row = *m_rows[i];
+    void* record = m_frames[0].record;
+    if (row.code == group.code && row.kind != Kind::Records && row.set == nullptr && row.isIn(m_version))
+      return gcdbSetValue(row, row.at(record), group, m_database);
+  }
+  return false;
 }
 
 void GcDbFieldReader::emptyArrays() {
@@ -364,7 +448,8 @@ void writeRecords(const GcDbField& row, void* array, GcDbDwgFiler& filer) {
   ignore(filer.writeInt32(size));
   for (int i = 0; i < size; ++i) {
     void* element = row.records->at(array, i);
-    for (int r = 0; r < row.rowCount; ++r) writeMember(row.rows[r], row.rows[r].at(element), filer);
+    for (int r = 0; r < row.rowCount; ++r)
+      if (!row.rows[r].isEcho) writeMember(row.rows[r], row.rows[r].at(element), filer);
   }
 }
 
@@ -374,7 +459,8 @@ void readRecords(const GcDbField& row, void* array, GcDbDwgFiler& filer) {
   row.records->clear(array);
   for (int i = 0; i < size && filer.filerStatus() == Gcad::eOk; ++i) {
     void* element = row.records->append(array);
-    for (int r = 0; r < row.rowCount; ++r) readMember(row.rows[r], row.rows[r].at(element), filer);
+    for (int r = 0; r < row.rowCount; ++r)
+      if (!row.rows[r].isEcho) readMember(row.rows[r], row.rows[r].at(element), filer);
   }
 }
 
@@ -469,7 +555,7 @@ Gcad::ErrorStatus gcdbFieldsDwgOut(const GcDbObject& object, GcDbDwgFiler& filer
   const GcDbClassInfo* info = gcdbInfoOf(object);
   for (int i = 0; info != nullptr && i < info->rowCount; ++i) {
     const GcDbField& row = *info->rows[i];
-    if (row.is != Is::Marker && !row.inExtra) writeMember(row, row.at(const_cast<GcDbObject*>(&object)), filer);
+    if (row.is != Is::Marker && !row.isGroupsOnly()) writeMember(row, row.at(const_cast<GcDbObject*>(&object)), filer);
   }
   return filer.filerStatus();
 }
@@ -478,7 +564,7 @@ Gcad::ErrorStatus gcdbFieldsDwgIn(GcDbObject& object, GcDbDwgFiler& filer) {
   const GcDbClassInfo* info = gcdbInfoOf(object);
   for (int i = 0; info != nullptr && i < info->rowCount; ++i) {
     const GcDbField& row = *info->rows[i];
-    if (row.is != Is::Marker && !row.inExtra) readMember(row, row.at(&object), filer);
+    if (row.is != Is::Marker && !row.isGroupsOnly()) readMember(row, row.at(&object), filer);
   }
   return filer.filerStatus();
 }
@@ -488,7 +574,7 @@ Gcad::ErrorStatus gcdbFieldsDwgIn(GcDbObject& object, GcDbDwgFiler& filer) {
 namespace {
 
 void visitRow(const GcDbField& row, void* record, GcDbReferenceVisitor& visitor) {
-  if (row.at == nullptr || row.is == Is::Count || (row.inExtra && !row.applies(record))) return;
+  if (row.at == nullptr || row.is == Is::Count || row.isEcho || (row.inExtra && !row.applies(record))) return;
   void* member = row.at(record);
   if (row.kind == Kind::Id) visitor.reference(as<GcDbObjectId>(member), row.is);
   if (row.kind == Kind::Groups)
@@ -542,7 +628,7 @@ struct FieldTransform {
 };
 
 void transformRow(const GcDbField& row, void* record, const FieldTransform& transform) {
-  if (row.at == nullptr || row.inExtra) return;
+  if (row.at == nullptr || row.isGroupsOnly()) return;
   void* member = row.at(record);
   if (row.kind != Kind::Records) {
     transform.apply(row, member);

@@ -7,15 +7,14 @@ class GcDbDwgFiler;
 class GcGeMatrix3d;
 class GcDbObject;
 
-// Puts the groups of rows into the sink as files of the version have them. `forFile` false: as entity lists
-// have them (no difference but that nothing is left out for the version's sake).
-void gcdbFieldsOut(const GcDbObject& object, GcDbGroupSink& sink, int version);
+// Puts the groups of rows into the sink, as files of the version or entity lists have them.
+void gcdbFieldsOut(const GcDbObject& object, GcDbGroupSink& sink, int version, For purpose = For::File);
 void gcdbRowsOut(const void* record, const GcDbField* rows, int count, GcDbGroupSink& sink, int version,
-                 GcDbDatabase* database);
+                 GcDbDatabase* database, For purpose = For::File);
 
 // Takes groups in file order (or nearly so) and puts their values where the rows say. A row is looked for
-// forward from the last one taken, then from the start of the current subclass; records nest. A single value is
-// taken once: a group that comes again finds a later row of its code or none.
+// forward from the last one taken, then among those of the current subclass that were passed over; records nest. A
+// single value is taken once: a group that comes again finds a later row of its code or none.
 class GcDbFieldReader {
  public:
   // `record` is the object (or, with the second form, any structure with rows of its own).
@@ -37,16 +36,23 @@ class GcDbFieldReader {
     const GcDbField* rows;  // null for the outermost frame, which has m_rows
     int count;
     int cursor;
+    uint64_t taken;          // of an element: bit per row that has had its group
     void* array;             // the array whose element `record` is
     const GcDbField* owner;  // its row
   };
   static constexpr int kMaxDepth = 8;
+  static constexpr int kMostBegun = 16;
 
   [[nodiscard]] const GcDbField& rowOf(const Frame& frame, int index) const {
     return frame.rows != nullptr ? frame.rows[index] : *m_rows[index];
   }
   bool takeMarker(const GcDbGroup& group);
+  bool takePiece(GcString& text, const GcDbGroup& group);
+  bool isFirstOf(const void* member);
   bool takeIn(Frame& frame, const GcDbGroup& group, int first, int last);
+  void markTaken(Frame& frame, int index);
+  bool takeInNamesake(const GcDbGroup& group);
+  bool takeValue(Frame& frame, int index, const GcDbGroup& group);
   bool takeRow(Frame& frame, int index, const GcDbGroup& group);
   bool enterRecord(Frame& frame, int index, const GcDbGroup& group);
   void beginArray(const GcDbField& row, void* array);
@@ -57,7 +63,8 @@ class GcDbFieldReader {
   GcDbDatabase* m_database;
   const char* m_section = "";
   static constexpr int kMostMarked = 256;  // rows behind these may be taken again
-  [[nodiscard]] bool isTaken(int index) const {
+  [[nodiscard]] bool isTaken(const Frame& frame, int index) const {
+    if (m_depth > 0) return index < 64 && (frame.taken >> index & 1) != 0;
     return index < kMostMarked && (m_taken[index / 64] >> (index % 64) & 1) != 0;
   }
 
@@ -67,8 +74,7 @@ class GcDbFieldReader {
   int m_sectionEnd = 0;
   Frame m_frames[kMaxDepth];
   int m_depth = 0;
-  const GcDbField* m_begun[16] = {};  // arrays that have been emptied in this reading
-  const void* m_begunArray[16] = {};
+  const void* m_begun[kMostBegun];  // members that have been emptied in this reading
   int m_begunCount = 0;
 };
 

@@ -2,12 +2,27 @@
 #include <deque>
 #include <vector>
 
+#include "db/arc.h"
+#include "db/attribute.h"
 #include "db/blockbegin.h"
+#include "db/blockreference.h"
+#include "db/circle.h"
 #include "db/curve.h"
 #include "db/database.h"
 #include "db/dictionary.h"
 #include "db/groupdata.h"
+#include "db/ellipse.h"
+#include "db/face.h"
 #include "db/line.h"
+#include "db/mesh.h"
+#include "db/mtext.h"
+#include "db/point.h"
+#include "db/polyline.h"
+#include "db/polyline2d.h"
+#include "db/solid.h"
+#include "db/text.h"
+#include "db/vertex.h"
+#include "db/xline.h"
 #include "db/xrecord.h"
 #include "db/zombie.h"
 #include "host/db/describe/classinfo.h"
@@ -28,6 +43,7 @@ struct Row {
   GcRxPseudoConstructor create;
   const GcDbField* fields;
   int fieldCount;
+  bool replacesParents = false;  // the rows stand in place of the parent's
 };
 
 #define GC_ABSTRACT(Class, name, parent) \
@@ -40,6 +56,8 @@ struct Row {
   { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, nullptr, 0 }
 #define GC_SELF(Class, name, parent, dxf) \
   { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, nullptr, -1 }
+#define GC_WHOLE(Class, name, parent, dxf) \
+  { GC_T(name), GC_T(parent), GC_T(dxf), make<Class>, Class::kFields, Class::kFieldCount, true }
 #define GC_UNNAMED(Class, name, parent) \
   { GC_T(name), GC_T(parent), nullptr, make<Class>, Class::kFields, Class::kFieldCount }
 
@@ -57,13 +75,23 @@ struct Flat {
   GcDbClassInfo info;
 };
 
+const Row* rowNamed(const Row* rows, int count, const GCHAR* name) {
+  for (int i = 0; i < count; ++i)
+    if (view(rows[i].name) == view(name)) return &rows[i];
+  return nullptr;
+}
+
 void appendRows(const Row* rows, int count, const GCHAR* name, std::vector<const GcDbField*>& out) {
-  for (int i = 0; i < count; ++i) {
-    if (view(rows[i].name) != view(name)) continue;
-    appendRows(rows, count, rows[i].parent, out);
-    for (int f = 0; f < rows[i].fieldCount; ++f) out.push_back(&rows[i].fields[f]);
-    return;
-  }
+  const Row* row = rowNamed(rows, count, name);
+  if (row == nullptr) return;
+  const Row* parent = rowNamed(rows, count, row->parent);
+  if (parent != nullptr) appendRows(rows, count, row->replacesParents ? parent->parent : parent->name, out);
+  for (int f = 0; f < row->fieldCount; ++f) out.push_back(&row->fields[f]);
+}
+
+std::vector<GcRxClass*>& described() {
+  static auto* const classes = new std::vector<GcRxClass*>;
+  return *classes;
 }
 
 std::vector<GcText>& leftOut() {
@@ -91,6 +119,7 @@ void registerAll() {
     appendRows(rows, count, rows[i].name, flat.rows);
     flat.info = {flat.rows.data(), static_cast<int>(flat.rows.size())};
     made->setInfo(&flat.info);
+    described().push_back(made);
   }
 }
 
@@ -101,4 +130,9 @@ void gcdbLeaveClassOut(const GCHAR* name) { leftOut().emplace_back(name); }
 void gcdbRegisterClasses() {
   static const bool once = (registerAll(), true);
   static_cast<void>(once);
+}
+
+std::span<GcRxClass* const> gcdbDescribedClasses() {
+  gcdbRegisterClasses();
+  return described();
 }

@@ -254,6 +254,7 @@ Gcad::ErrorStatus GcDbEntity::subTransformBy(const GcGeMatrix3d& transform) {
   return status;
 }
 
+void GcDbEntity::subAppended() {}
 bool GcDbEntity::isPlanar() const { return false; }
 GcGeVector3d GcDbEntity::normal() const { return GcGeVector3d::kZAxis; }
 Gcad::ErrorStatus GcDbEntity::explode(GcDbVoidPtrArray&) const { return Gcad::eNotApplicable; }

@@ -11,7 +11,7 @@ const GcDbField GcDbLine::kFields[] = {
     field<&GcDbLine::m_thickness>(39, "thickness", Is::Length, Write::UnlessDefault),
     field<&GcDbLine::m_start>(10, "start", Is::WcsPoint),
     field<&GcDbLine::m_end>(11, "end", Is::WcsPoint),
-    field<&GcDbLine::m_normal>(210, "normal", Is::Normal, Write::UnlessDefault),
+    field<&GcDbLine::m_normal>(210, "normal", Is::Normal, Write::FilesUnlessDefault),
 };
 GCDB_FIELD_COUNT(GcDbLine);
 

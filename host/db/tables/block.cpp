@@ -84,8 +84,10 @@ Gcad::ErrorStatus GcDbBlockTableRecord::appendGcDbEntity(GcDbObjectId& id, GcDbE
   assertWriteEnabled(false);
   if (entity->layerId().isNull()) entity->setDatabaseDefaults(database());
   const Gcad::ErrorStatus status = database()->addGcDbObject(id, entity, objectId());
-  if (status == Gcad::eOk) m_entities.append(id);
-  return status;
+  if (status != Gcad::eOk) return status;
+  m_entities.append(id);
+  entity->subAppended();
+  return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbBlockTableRecord::adoptEntity(GcDbObjectId id) {

@@ -29,60 +29,6 @@ const GcDbField GcDbRegAppTableRecord::kFields[] = {
 };
 GCDB_FIELD_COUNT(GcDbRegAppTableRecord);
 
-GCDB_DEFINE_CLASS(GcDbLinetypeTableRecord, "AcDbLinetypeTableRecord")
-struct GcDbLinetypeFields {
-  static constexpr GcDbField name() { return field<&GcDbLinetypeTableRecord::m_name>(2, "name", Is::Plain); }
-  static constexpr GcDbField flags() { return field<&GcDbLinetypeTableRecord::m_flags>(70, "flags", Is::Plain); }
-};
-const GcDbField GcDbLinetypeTableRecord::kFields[] = {marker("AcDbLinetypeTableRecord"), GcDbLinetypeFields::name(),
-                                                      GcDbLinetypeFields::flags()};
-GCDB_FIELD_COUNT(GcDbLinetypeTableRecord);
-
-GCDB_DEFINE_CLASS(GcDbTextStyleTableRecord, "AcDbTextStyleTableRecord")
-struct GcDbTextStyleFields {
-  static constexpr GcDbField name() { return field<&GcDbTextStyleTableRecord::m_name>(2, "name", Is::Plain); }
-  static constexpr GcDbField flags() { return field<&GcDbTextStyleTableRecord::m_flags>(70, "flags", Is::Plain); }
-};
-const GcDbField GcDbTextStyleTableRecord::kFields[] = {marker("AcDbTextStyleTableRecord"), GcDbTextStyleFields::name(),
-                                                       GcDbTextStyleFields::flags()};
-GCDB_FIELD_COUNT(GcDbTextStyleTableRecord);
-
-GCDB_DEFINE_CLASS(GcDbDimStyleTableRecord, "AcDbDimStyleTableRecord")
-struct GcDbDimStyleFields {
-  static constexpr GcDbField name() { return field<&GcDbDimStyleTableRecord::m_name>(2, "name", Is::Plain); }
-  static constexpr GcDbField flags() { return field<&GcDbDimStyleTableRecord::m_flags>(70, "flags", Is::Plain); }
-};
-const GcDbField GcDbDimStyleTableRecord::kFields[] = {marker("AcDbDimStyleTableRecord"), GcDbDimStyleFields::name(),
-                                                      GcDbDimStyleFields::flags()};
-GCDB_FIELD_COUNT(GcDbDimStyleTableRecord);
-
-GCDB_DEFINE_CLASS(GcDbViewTableRecord, "AcDbViewTableRecord")
-struct GcDbViewFields {
-  static constexpr GcDbField name() { return field<&GcDbViewTableRecord::m_name>(2, "name", Is::Plain); }
-  static constexpr GcDbField flags() { return field<&GcDbViewTableRecord::m_flags>(70, "flags", Is::Plain); }
-};
-const GcDbField GcDbViewTableRecord::kFields[] = {marker("AcDbViewTableRecord"), GcDbViewFields::name(),
-                                                  GcDbViewFields::flags()};
-GCDB_FIELD_COUNT(GcDbViewTableRecord);
-
-GCDB_DEFINE_CLASS(GcDbViewportTableRecord, "AcDbViewportTableRecord")
-struct GcDbViewportFields {
-  static constexpr GcDbField name() { return field<&GcDbViewportTableRecord::m_name>(2, "name", Is::Plain); }
-  static constexpr GcDbField flags() { return field<&GcDbViewportTableRecord::m_flags>(70, "flags", Is::Plain); }
-};
-const GcDbField GcDbViewportTableRecord::kFields[] = {marker("AcDbViewportTableRecord"), GcDbViewportFields::name(),
-                                                      GcDbViewportFields::flags()};
-GCDB_FIELD_COUNT(GcDbViewportTableRecord);
-
-GCDB_DEFINE_CLASS(GcDbUCSTableRecord, "AcDbUCSTableRecord")
-struct GcDbUCSFields {
-  static constexpr GcDbField name() { return field<&GcDbUCSTableRecord::m_name>(2, "name", Is::Plain); }
-  static constexpr GcDbField flags() { return field<&GcDbUCSTableRecord::m_flags>(70, "flags", Is::Plain); }
-};
-const GcDbField GcDbUCSTableRecord::kFields[] = {marker("AcDbUCSTableRecord"), GcDbUCSFields::name(),
-                                                 GcDbUCSFields::flags()};
-GCDB_FIELD_COUNT(GcDbUCSTableRecord);
-
 #define GC_DEFINE_TABLE(Table, rxName, Record) \
   GCDB_DEFINE_CLASS(Table, rxName)             \
   GcRxClass* Table::recordClass() const { return gcrxFindGcRxClass(GC_T(Record)); }

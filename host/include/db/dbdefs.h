@@ -37,14 +37,30 @@ enum DuplicateRecordCloning : uint8_t {
   kDrcUnmangleName = 5
 };
 
-enum DeepCloneType : uint8_t { kDcCopy = 0, kDcExplode = 1, kDcBlock = 2, kDcXrefBind = 3, kDcSymTableMerge = 4, kDcInsert = 6, kDcWblock = 7, kDcObjects = 8 };
+enum DeepCloneType : uint8_t {
+  kDcCopy = 0,
+  kDcExplode = 1,
+  kDcBlock = 2,
+  kDcXrefBind = 3,
+  kDcSymTableMerge = 4,
+  kDcInsert = 6,
+  kDcWblock = 7,
+  kDcObjects = 8
+};
 
 enum Intersect : uint8_t { kOnBothOperands = 0, kExtendThis = 1, kExtendArg = 2, kExtendBoth = 3 };
 
 enum Visibility : uint8_t { kInvisible = 1, kVisible = 0 };
 
 // Hundredths of a millimetre, or one of the negative codes.
-enum LineWeight : int16_t { kLnWt000 = 0, kLnWt025 = 25, kLnWt211 = 211, kLnWtByLayer = -1, kLnWtByBlock = -2, kLnWtByLwDefault = -3 };
+enum LineWeight : int16_t {
+  kLnWt000 = 0,
+  kLnWt025 = 25,
+  kLnWt211 = 211,
+  kLnWtByLayer = -1,
+  kLnWtByBlock = -2,
+  kLnWtByLwDefault = -3
+};
 
 enum EntSaveAsType : uint8_t { kNoSave = 0, kSaveAsR12, kSaveAsR13, kSaveAsR14 };
 

@@ -72,6 +72,9 @@ class GcDbEntity : public GcDbObject {
   // Entities to which the common properties are passed on (attributes, vertices).
   virtual void subEntities(GcDbObjectIdArray& ids) const;
 
+  // Called when the entity has become part of a database: fills in what is still open (styles, sizes).
+  virtual void subAppended();
+
   uint32_t subSetAttributes(GcGiDrawableTraits* traits) override;
 
  protected:

@@ -8,7 +8,15 @@
 #include "rx/gcstring.h"
 
 namespace GcDb {
-enum FilerType : uint8_t { kFileFiler = 0, kCopyFiler = 1, kUndoFiler = 2, kIdXlateFiler = 4, kDeepCloneFiler = 6, kWblockCloneFiler = 8, kDocumentationFiler = 12 };
+enum FilerType : uint8_t {
+  kFileFiler = 0,
+  kCopyFiler = 1,
+  kUndoFiler = 2,
+  kIdXlateFiler = 4,
+  kDeepCloneFiler = 6,
+  kWblockCloneFiler = 8,
+  kDocumentationFiler = 12
+};
 }
 
 // Binary fields in fixed order, as DWG records and memory copies have them. After a failing call the

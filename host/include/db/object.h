@@ -86,6 +86,14 @@ class GcDbObject : public GcGiDrawable {
  protected:
   GcDbObject() = default;
 
+  // What a plain setter does: the object must be open for write.
+  template <class T>
+  Gcad::ErrorStatus assign(T& member, const T& value) {
+    assertWriteEnabled();
+    member = value;
+    return Gcad::eOk;
+  }
+
  private:
   friend class GcDbDatabase;
   friend class GcDbLoader;

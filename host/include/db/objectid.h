@@ -18,12 +18,12 @@ class GcDbObjectId {
   static const GcDbObjectId kNull;
 
   [[nodiscard]] constexpr bool isNull() const { return m_stub == nullptr; }
-  [[nodiscard]] bool isValid() const;     // names an object that exists, erased or not
-  [[nodiscard]] bool isErased() const;    // false for a null id
+  [[nodiscard]] bool isValid() const;   // names an object that exists, erased or not
+  [[nodiscard]] bool isErased() const;  // false for a null id
   constexpr void setNull() { m_stub = nullptr; }
-  [[nodiscard]] GcDbHandle handle() const;          // 0 for a null id
-  [[nodiscard]] GcDbDatabase* database() const;     // null for a null id
-  [[nodiscard]] GcRxClass* objectClass() const;     // null when there is no object
+  [[nodiscard]] GcDbHandle handle() const;       // 0 for a null id
+  [[nodiscard]] GcDbDatabase* database() const;  // null for a null id
+  [[nodiscard]] GcRxClass* objectClass() const;  // null when there is no object
   [[nodiscard]] constexpr GcDbStub* stub() const { return m_stub; }
 
   friend constexpr bool operator==(GcDbObjectId a, GcDbObjectId b) = default;
@@ -45,7 +45,8 @@ Gcad::ErrorStatus gcdbGetGdsName(gds_name& name, GcDbObjectId id);
 
 // Opens an object; close it on every path. Many readers or one writer.
 // Errors: eNullObjectId, eUnknownHandle (nothing there), eWasErased, eWasOpenForRead, eWasOpenForWrite.
-Gcad::ErrorStatus gcdbOpenGcDbObject(GcDbObject*& object, GcDbObjectId id, GcDb::OpenMode mode, bool openErased = false);
+Gcad::ErrorStatus gcdbOpenGcDbObject(GcDbObject*& object, GcDbObjectId id, GcDb::OpenMode mode,
+                                     bool openErased = false);
 
 // The same with a class test: eNotThatKindOfClass leaves nothing open.
 template <class T>

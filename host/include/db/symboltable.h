@@ -2,43 +2,17 @@
 #pragma once
 
 #include "cm/color.h"
+#include "db/dimstyle.h"
+#include "db/linetype.h"
 #include "db/object.h"
+#include "db/symboltablerecord.h"
+#include "db/textstyle.h"
+#include "db/ucs.h"
+#include "db/view.h"
 #include "ge/point.h"
 #include "rx/gcstring.h"
 
-struct GcDbField;
 struct GcDbNameIndex;
-
-class GcDbSymbolTableRecord : public GcDbObject {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbSymbolTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
-  [[nodiscard]] const GcString& getName() const { return m_name; }
-  Gcad::ErrorStatus getName(GcString& name) const;
-  // A fresh copy for the caller, freed with gcutDelBuffer.
-  Gcad::ErrorStatus getName(GCHAR*& name) const;
-  // Renames. Errors: eInvalidInput (characters a name may not have), eDuplicateRecordName.
-  Gcad::ErrorStatus setName(const GCHAR* name);
-  [[nodiscard]] bool isDependent() const { return (m_flags & 16) != 0; }
-
-  // Called when the record joins its table: gives fields that need a database their defaults.
-  virtual void subJoined();
-  // For cloning: the name a copy was entered under, put back after its fields were filed.
-  void keepName(const GcString& name) { m_name = name; }
-  [[nodiscard]] int16_t flags() const { return m_flags; }
-  Gcad::ErrorStatus setFlags(int16_t flags);
-
- protected:
-  GcDbSymbolTableRecord() = default;
-  GcString m_name;
-  int16_t m_flags = 0;  // group 70: the bits of each kind of record
-
- private:
-  friend class GcDbLoader;
-  friend class GcDbSymbolTable;
-};
 
 class GcDbSymbolTableIterator {
  public:
@@ -241,64 +215,4 @@ class GcDbRegAppTableRecord : public GcDbSymbolTableRecord {
 
  private:
   friend struct GcDbRegAppFields;
-};
-
-class GcDbLinetypeTableRecord : public GcDbSymbolTableRecord {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbLinetypeTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
- private:
-  friend struct GcDbLinetypeFields;
-};
-
-class GcDbTextStyleTableRecord : public GcDbSymbolTableRecord {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbTextStyleTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
- private:
-  friend struct GcDbTextStyleFields;
-};
-
-class GcDbDimStyleTableRecord : public GcDbSymbolTableRecord {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbDimStyleTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
- private:
-  friend struct GcDbDimStyleFields;
-};
-
-class GcDbViewTableRecord : public GcDbSymbolTableRecord {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbViewTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
- private:
-  friend struct GcDbViewFields;
-};
-
-class GcDbViewportTableRecord : public GcDbSymbolTableRecord {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbViewportTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
- private:
-  friend struct GcDbViewportFields;
-};
-
-class GcDbUCSTableRecord : public GcDbSymbolTableRecord {
- public:
-  GCRX_DECLARE_MEMBERS(GcDbUCSTableRecord);
-  static const GcDbField kFields[];
-  static const int kFieldCount;
-
- private:
-  friend struct GcDbUCSFields;
 };

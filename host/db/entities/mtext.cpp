@@ -1,0 +1,187 @@
+#include "db/mtext.h"
+
+#include <iterator>
+
+#include "db/database.h"
+#include "db/textstyle.h"
+#include "host/db/describe/fieldio.h"
+#include "host/db/entities/planar.h"
+#include "host/gi/mtext.h"
+
+GCDB_DEFINE_CLASS(GcDbMText, "AcDbMText")
+
+namespace {
+
+constexpr GcDbField kBackgroundFields[] = {
+    field<&GcDbMTextRare::backgroundFlags>(90, "backgroundFlags", Is::Plain, Write::UnlessDefault),
+    field<&GcDbMTextRare::backgroundColor>(63, "backgroundColor", Is::Color).when<&GcDbMTextRare::hasBackground>(),
+    field<&GcDbMTextRare::backgroundColor>(421, "backgroundTrueColor", Is::TrueColor, Write::UnlessDefault)
+        .when<&GcDbMTextRare::hasBackground>()
+        .echo(),
+    field<&GcDbMTextRare::backgroundScale>(45, "backgroundScale", Is::Plain).when<&GcDbMTextRare::hasBackground>(),
+    field<&GcDbMTextRare::backgroundTransparency>(441, "backgroundTransparency", Is::Plain)
+        .when<&GcDbMTextRare::hasBackground>(),
+    field<&GcDbMTextRare::columnType>(-1, "columnType", Is::Plain),
+    field<&GcDbMTextRare::columnCount>(-1, "columnCount", Is::Plain),
+    field<&GcDbMTextRare::columnFlowReversed>(-1, "columnFlowReversed", Is::Plain),
+    field<&GcDbMTextRare::columnAutoHeight>(-1, "columnAutoHeight", Is::Plain),
+    field<&GcDbMTextRare::columnWidth>(-1, "columnWidth", Is::Length),
+    field<&GcDbMTextRare::columnGutter>(-1, "columnGutter", Is::Length),
+    field<&GcDbMTextRare::totalWidth>(-1, "totalWidth", Is::Length),
+    field<&GcDbMTextRare::totalHeight>(-1, "totalHeight", Is::Length),
+    list<&GcDbMTextRare::columnHeights, -1, Is::Length>(-1, "columnHeights"),
+};
+
+// The columns as the embedded object of files from 2018 on has them.
+constexpr GcDbField kColumnFields[] = {
+    field<&GcDbMTextRare::totalWidth>(42, "totalWidth", Is::Length),
+    field<&GcDbMTextRare::totalHeight>(43, "totalHeight", Is::Length),
+    field<&GcDbMTextRare::columnType>(71, "columnType", Is::Plain),
+    field<&GcDbMTextRare::columnCount>(72, "columnCount", Is::Plain),
+    field<&GcDbMTextRare::columnWidth>(44, "columnWidth", Is::Length),
+    field<&GcDbMTextRare::columnGutter>(45, "columnGutter", Is::Length),
+    field<&GcDbMTextRare::columnAutoHeight>(73, "columnAutoHeight", Is::Plain),
+    field<&GcDbMTextRare::columnFlowReversed>(74, "columnFlowReversed", Is::Plain),
+    list<&GcDbMTextRare::columnHeights, 46, Is::Length>(-1, "columnHeights"),
+};
+
+}  // namespace
+
+const GcDbField GcDbMText::kFields[] = {
+    marker("AcDbMText"),
+    field<&GcDbMText::m_location>(10, "location", Is::WcsPoint),
+    field<&GcDbMText::m_textHeight>(40, "textHeight", Is::Length),
+    field<&GcDbMText::m_width>(41, "width", Is::Length),
+    field<&GcDbMText::m_definedHeight>(46, "definedHeight", Is::Length).from(GcDb::kDHL_AC1021),
+    field<&GcDbMText::m_attachment>(71, "attachment", Is::Plain).orElse(1),
+    field<&GcDbMText::m_flow>(72, "flowDirection", Is::Plain).orElse(5),
+    field<&GcDbMText::m_contents>(1, "contents", Is::Plain).inPieces(3),
+    field<&GcDbMText::m_styleId>(7, "style", Is::TextStyleName, Write::FilesUnlessDefault),
+    field<&GcDbMText::m_normal>(210, "normal", Is::Normal, Write::FilesUnlessDefault),
+    field<&GcDbMText::m_direction>(11, "direction", Is::WcsVector, Write::FilesUnlessDefault).orAxis(0),
+    field<&GcDbMText::m_textHeight>(42, "actualWidth", Is::Plain, Write::ListsOnly)
+        .filedAs(
+            [](const void* text) { return GcDbGroup::ofReal(42, static_cast<const GcDbMText*>(text)->actualWidth()); },
+            [](void*, const GcDbGroup&) { return true; })
+        .echo(),
+    field<&GcDbMText::m_textHeight>(43, "actualHeight", Is::Plain, Write::ListsOnly)
+        .filedAs(
+            [](const void* text) { return GcDbGroup::ofReal(43, static_cast<const GcDbMText*>(text)->actualHeight()); },
+            [](void*, const GcDbGroup&) { return true; })
+        .echo(),
+    // The turn is another form of the direction; the later one counts when a file has both.
+    field<&GcDbMText::m_direction>(50, "rotation", Is::Angle, Write::ListsOnly)
+        .filedAs(
+            [](const void* text) { return GcDbGroup::ofReal(50, static_cast<const GcDbMText*>(text)->rotation()); },
+            [](void* record, const GcDbGroup& group) {
+              auto& text = *static_cast<GcDbMText*>(record);
+              text.m_direction = gcplanar::directionAt(group.asReal(), text.m_normal);
+              return true;
+            })
+        .echo(),
+    field<&GcDbMText::m_lineSpacingStyle>(73, "lineSpacingStyle", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
+    field<&GcDbMText::m_lineSpacing>(44, "lineSpacing", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
+    part<&GcDbMText::m_rare>("rare", kBackgroundFields),
+    embedded("Embedded Object").when<&GcDbMText::hasColumns>().from(GcDb::kDHL_AC1032),
+    fixed<70, 1>("embeddedVersion").when<&GcDbMText::hasColumns>().from(GcDb::kDHL_AC1032),
+    field<&GcDbMText::m_direction>(10, "embeddedDirection", Is::WcsVector)
+        .when<&GcDbMText::hasColumns>()
+        .from(GcDb::kDHL_AC1032)
+        .echo(),
+    field<&GcDbMText::m_location>(11, "embeddedLocation", Is::WcsPoint)
+        .when<&GcDbMText::hasColumns>()
+        .from(GcDb::kDHL_AC1032)
+        .echo(),
+    field<&GcDbMText::m_width>(40, "embeddedWidth", Is::Length)
+        .when<&GcDbMText::hasColumns>()
+        .from(GcDb::kDHL_AC1032)
+        .echo(),
+    field<&GcDbMText::m_definedHeight>(41, "embeddedHeight", Is::Length)
+        .when<&GcDbMText::hasColumns>()
+        .from(GcDb::kDHL_AC1032)
+        .echo(),
+    part<&GcDbMText::m_rare>("columns", kColumnFields).when<&GcDbMText::hasColumns>().from(GcDb::kDHL_AC1032).echo(),
+};
+GCDB_FIELD_COUNT(GcDbMText);
+
+Gcad::ErrorStatus GcDbMText::setContents(const GCHAR* contents) {
+  if (contents == nullptr) return Gcad::eInvalidInput;
+  return assign(m_contents, GcString(contents));
+}
+
+Gcad::ErrorStatus GcDbMText::setWidth(double width) {
+  return width >= 0 ? assign(m_width, width) : Gcad::eInvalidInput;
+}
+
+Gcad::ErrorStatus GcDbMText::setTextHeight(double height) {
+  return height > 0 ? assign(m_textHeight, height) : Gcad::eInvalidInput;
+}
+
+Gcad::ErrorStatus GcDbMText::setTextStyle(GcDbObjectId id) {
+  if (id.objectClass() != GcDbTextStyleTableRecord::desc()) return Gcad::eInvalidInput;
+  return assign(m_styleId, id);
+}
+
+Gcad::ErrorStatus GcDbMText::setAttachment(AttachmentPoint attachment) {
+  if (attachment < kTopLeft || attachment > kBottomRight) return Gcad::eInvalidInput;
+  return assign(m_attachment, static_cast<int16_t>(attachment));
+}
+
+Gcad::ErrorStatus GcDbMText::setDirection(const GcGeVector3d& direction) {
+  if (direction.isZeroLength()) return Gcad::eInvalidInput;
+  return assign(m_direction, direction.normal());
+}
+
+double GcDbMText::rotation() const { return gcplanar::angleOf(m_direction, m_normal); }
+
+Gcad::ErrorStatus GcDbMText::setRotation(double angleRad) {
+  return assign(m_direction, gcplanar::directionAt(angleRad, m_normal));
+}
+
+Gcad::ErrorStatus GcDbMText::setNormal(const GcGeVector3d& normal) {
+  if (normal.isZeroLength()) return Gcad::eInvalidInput;
+  return assign(m_normal, normal.normal());
+}
+
+void GcDbMText::subAppended() {
+  if (m_styleId.isNull()) m_styleId = database()->textstyle();
+  if (m_textHeight > 0) return;
+  GcDbTextStyleTableRecord* style = nullptr;
+  if (gcdbOpenObject(style, m_styleId, GcDb::kForRead) != Gcad::eOk) return;
+  m_textHeight = style->textSize() > 0 ? style->textSize() : style->priorSize();
+  ignore(style->close());
+}
+
+Gcad::ErrorStatus GcDbMText::subTransformBy(const GcGeMatrix3d& transform) {
+  const Gcad::ErrorStatus status = GcDbEntity::subTransformBy(transform);
+  if (!m_direction.isZeroLength()) m_direction = m_direction.normal();
+  return status;
+}
+
+namespace {
+
+GcGiMTextLayout layOut(const GcDbMText& text) {
+  GcGiMText what;
+  what.contents = view(text.contents());
+  GcDbTextStyleTableRecord* style = nullptr;
+  if (gcdbOpenObject(style, text.textStyle(), GcDb::kForRead) == Gcad::eOk) {
+    style->look(what.style);
+    ignore(style->close());
+  }
+  what.style.height = text.textHeight();
+  what.width = text.width();
+  what.attachment = text.attachment();
+  what.lineSpacing = text.lineSpacingFactor();
+  what.exactSpacing = text.lineSpacingStyle() == 2;
+  return gcgiLayOutMText(what);
+}
+
+}  // namespace
+
+double GcDbMText::actualWidth() const { return layOut(*this).width; }
+double GcDbMText::actualHeight() const { return layOut(*this).height; }
+
+bool GcDbMText::subWorldDraw(GcGiWorldDraw* draw) {
+  gcgiDrawMText(layOut(*this), m_location, m_direction, m_normal, color(), *draw);
+  return true;
+}

@@ -1,0 +1,162 @@
+#include "db/text.h"
+
+#include <iterator>
+
+#include "db/database.h"
+#include "db/textstyle.h"
+#include "host/db/describe/fieldio.h"
+#include "host/db/entities/planar.h"
+#include "host/db/entities/text_rows.h"
+#include "host/gi/textline.h"
+
+GCDB_DEFINE_CLASS(GcDbText, "AcDbText")
+
+// Files have the vertical mode behind a second marker of the same name.
+const GcDbField GcDbText::kFields[] = {
+    GC_TEXT_ROWS(GcDbText),
+    marker("AcDbText"),
+    field<&GcDbText::m_vertical>(73, "verticalMode", Is::Plain, Write::FilesUnlessDefault),
+};
+GCDB_FIELD_COUNT(GcDbText);
+
+GcDbText::GcDbText(const GcGePoint3d& position, const GCHAR* text, GcDbObjectId style, double height,
+                   double rotationRad)
+    : m_position(position), m_height(height), m_rotationRad(rotationRad), m_text(text), m_styleId(style) {}
+
+GcGePoint3d GcDbText::position() const { return gcplanar::toWorld(m_position, m_normal); }
+GcGePoint3d GcDbText::alignmentPoint() const { return gcplanar::toWorld(m_alignment, m_normal); }
+
+Gcad::ErrorStatus GcDbText::setPosition(const GcGePoint3d& position) {
+  return assign(m_position, gcplanar::toOwn(position, m_normal));
+}
+
+Gcad::ErrorStatus GcDbText::setAlignmentPoint(const GcGePoint3d& point) {
+  return assign(m_alignment, gcplanar::toOwn(point, m_normal));
+}
+
+Gcad::ErrorStatus GcDbText::setHorizontalMode(GcDb::TextHorzMode mode) {
+  return mode > GcDb::kTextFit ? Gcad::eInvalidInput : assign(m_horizontal, static_cast<int8_t>(mode));
+}
+
+Gcad::ErrorStatus GcDbText::setVerticalMode(GcDb::TextVertMode mode) {
+  return mode > GcDb::kTextTop ? Gcad::eInvalidInput : assign(m_vertical, static_cast<int8_t>(mode));
+}
+
+Gcad::ErrorStatus GcDbText::setTextString(const GCHAR* text) {
+  if (text == nullptr) return Gcad::eInvalidInput;
+  return assign(m_text, GcString(text));
+}
+
+Gcad::ErrorStatus GcDbText::setHeight(double height) {
+  return height > 0 ? assign(m_height, height) : Gcad::eInvalidInput;
+}
+
+Gcad::ErrorStatus GcDbText::setTextStyle(GcDbObjectId id) {
+  if (id.objectClass() != GcDbTextStyleTableRecord::desc()) return Gcad::eInvalidInput;
+  return assign(m_styleId, id);
+}
+
+Gcad::ErrorStatus GcDbText::mirrorInX(bool mirrored) {
+  return assign(m_mirror, static_cast<int16_t>(mirrored ? m_mirror | 2 : m_mirror & ~2));
+}
+
+Gcad::ErrorStatus GcDbText::mirrorInY(bool mirrored) {
+  return assign(m_mirror, static_cast<int16_t>(mirrored ? m_mirror | 4 : m_mirror & ~4));
+}
+
+Gcad::ErrorStatus GcDbText::setNormal(const GcGeVector3d& normal) {
+  if (normal.isZeroLength()) return Gcad::eInvalidInput;
+  assertWriteEnabled();
+  const GcGePoint3d at = position();
+  const GcGePoint3d aligned = alignmentPoint();
+  m_normal = normal.normal();
+  m_position = gcplanar::toOwn(at, m_normal);
+  m_alignment = gcplanar::toOwn(aligned, m_normal);
+  return Gcad::eOk;
+}
+
+void GcDbText::subAppended() {
+  if (m_styleId.isNull()) m_styleId = database()->textstyle();
+  if (m_height > 0) return;
+  GcDbTextStyleTableRecord* style = nullptr;
+  if (gcdbOpenObject(style, m_styleId, GcDb::kForRead) != Gcad::eOk) return;
+  m_height = style->textSize() > 0 ? style->textSize() : style->priorSize();
+  ignore(style->close());
+}
+
+void GcDbText::textLook(GcGiTextStyle& look) const {
+  GcDbTextStyleTableRecord* style = nullptr;
+  if (gcdbOpenObject(style, m_styleId, GcDb::kForRead) == Gcad::eOk) {
+    style->look(look);
+    ignore(style->close());
+  }
+  look.height = m_height;
+  look.widthFactor = m_widthFactor;
+  look.obliqueRad = m_obliqueRad;
+  look.backward = isMirroredInX();
+  look.upsideDown = isMirroredInY();
+}
+
+Gcad::ErrorStatus GcDbText::adjustAlignment() {
+  if (isDefaultAlignment()) return Gcad::eOk;
+  assertWriteEnabled();
+  GcGiTextStyle look;
+  textLook(look);
+  const double length = gcgiTextLength(view(m_text), look);
+  if (m_horizontal == GcDb::kTextAlign || m_horizontal == GcDb::kTextFit) {  // between two points
+    const GcGeVector3d span = m_alignment - m_position;
+    const double wanted = std::hypot(span.x, span.y);
+    if (wanted <= 0 || length <= 0) return Gcad::eOk;
+    m_rotationRad = gcplanar::inFullTurn(std::atan2(span.y, span.x));
+    if (m_horizontal == GcDb::kTextAlign)
+      m_height *= wanted / length;
+    else
+      m_widthFactor *= wanted / length;
+    return Gcad::eOk;
+  }
+  constexpr double kDescent = 1.0 / 3.0;  // of the height, below the base line
+  double right = m_horizontal == GcDb::kTextRight ? length : m_horizontal == GcDb::kTextLeft ? 0 : length / 2;
+  double up = 0;
+  if (m_vertical == GcDb::kTextTop) up = m_height;
+  if (m_vertical == GcDb::kTextVertMid || m_horizontal == GcDb::kTextMid) up = m_height / 2;
+  if (m_vertical == GcDb::kTextBottom) up = -m_height * kDescent;
+  const double c = std::cos(m_rotationRad);
+  const double s = std::sin(m_rotationRad);
+  m_position = m_alignment - GcGeVector3d(right * c - up * s, right * s + up * c, 0);
+  return Gcad::eOk;
+}
+
+// The letters' base vectors are transformed and read back: turn, height, width factor and slant follow.
+Gcad::ErrorStatus GcDbText::subTransformBy(const GcGeMatrix3d& transform) {
+  const GcGeVector3d normal = gcplanar::normalOfImage(transform, m_normal);
+  if (normal.isZeroLength()) return Gcad::eCannotScaleNonUniformly;
+  const GcGeVector3d along = transform * gcplanar::directionAt(m_rotationRad, m_normal);
+  const GcGeVector3d up = transform * gcplanar::directionAt(m_rotationRad + gcplanar::kTwoPi / 4, m_normal);
+  const GcGeVector3d slanted = up + along * std::tan(m_obliqueRad);
+  const double stretch = along.length();
+  const GcGeVector3d unit = along / stretch;
+  const double sideways = slanted.dotProduct(unit);
+  const double rise = (slanted - unit * sideways).length();
+  const bool turnsOnly = transform.isUniScaledOrtho();
+  const GcGePoint3d at = transform * position();
+  const GcGePoint3d aligned = transform * alignmentPoint();
+  m_rotationRad = gcplanar::angleOf(along, normal);
+  m_height *= turnsOnly ? stretch : rise;
+  m_thickness *= transform.scale();
+  if (!turnsOnly) {
+    m_widthFactor *= stretch / rise;
+    m_obliqueRad = std::atan2(sideways, rise);
+  }
+  m_normal = normal;
+  m_position = gcplanar::toOwn(at, m_normal);
+  m_alignment = gcplanar::toOwn(aligned, m_normal);
+  return Gcad::eOk;
+}
+
+bool GcDbText::subWorldDraw(GcGiWorldDraw* draw) {
+  if (m_text.isEmpty()) return true;
+  GcGiTextStyle look;
+  textLook(look);
+  draw->geometry().text(position(), m_normal, gcplanar::directionAt(m_rotationRad, m_normal), m_text.c_str(), look);
+  return true;
+}
