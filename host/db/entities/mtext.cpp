@@ -75,7 +75,10 @@ const GcDbField GcDbMText::kFields[] = {
             [](const void* text) { return GcDbGroup::ofReal(50, static_cast<const GcDbMText*>(text)->rotation()); },
             [](void* record, const GcDbGroup& group) {
               auto& text = *static_cast<GcDbMText*>(record);
-              text.m_direction = gcplanar::directionAt(group.asReal(), text.m_normal);
+              constexpr double kSameAngle = 1e-12;  // rounding of an angle computed from the direction
+              const double angle = group.asReal();
+              if (std::fabs(angle - text.rotation()) > kSameAngle)
+                text.m_direction = gcplanar::directionAt(angle, text.m_normal);
               return true;
             })
         .echo(),
