@@ -184,12 +184,16 @@ void Heap::safePoint() {
     m_statistics.totalPauseS += pause;
     if (pause > m_statistics.longestPauseS) m_statistics.longestPauseS = pause;
   }
-  if (m_memoryLimit && m_statistics.bytes > m_memoryLimit) enforceMemoryLimit();
+  if (m_memoryLimit && m_statistics.bytes > m_memoryCeiling) enforceMemoryLimit();
 }
 
+// After the error the ceiling is a little higher, so that the program can let go of what it holds.
 void Heap::enforceMemoryLimit() {
   collect();
-  if (m_statistics.bytes > m_memoryLimit) fail(ErrorKind::MemoryLimit, "memory limit reached");
+  const bool below = m_statistics.bytes <= m_memoryLimit;
+  const bool again = m_statistics.bytes <= m_memoryCeiling;
+  m_memoryCeiling  = below ? m_memoryLimit : m_statistics.bytes + m_memoryLimit / 16;
+  if (!below && !again) fail(ErrorKind::MemoryLimit, "memory limit reached");
 }
 
 void Heap::collectAll() {

@@ -1,5 +1,6 @@
 #include "host/lisp/core/heap.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -128,7 +129,7 @@ StringObject* Heap::newString(size_t length) {
 
 LispValue Heap::string(TextView text) {
   StringObject* object = newString(text.size());
-  std::memcpy(object->data(), text.data(), text.size() * sizeof(GCHAR));
+  std::copy(text.begin(), text.end(), object->data());
   return LispValue::of(object);
 }
 

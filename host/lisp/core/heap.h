@@ -95,7 +95,7 @@ class Heap {
   void setStress(bool on) { m_stress = on; }
   bool stress() const { return m_stress; }
   // 0: none. Beyond it the next safe point raises a MemoryLimit error unless a collection helps.
-  void setMemoryLimit(size_t bytes) { m_memoryLimit = bytes; }
+  void setMemoryLimit(size_t bytes) { m_memoryLimit = m_memoryCeiling = bytes; }
   const HeapStatistics& statistics() const { return m_statistics; }
 
  private:
@@ -133,7 +133,8 @@ class Heap {
   size_t                  m_debt     = 0;  // bytes allocated since the last step
   size_t                  m_fresh    = 0;  // bytes allocated since the last collection ended
   size_t                  m_trigger  = 16u << 20;
-  size_t                  m_memoryLimit = 0;
+  size_t                  m_memoryLimit   = 0;
+  size_t                  m_memoryCeiling = 0;  // where the next error is due
   size_t                  m_objectBytes = 0;
   HeapStatistics          m_statistics;
 };
