@@ -359,9 +359,9 @@ constinit const HeaderRow kRows[] = {
     var(HeaderOp::H, "$DRAGVS", 349).from(kR2007),
     var(HeaderOp::RC, "$CSHADOW", 280).from(kR2007),
     var(HeaderOp::BD, "$SHADOWPLANELOCATION", 40).from(kR2007),
-    constant(HeaderOp::BS, 0).from(kR14),
-    constant(HeaderOp::BS, 0).from(kR14),
-    constant(HeaderOp::BS, 0).from(kR14),
+    constant(HeaderOp::BS, 0).from(kR14).until(kR2007),
+    constant(HeaderOp::BS, 0).from(kR14).until(kR2007),
+    constant(HeaderOp::BS, 0).from(kR14).until(kR2007),
     constant(HeaderOp::BS, 0).from(kR14).until(kR2007),
 };
 

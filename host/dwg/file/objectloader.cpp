@@ -34,19 +34,22 @@ ObjectLoader::Cut ObjectLoader::cut(const MapEntry& entry, bool checkSum) {
   return result;
 }
 
+// Extended data name applications first of all, then layers.
 void ObjectLoader::loadAll(const std::vector<MapEntry>& map) {
-  std::vector<size_t> later;
-  later.reserve(map.size());
+  std::vector<size_t> layers;
+  std::vector<size_t> others;
+  others.reserve(map.size());
   for (size_t i = 0; i < map.size(); ++i) {
     const Cut record = cut(map[i], false);
     const uint32_t type = record.ok ? typeOfRecord(m_context.version, record.body) : 0;
     if (isDropped(type)) continue;
-    if (type == kLayerType || type == kApplicationType)
+    if (type == kApplicationType)
       load(map[i]);
     else
-      later.push_back(i);
+      (type == kLayerType ? layers : others).push_back(i);
   }
-  for (const size_t i : later) load(map[i]);
+  for (const size_t i : layers) load(map[i]);
+  for (const size_t i : others) load(map[i]);
 }
 
 void ObjectLoader::load(const MapEntry& entry) {

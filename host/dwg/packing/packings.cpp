@@ -9,6 +9,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addBlocks(list);
   addTableRecords(list);
   addDictionaries(list);
+  addDimStyles(list);
 }
 
 }  // namespace gc::dwg::packing

@@ -13,6 +13,7 @@ void addTexts(std::vector<ClassPacking>& list);
 void addBlocks(std::vector<ClassPacking>& list);
 void addTableRecords(std::vector<ClassPacking>& list);
 void addDictionaries(std::vector<ClassPacking>& list);
+void addDimStyles(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);
 

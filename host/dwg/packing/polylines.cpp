@@ -72,14 +72,15 @@ class Lightweights {
     const GcGePoint3d normal = io.point(4);
     if (normal.x != 0 || normal.y != 0 || normal.z != 1) flags |= kHasNormal;
     if (io.real(3) != 0) flags |= kHasThickness;
-    if (io.real(1) != 0) flags |= kHasConstantWidth;
+    const bool even = !io.has(1) || io.args[1]->applies(io.object);
+    if (even && io.real(1) != 0) flags |= kHasConstantWidth;
     if (io.real(2) != 0) flags |= kHasElevation;
     if ((io.num(0) & 1) != 0) flags |= kClosed;
     if ((io.num(0) & 128) != 0) flags |= kPatternThroughout;
     for (int i = 0; i < vertices.size(); ++i) {
       const void* vertex = vertices.at(i);
       if (realOf(*rows.bulge, vertex) != 0) flags |= kHasBulges;
-      if (realOf(*rows.startWidth, vertex) != 0 || realOf(*rows.endWidth, vertex) != 0) flags |= kHasWidths;
+      if (!even && (realOf(*rows.startWidth, vertex) != 0 || realOf(*rows.endWidth, vertex) != 0)) flags |= kHasWidths;
       if (rows.id != nullptr && io.version() >= kR2010 && intOf(*rows.id, vertex) != 0) flags |= kHasIds;
     }
     return flags;
