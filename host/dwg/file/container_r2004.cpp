@@ -116,7 +116,7 @@ class Opener {
     if (name.empty()) return;
     // What pages can hold bounds what the section can be, whatever it says.
     if (mostPerPage == 0 || mostPerPage > kMostPageSize || size > uint64_t{pages} * mostPerPage) {
-      note(m_report, GcDbLoadAction::Skipped, 0, 0, "section " + name + " gives a wrong size");
+      note(m_report, GcDbLoadAction::Skipped, 0, 0, "section " + name + " gives a wrong size: " + std::to_string(size));
       return;
     }
     std::vector<uint8_t> bytes(size);

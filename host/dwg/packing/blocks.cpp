@@ -54,7 +54,7 @@ constinit const PackRow kInsert[] = {
 };
 
 constinit const PackRow kMInsert[] = {
-    section("AcDbBlockReference"),
+    section("AcDbMInsertBlock"),
     field(Op::BD3, 10),
     piece(insertScale<PieceIn>, insertScale<PieceOut>, {41, 42, 43}),
     field(Op::BD, 50),

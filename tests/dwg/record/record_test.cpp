@@ -61,6 +61,7 @@ struct Bench {
     EXPECT_EQ(back.handle, uint64_t(object.handle()));
     EXPECT_EQ(back.object->isA(), object.isA());
     ignore(back.object->setOwnerId(back.owner));
+    back.object->subLoaded();
     EXPECT_TRUE(gcdbImageOf(*back.object, GcDb::kCopyFiler) == gcdbImageOf(object, GcDb::kCopyFiler))
         << "version " << context.version;
   }
