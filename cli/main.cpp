@@ -4,7 +4,10 @@
 #include <vector>
 
 #include "cli/exitcode.h"
+#include "cli/functions.h"
+#include "cli/info.h"
 #include "cli/options.h"
+#include "cli/plot.h"
 #include "cli/run.h"
 #include "cli/terminal.h"
 #include "host/rx/text/utf.h"
@@ -22,6 +25,9 @@ int carryOut(const std::vector<std::string>& arguments) {
   if (code >= 0) return code;
   switch (options.command) {
     case cli::Options::Command::Run: return cli::run(terminal, options.run);
+    case cli::Options::Command::Info: return cli::info(terminal, options.info);
+    case cli::Options::Command::Functions: return cli::functions(terminal, options.functions);
+    case cli::Options::Command::Plot: return cli::plot(terminal, options.plot);
     default: return cli::kUsage;
   }
 }

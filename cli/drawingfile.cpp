@@ -1,0 +1,67 @@
+#include "cli/drawingfile.h"
+
+#include <cctype>
+#include <filesystem>
+
+#include "cli/terminal.h"
+#include "host/db/core/fileformats.h"
+#include "host/db/core/loadreport.h"
+
+namespace cli {
+
+namespace {
+
+struct VersionName {
+  GcDb::GcDbDwgVersion version;
+  const char* name;
+};
+
+constexpr VersionName kVersionNames[] = {
+    {GcDb::kDHL_AC1001, "R9"},    {GcDb::kDHL_AC1006, "R10"},   {GcDb::kDHL_AC1009, "R12"},
+    {GcDb::kDHL_AC1012, "R13"},   {GcDb::kDHL_AC1014, "R14"},   {GcDb::kDHL_AC1015, "R2000"},
+    {GcDb::kDHL_AC1018, "R2004"}, {GcDb::kDHL_AC1021, "R2007"}, {GcDb::kDHL_AC1024, "R2010"},
+    {GcDb::kDHL_AC1027, "R2013"}, {GcDb::kDHL_AC1032, "R2018"},
+};
+
+std::filesystem::path nativePath(const std::string& utf8) {
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+}  // namespace
+
+const char* versionName(GcDb::GcDbDwgVersion version) {
+  for (const VersionName& each : kVersionNames)
+    if (each.version == version) return each.name;
+  return "?";
+}
+
+GcDb::GcDbDwgVersion versionOfName(const std::string& name) {
+  std::string upper;
+  for (const char c : name) upper += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  for (const VersionName& each : kVersionNames)
+    if (upper == each.name) return each.version;
+  return GcDb::kDHL_Unknown;
+}
+
+std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path) {
+  auto database = std::make_unique<GcDbDatabase>(false);
+  std::string message;
+  if (gcdbReadDrawing(*database, path, message) != Gcad::eOk) {
+    complain("gcad: " + message + "\n");
+    return nullptr;
+  }
+  const GcDbLoadReport& report = database->loadReport();
+  if (!report.isClean())
+    complain("gcad: " + path + ": " + std::to_string(report.total()) +
+             " remarks on reading, the first: " + GcDbLoadReport::describe(report.entries().front()) + "\n");
+  return database;
+}
+
+bool mayWrite(const std::string& path, bool force) {
+  std::error_code error;
+  if (force || !std::filesystem::exists(nativePath(path), error)) return true;
+  complain("gcad: " + path + " exists; -f overwrites it\n");
+  return false;
+}
+
+}  // namespace cli

@@ -1,0 +1,23 @@
+// Drawing files of the subcommands that need no LISP: opened, saved, and what went wrong told to the person.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "db/database.h"
+
+namespace cli {
+
+// The drawing of a file (path in UTF-8); null after a complaint that names file and reason. Damage that was
+// repaired or skipped is told as a warning; details stand in the load report.
+std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path);
+
+// "R2000" for AC1015 and so on; "?" for an unknown version.
+const char* versionName(GcDb::GcDbDwgVersion version);
+// The version of a name such as "R2000", any case; kDHL_Unknown for another name.
+GcDb::GcDbDwgVersion versionOfName(const std::string& name);
+
+// False, with a complaint, when the file exists and may not be overwritten.
+bool mayWrite(const std::string& path, bool force);
+
+}  // namespace cli
