@@ -105,3 +105,12 @@ GcDbObjectId ArgReader::anyEntity() {
   const resbuf* rb = take();
   return rb != nullptr && rb->restype == RTENAME ? node::objectId(*rb) : GcDbObjectId::kNull;
 }
+
+void ArgReader::expectSingle() {
+  if (!atEnd() && m_at->rbnext != nullptr) fail(m_rules.missing, RTERROR);
+}
+
+const GCHAR* ArgReader::onlyString() {
+  expectSingle();
+  return string();
+}

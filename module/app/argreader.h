@@ -72,6 +72,11 @@ class ArgReader {
   // Required, of any type.
   const resbuf* any();
 
+  // A string that must be the only argument: more arguments count as too few do.
+  const GCHAR* onlyString();
+  // Fails when there is more than one argument left.
+  void expectSingle();
+
   // Optional arguments: absent gives the default, another type is a fault.
   bool optionalFlag(bool absent = false);
 

@@ -19,7 +19,7 @@ int putMSpace() {
 
 int zoomScaled() {
   ArgReader args(rules::kCounted);
-  if (!args.atEnd() && args.rest()->rbnext != nullptr) return args.refuse(msg::kTooFew);
+  args.expectSingle();
   const double factor = args.number();
   if (args.failed()) return args.status();
   GcString text;
