@@ -3,6 +3,7 @@
 #include "host/ap/docmanager.h"
 #include "host/ap/output.h"
 #include "host/ap/paths.h"
+#include "host/db/describe/classinfo.h"
 #include "host/rx/text/utf.h"
 
 namespace ap {
@@ -87,6 +88,7 @@ bool DynamicLinker::loadModule(const GCHAR* fileName, bool printit) {
   if (!isAbsolutePath(path)) path = fileExists(path) ? absolutePath(path) : beside;
   m_reason.clear();
   if (find(path) < m_plugIns.size()) return true;
+  gcdbRegisterClasses();  // classes of plug-ins derive from the host's
   PlugIn& plugIn = *m_plugIns.emplace_back(std::make_unique<PlugIn>());
   plugIn.m_path = path;
   bool good = open(plugIn);

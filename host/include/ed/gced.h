@@ -31,7 +31,7 @@ int gcedRetInt(int value);
 int gcedRetStr(const GCHAR* text);
 int gcedRetPoint(const gds_point point);
 int gcedRetName(const gds_name name, int type);  // RTENAME or RTPICKS
-int gcedRetList(const resbuf* chain);            // copied
+int gcedRetList(const resbuf* chain);            // copied; outermost brackets around the whole chain add no level
 int gcedRetVal(const resbuf* value);             // one node, copied
 int gcedRetVoid();                               // shows nothing, like (princ)
 

@@ -71,7 +71,23 @@ LispValue valueOfNode(lisp::Vm& vm, const resbuf& node) {
   }
 }
 
+namespace {
+
+// Whether one pair of brackets holds the whole chain.
+bool isOneList(const resbuf* chain) {
+  if (chain == nullptr || chain->restype != RTLB) return false;
+  int depth = 0;
+  for (const resbuf* node = chain; node != nullptr && node->restype != RTNONE; node = node->rbnext) {
+    depth += node->restype == RTLB ? 1 : node->restype == RTLE ? -1 : 0;
+    if (depth == 0) return node->rbnext == nullptr || node->rbnext->restype == RTNONE;
+  }
+  return false;
+}
+
+}  // namespace
+
 LispValue listOfChain(lisp::Vm& vm, const resbuf* chain) {
+  if (isOneList(chain)) chain = chain->rbnext;  // the bracket left at its end is passed over
   std::vector<ListBuilder> open(1, ListBuilder(vm));
   bool dot = false;
   for (const resbuf* node = chain; node != nullptr && node->restype != RTNONE; node = node->rbnext) {

@@ -13,7 +13,7 @@ namespace lisplib {
 
 // One node.
 lisp::LispValue valueOfNode(lisp::Vm& vm, const resbuf& node);
-// The list of a whole chain.
+// The list of a whole chain. One that is a single bracketed list is that list, not a list of it.
 lisp::LispValue listOfChain(lisp::Vm& vm, const resbuf* chain);
 // The chain of one object as entget gives it: pairs, with the extended data after the code -3 as one sublist per
 // application.
