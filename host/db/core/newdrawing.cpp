@@ -56,6 +56,28 @@ void gcdbAddMissingTable(GcDbDatabase& database, int table) {
   if (!database.tableId(table).isValid()) addTable(database, table);
 }
 
+void gcdbAddStandardRecords(GcDbDatabase& database, int table) {
+  const GcDbObjectId id = database.tableId(table);
+  bool made = false;
+  switch (table) {
+    case GcDbDatabase::kLinetypes:
+      for (const GCHAR* name : {GC_T("ByBlock"), GC_T("ByLayer"), GC_T("Continuous")}) needRecord(id, name, made);
+      break;
+    case GcDbDatabase::kLayers: {
+      const GcDbObjectId layerId = needRecord(id, GC_T("0"), made);
+      GcDbLayerTableRecord* layer = nullptr;
+      if (!made || gcdbOpenObject(layer, layerId, GcDb::kForWrite) != Gcad::eOk) break;
+      ignore(layer->setLinetypeObjectId(needRecord(database.linetypeTableId(), GC_T("Continuous"), made)));
+      ignore(layer->close());
+      break;
+    }
+    case GcDbDatabase::kRegApps: needRecord(id, GC_T("ACAD"), made); break;
+    case GcDbDatabase::kTextStyles:
+    case GcDbDatabase::kDimStyles: needRecord(id, GC_T("Standard"), made); break;
+    default: break;
+  }
+}
+
 void GcDbDatabase::completeAfterLoad() {
   gcdbAddMissingTables(*this);
   if (!m_namedObjectsId.isValid()) {
@@ -63,19 +85,12 @@ void GcDbDatabase::completeAfterLoad() {
     ignore(addGcDbObject(m_namedObjectsId, root));
     ignore(root->close());
   }
+  for (const int table : {kLinetypes, kLayers, kRegApps}) gcdbAddStandardRecords(*this, table);
   bool made = false;
   m_known.byBlock = needRecord(m_tables[kLinetypes], GC_T("ByBlock"), made);
   m_known.byLayer = needRecord(m_tables[kLinetypes], GC_T("ByLayer"), made);
   m_known.continuous = needRecord(m_tables[kLinetypes], GC_T("Continuous"), made);
   m_known.layerZero = needRecord(m_tables[kLayers], GC_T("0"), made);
-  if (made) {
-    GcDbLayerTableRecord* layer = nullptr;
-    if (gcdbOpenObject(layer, m_known.layerZero, GcDb::kForWrite) == Gcad::eOk) {
-      ignore(layer->setLinetypeObjectId(m_known.continuous));
-      ignore(layer->close());
-    }
-  }
-  needRecord(m_tables[kRegApps], GC_T("ACAD"), made);
   m_known.modelSpace = needRecord(m_tables[kBlocks], GC_T("*Model_Space"), made);
   m_known.paperSpace = needRecord(m_tables[kBlocks], GC_T("*Paper_Space"), made);
   const GcDbObjectId textStandard = needRecord(m_tables[kTextStyles], GC_T("Standard"), made);

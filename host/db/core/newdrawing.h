@@ -7,6 +7,8 @@ class GcRxClass;
 // Makes the tables a drawing does not have.
 void gcdbAddMissingTables(GcDbDatabase& database);
 void gcdbAddMissingTable(GcDbDatabase& database, int table);  // GcDbDatabase::Table
+// Makes the records every drawing has in the table (layer "0", the three linetypes, style "Standard" ...), but for blocks.
+void gcdbAddStandardRecords(GcDbDatabase& database, int table);
 // The class of a table, by GcDbDatabase::Table.
 GcRxClass* gcdbTableClass(int table);
 

@@ -68,8 +68,9 @@ struct ObjectReader::Target {
   GcDbObject& object;
   GcDbFieldReader fields;
   FieldTaker* taker;
-  GcDbZombieData* zombie;    // null for objects of known classes
-  GcDbGroupList* rest;       // an extension record: takes all groups behind its marker
+  GcDbZombieData* zombie;  // null for objects of known classes
+  GcDbGroupList* rest;     // an extension record: takes all groups behind its marker
+  int handleCode = 5;
   bool inHead = true;        // before the first subclass marker
   bool inEntityPart = true;  // a zombie's groups that are read all the same
   bool inEmbedded = false;
@@ -153,7 +154,10 @@ bool ObjectReader::readBySelf(const RawRecord& record, GcDbObject& object) {
 void ObjectReader::readGroups(const RawRecord& record, Target& target) {
   GroupCursor cursor(m_context, record.tags);
   cursor.setHandle(target.object.handle());
-  if (record.type == "DIMSTYLE") cursor.setNameInGroup5();
+  if (record.type == "DIMSTYLE") {
+    cursor.setNameInGroup5();
+    target.handleCode = 105;
+  }
   const bool filedItself = !target.zombie && !target.object.isA()->info();
   GcDbGroup group;
   while (cursor.next(group)) {
@@ -174,8 +178,7 @@ void ObjectReader::readGroups(const RawRecord& record, Target& target) {
 
 // The groups before the first marker. In files before R13 these are all.
 void ObjectReader::readHead(const GcDbGroup& group, GroupCursor& cursor, Target& target) {
-  const bool isHandle = group.kind == GcDbGroupKind::Handle && (group.code == 5 || group.code == 105);
-  if (isHandle) return;
+  if (group.code == target.handleCode) return;  // the object has it already
   if (group.code == kOwnerCode && m_context.version >= GcDb::kDHL_AC1012 && group.kind == GcDbGroupKind::Id) {
     GcDbLoader::setOwner(target.object, group.id);
     return;

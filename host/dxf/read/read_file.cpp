@@ -2,7 +2,6 @@
 
 #include "db/dictionary.h"
 #include "host/db/core/fileparts.h"
-#include "host/db/core/newdrawing.h"
 #include "host/db/core/store.h"
 #include "host/dxf/dxf_file.h"
 #include "host/dxf/read/after_load.h"
@@ -95,18 +94,24 @@ class FileReader {
       readClasses();
     } else if (name == "TABLES") {
       TableReader(m_context, m_records, m_objects).readSection();
+      m_tablesAreComplete = true;
     } else if (name == "BLOCKS") {
-      gcdbAddMissingTables(m_context.database);
+      completeTables();
       SpaceReader(m_context, m_records, m_objects).readBlocks();
     } else if (name == "ENTITIES") {
-      gcdbAddMissingTables(m_context.database);
+      completeTables();
       SpaceReader(m_context, m_records, m_objects).readEntities();
     } else if (name == "OBJECTS") {
-      gcdbAddMissingTables(m_context.database);
+      completeTables();
       readObjects();
     } else {
       keepSection(m_context, m_records, section);
     }
+  }
+
+  void completeTables() {
+    if (!m_tablesAreComplete) TableReader(m_context, m_records, m_objects).completeTables();
+    m_tablesAreComplete = true;
   }
 
   // Reads records up to the section's end; false there.
@@ -139,6 +144,7 @@ class FileReader {
   }
 
   void finish() {
+    completeTables();
     m_context.database.completeAfterLoad();
     connectHeader(m_context.database);
     afterLoad(m_context);
@@ -150,6 +156,7 @@ class FileReader {
   LoadContext m_context;
   RecordReader m_records;
   ObjectReader m_objects;
+  bool m_tablesAreComplete = false;
 };
 
 }  // namespace

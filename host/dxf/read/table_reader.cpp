@@ -1,8 +1,5 @@
 #include "host/dxf/read/table_reader.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "host/db/core/loader.h"
 #include "host/db/core/newdrawing.h"
 #include "host/db/core/store.h"
@@ -46,10 +43,11 @@ std::vector<TableReader::Span> TableReader::findTables(std::size_t& end) const {
       inTable = false;
     } else if (tag.is(0, "TABLE")) {
       const std::size_t begin = tag.offset;
-      while (reader.next(tag) == ReadStatus::Tag && tag.code != 0 && tag.code != 2) {
+      while (reader.next(tag) == ReadStatus::Tag) {
+        if (tag.code == 2) spans.push_back({std::string(tag.word()), begin, true});
+        if (tag.code == 0) reader.pushBack();
+        if (tag.code == 0 || tag.code == 2) break;
       }
-      if (tag.code == 2) spans.push_back({std::string(tag.word()), begin, true});
-      if (tag.code == 0) reader.pushBack();
       inTable = true;
     } else if (tag.code == 0 && !inTable) {
       spans.push_back({std::string(tag.word()), tag.offset, false});
@@ -61,13 +59,33 @@ std::vector<TableReader::Span> TableReader::findTables(std::size_t& end) const {
 
 void TableReader::readSection() {
   std::size_t end = 0;
-  std::vector<Span> spans = findTables(end);
-  const auto rank = [](const Span& span) {
-    return std::find(std::begin(kReadingOrder), std::end(kReadingOrder), tableByName(span.name)) - kReadingOrder;
-  };
-  std::stable_sort(spans.begin(), spans.end(), [&](const Span& a, const Span& b) { return rank(a) < rank(b); });
-  for (const Span& span : spans) readTable(span);
+  const std::vector<Span> spans = findTables(end);
+  for (const int which : kReadingOrder) {
+    for (const Span& span : spans) {
+      if (tableByName(span.name) == which) readTable(span);
+    }
+    completeTable(which);
+  }
+  for (const Span& span : spans) {
+    if (tableByName(span.name) == GcDbDatabase::kTableCount) {
+      m_context.report(GcDbLoadAction::Skipped, span.offset, 0, "table " + span.name + " of an unknown kind");
+    }
+  }
   m_records.seek(end);
+}
+
+void TableReader::completeTables() {
+  for (const int which : kReadingOrder) completeTable(which);
+}
+
+// Files before R13 leave out what they do not use.
+void TableReader::completeTable(int which) {
+  GcDbDatabase& database = m_context.database;
+  if (!database.tableId(which).isValid() && m_context.version >= GcDb::kDHL_AC1012) {
+    m_context.report(GcDbLoadAction::Repaired, 0, 0, std::string("no table ") + kTableNames[which] + ": made");
+  }
+  gcdbAddMissingTable(database, which);
+  gcdbAddStandardRecords(database, which);
 }
 
 // The table of the head; one that the file has twice gets all records.
@@ -92,13 +110,11 @@ void TableReader::readTable(const Span& span) {
   m_records.seek(span.offset);
   RawRecord record;
   if (!m_records.next(record)) return;
-  const int which = tableByName(span.name);
-  GcDbSymbolTable* table = which < GcDbDatabase::kTableCount ? needTable(record, which, span.hasHead) : nullptr;
-  if (!table) m_context.report(GcDbLoadAction::Skipped, span.offset, 0, "table " + span.name + " of an unknown kind");
+  GcDbSymbolTable* table = needTable(record, tableByName(span.name), span.hasHead);
   if (!span.hasHead) m_records.seek(span.offset);
   while (m_records.next(record)) {
     if (record.type == "ENDTAB" || record.type == "TABLE" || record.type == "ENDSEC" || record.type == "EOF") return;
-    if (table) readRecord(record, *table);
+    readRecord(record, *table);
   }
 }
 

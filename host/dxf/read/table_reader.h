@@ -14,7 +14,11 @@ class TableReader {
   // Reads the section, the SECTION record of which has just been read, and its ENDSEC.
   void readSection();
 
+  // Makes the tables the file does not have, and the records every drawing has in them.
+  void completeTables();
+
  private:
+  void completeTable(int which);
   struct Span {
     std::string name;
     std::size_t offset;

@@ -21,7 +21,9 @@ std::string save(GcDbDatabase& database, GcDb::GcDbDwgVersion version, bool bina
 
 std::vector<std::string> reportOf(GcDbDatabase& database) {
   std::vector<std::string> lines;
-  for (const GcDbLoadEntry& entry : database.loadReport().entries()) lines.push_back(GcDbLoadReport::describe(entry));
+  for (const GcDbLoadEntry& entry : database.loadReport().entries()) {
+    if (!entry.text.starts_with("no table ")) lines.push_back(GcDbLoadReport::describe(entry));
+  }
   return lines;
 }
 

@@ -16,7 +16,7 @@ std::unique_ptr<GcDbDatabase> load(std::string_view file);
 
 std::string save(GcDbDatabase& database, GcDb::GcDbDwgVersion version = GcDb::kDHL_Current, bool binary = false);
 
-// The load report, a line an entry.
+// The load report, a line an entry, but for the tables that short test files do without.
 std::vector<std::string> reportOf(GcDbDatabase& database);
 
 // What `after` lacks of `before`, a line a difference; derived header settings are not compared.
