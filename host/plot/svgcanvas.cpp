@@ -96,13 +96,16 @@ void SvgCanvas::point(Point p) {
 
 void SvgCanvas::color(uint32_t rgb) { appendColor(m_out, rgb); }
 
-void SvgCanvas::data(const Path& path) {
+void SvgCanvas::data(const Path& path, const Point* from) {
   bool moved = false;  // a move without a line after it: a dot
   const auto dot = [&] {
     if (moved) text("h0");
     moved = false;
   };
   for (const PathStep& step : path.steps()) {
+    const bool joins = from != nullptr && step.kind == PathStep::kMove && step.to == *from && path.steps().size() > 1;
+    from = nullptr;
+    if (joins) continue;
     if (step.kind == PathStep::kMove) dot();
     moved = step.kind == PathStep::kMove;
     switch (step.kind) {
@@ -151,14 +154,18 @@ void SvgCanvas::stroke(const Path& path, const Pen& pen) {
     }
   }
   head += "\" d=\"";
+  bool continues = m_open && pen.dashes.empty();
   if (!m_open || head != m_openHead || m_out.size() - m_openData > kLongestElement) {
+    continues = false;
     closeElement();
     m_out += head;
     m_openHead.swap(head);
     m_openData = m_out.size();
     m_open = true;
   }
-  data(path);
+  data(path, continues ? &m_penAt : nullptr);
+  const PathStep& last = path.steps().back();
+  m_penAt = last.kind == PathStep::kClose ? Point{NAN, NAN} : last.to;
 }
 
 void SvgCanvas::fill(const Path& path, uint32_t rgb) {

@@ -36,7 +36,8 @@ class SvgCanvas : public Canvas {
   void number(double value);
   void point(Point p);
   void color(uint32_t rgb);
-  void data(const Path& path);
+  // Path data. A move to `from`, where the pen already is, is left out, so that segments join.
+  void data(const Path& path, const Point* from = nullptr);
   void closeElement();
   void flushIfLarge();
 
@@ -47,6 +48,7 @@ class SvgCanvas : public Canvas {
   std::string m_openHead;
   std::size_t m_openData = 0;
   bool m_open = false;
+  Point m_penAt;  // where the open element's data ends; meaningful when it is open and solid
   int m_nextId = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <span>
 
 namespace gc::plot {
 namespace {
@@ -62,6 +63,21 @@ TEST(SvgCanvas, StrokesOfOnePenAreOneElement) {
             }),
             "<path stroke=\"#ff0000\" stroke-width=\"0.5\" d=\"M0 0L1 1M2 2L3 3\"/>\n"
             "<path stroke=\"#00ff00\" stroke-width=\"0.5\" d=\"M4 4L5 5\"/>\n");
+}
+
+TEST(SvgCanvas, SegmentsThatMeetAreJoinedUnlessDashed) {
+  const auto corner = [](std::span<const double> dashes) {
+    return drawn([&](Canvas& c) {
+      c.stroke(line(0, 0, 1, 0), Pen{0, 0.5, dashes});
+      c.stroke(line(1, 0, 1, 1), Pen{0, 0.5, dashes});
+      Path dot;
+      dot.moveTo({1, 1});
+      c.stroke(dot, Pen{0, 0.5, dashes});
+    });
+  };
+  EXPECT_NE(corner({}).find("M0 0L1 0L1 1M1 1h0"), std::string::npos);
+  const double dashes[] = {3, 1};
+  EXPECT_NE(corner(dashes).find("M0 0L1 0M1 0L1 1M1 1h0"), std::string::npos);
 }
 
 TEST(SvgCanvas, DotsDashesAndCurves) {

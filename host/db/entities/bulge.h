@@ -27,8 +27,9 @@ struct Segment {
   double startWidth = 0, endWidth = 0;
 };
 
-// Draws a segment of a polyline at the elevation in the plane of the normal: its line or arc, or the filled band of
-// its widths.
-void draw(GcGiWorldDraw& draw, const Segment& segment, double elevation, const GcGeVector3d& normal);
+// Draws the segments of a polyline, each beginning where the one before ends, at the elevation in the plane of the
+// normal: their lines and arcs, or the filled bands of their widths.
+void draw(GcGiWorldDraw& draw, const Segment* segments, int count, bool closed, double elevation,
+          const GcGeVector3d& normal);
 
 }  // namespace gcbulge

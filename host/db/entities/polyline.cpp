@@ -185,12 +185,15 @@ Gcad::ErrorStatus GcDbPolyline::subTransformBy(const GcGeMatrix3d& transform) {
 
 bool GcDbPolyline::subWorldDraw(GcGiWorldDraw* draw) {
   const int count = m_vertices.length();
-  const int segments = isClosed() ? count : count - 1;
-  for (int i = 0; i < segments; ++i) {
+  const int segmentCount = isClosed() ? count : count - 1;
+  GcArray<gcbulge::Segment> segments;
+  for (int i = 0; i < segmentCount; ++i) {
     const GcDbPolylineVertex& from = m_vertices[i];
-    gcbulge::draw(*draw, {from.point, m_vertices[(i + 1) % count].point, from.bulge, from.startWidth, from.endWidth},
-                  m_elevation, m_normal);
+    const double startWidth = m_constantWidth > 0 ? m_constantWidth : from.startWidth;
+    const double endWidth = m_constantWidth > 0 ? m_constantWidth : from.endWidth;
+    segments.append({from.point, m_vertices[(i + 1) % count].point, from.bulge, startWidth, endWidth});
   }
+  gcbulge::draw(*draw, segments.begin(), segments.length(), isClosed(), m_elevation, m_normal);
   return true;
 }
 

@@ -138,7 +138,7 @@ bool GcDb2dPolyline::subWorldDraw(GcGiWorldDraw* draw) {
   if (segments.isEmpty()) return true;
   segments.last().end = segments[0].start;
   const int count = isClosed() ? segments.length() : segments.length() - 1;
-  for (int i = 0; i < count; ++i) gcbulge::draw(*draw, segments[i], m_elevation, m_normal);
+  gcbulge::draw(*draw, segments.begin(), count, isClosed(), m_elevation, m_normal);
   return true;
 }
 

@@ -97,32 +97,51 @@ void GcDbText::textLook(GcGiTextStyle& look) const {
   look.upsideDown = isMirroredInY();
 }
 
+namespace {
+
+// Where a line of text stands in its plane, and how large.
+struct Placement {
+  GcGePoint3d position;
+  double rotationRad;
+  double height;
+  double widthFactor;
+};
+
+// What an alignment other than the default makes of it; `length` is the text's as it is.
+Placement aligned(Placement at, const GcGePoint3d& alignment, int horizontal, int vertical, double length) {
+  if (horizontal == GcDb::kTextAlign || horizontal == GcDb::kTextFit) {  // between two points
+    const GcGeVector3d span = alignment - at.position;
+    const double wanted = std::hypot(span.x, span.y);
+    if (wanted <= 0 || length <= 0) return at;
+    at.rotationRad = gcplanar::inFullTurn(std::atan2(span.y, span.x));
+    (horizontal == GcDb::kTextAlign ? at.height : at.widthFactor) *= wanted / length;
+    return at;
+  }
+  constexpr double kDescent = 1.0 / 3.0;  // of the height, below the base line
+  const double right = horizontal == GcDb::kTextRight ? length : horizontal == GcDb::kTextLeft ? 0 : length / 2;
+  double up = 0;
+  if (vertical == GcDb::kTextTop) up = at.height;
+  if (vertical == GcDb::kTextVertMid || horizontal == GcDb::kTextMid) up = at.height / 2;
+  if (vertical == GcDb::kTextBottom) up = -at.height * kDescent;
+  const double c = std::cos(at.rotationRad);
+  const double s = std::sin(at.rotationRad);
+  at.position = alignment - GcGeVector3d(right * c - up * s, right * s + up * c, 0);
+  return at;
+}
+
+}  // namespace
+
 Gcad::ErrorStatus GcDbText::adjustAlignment() {
   if (isDefaultAlignment()) return Gcad::eOk;
   assertWriteEnabled();
   GcGiTextStyle look;
   textLook(look);
-  const double length = gcgiTextLength(view(m_text), look);
-  if (m_horizontal == GcDb::kTextAlign || m_horizontal == GcDb::kTextFit) {  // between two points
-    const GcGeVector3d span = m_alignment - m_position;
-    const double wanted = std::hypot(span.x, span.y);
-    if (wanted <= 0 || length <= 0) return Gcad::eOk;
-    m_rotationRad = gcplanar::inFullTurn(std::atan2(span.y, span.x));
-    if (m_horizontal == GcDb::kTextAlign)
-      m_height *= wanted / length;
-    else
-      m_widthFactor *= wanted / length;
-    return Gcad::eOk;
-  }
-  constexpr double kDescent = 1.0 / 3.0;  // of the height, below the base line
-  double right = m_horizontal == GcDb::kTextRight ? length : m_horizontal == GcDb::kTextLeft ? 0 : length / 2;
-  double up = 0;
-  if (m_vertical == GcDb::kTextTop) up = m_height;
-  if (m_vertical == GcDb::kTextVertMid || m_horizontal == GcDb::kTextMid) up = m_height / 2;
-  if (m_vertical == GcDb::kTextBottom) up = -m_height * kDescent;
-  const double c = std::cos(m_rotationRad);
-  const double s = std::sin(m_rotationRad);
-  m_position = m_alignment - GcGeVector3d(right * c - up * s, right * s + up * c, 0);
+  const Placement at = aligned({m_position, m_rotationRad, m_height, m_widthFactor}, m_alignment, m_horizontal,
+                               m_vertical, gcgiTextLength(view(m_text), look));
+  m_position = at.position;
+  m_rotationRad = at.rotationRad;
+  m_height = at.height;
+  m_widthFactor = at.widthFactor;
   return Gcad::eOk;
 }
 
@@ -153,10 +172,19 @@ Gcad::ErrorStatus GcDbText::subTransformBy(const GcGeMatrix3d& transform) {
   return Gcad::eOk;
 }
 
+// The insertion point files keep was computed with the letters of another program's font: aligned text is set anew
+// with the letters that are drawn.
 bool GcDbText::subWorldDraw(GcGiWorldDraw* draw) {
   if (m_text.isEmpty()) return true;
   GcGiTextStyle look;
   textLook(look);
-  draw->geometry().text(position(), m_normal, gcplanar::directionAt(m_rotationRad, m_normal), m_text.c_str(), look);
+  Placement at{m_position, m_rotationRad, m_height, m_widthFactor};
+  if (!isDefaultAlignment()) {
+    at = aligned(at, m_alignment, m_horizontal, m_vertical, gcgiTextLength(view(m_text), look));
+    look.height = at.height;
+    look.widthFactor = at.widthFactor;
+  }
+  draw->geometry().text(gcplanar::toWorld(at.position, m_normal), m_normal,
+                        gcplanar::directionAt(at.rotationRad, m_normal), m_text.c_str(), look);
   return true;
 }
