@@ -7,7 +7,7 @@ namespace {
 
 // One DXF name for several classes.
 bool isAmbiguous(std::string_view dxfName) {
-  return dxfName == "POLYLINE" || dxfName == "VERTEX" || dxfName == "DIMENSION";
+  return dxfName == "POLYLINE" || dxfName == "VERTEX" || dxfName == "INSERT" || dxfName == "DIMENSION";
 }
 
 GcRxClass* classNamed(const char* name) { return gcrxFindGcRxClass(fromUtf8(name).c_str()); }
@@ -23,16 +23,20 @@ GcRxClass* classByMarkers(const RawRecord& record) {
   return nullptr;
 }
 
-std::int64_t flagsOf(const RawRecord& record) {
-  std::int64_t flags = 0;
-  const Tag* tag = record.find(70);
-  if (tag) (void)tag->integer(flags);
-  return flags;
+std::int64_t integerOf(const RawRecord& record, int code) {
+  std::int64_t value = 0;
+  const Tag* tag = record.find(code);
+  if (tag) (void)tag->integer(value);
+  return value;
 }
 
 // Files before R13 have no markers. The flags' bits are those of the format's reference.
 GcRxClass* classByFlags(const RawRecord& record) {
-  const std::int64_t flags = flagsOf(record);
+  const std::int64_t flags = integerOf(record, 70);
+  if (record.type == "INSERT") {
+    const bool many = flags > 1 || integerOf(record, 71) > 1;
+    return classNamed(many ? "AcDbMInsertBlock" : "AcDbBlockReference");
+  }
   if (record.type == "POLYLINE") {
     return classNamed(flags & 64   ? "AcDbPolyFaceMesh"
                       : flags & 16 ? "AcDbPolygonMesh"

@@ -14,7 +14,7 @@ class ClassFinder {
   explicit ClassFinder(const LoadContext& context) : m_context(context) {}
 
   // The class of a record: by its DXF name, by the C++ name the file's CLASSES section gives for it, and, where one DXF
-  // name stands for several classes (polylines, vertices, dimensions), by its subclass markers or, in files before
+  // name stands for several classes (polylines, vertices, inserts, dimensions), by its subclass markers or, in files before
   // them, its flags. Null when no such class is loaded.
   GcRxClass* find(const RawRecord& record);
 
