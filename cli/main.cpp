@@ -8,6 +8,7 @@
 #include "cli/info.h"
 #include "cli/options.h"
 #include "cli/plot.h"
+#include "cli/repl.h"
 #include "cli/run.h"
 #include "cli/terminal.h"
 #include "host/rx/text/utf.h"
@@ -28,6 +29,7 @@ int carryOut(const std::vector<std::string>& arguments) {
     case cli::Options::Command::Info: return cli::info(terminal, options.info);
     case cli::Options::Command::Functions: return cli::functions(terminal, options.functions);
     case cli::Options::Command::Plot: return cli::plot(terminal, options.plot);
+    case cli::Options::Command::Repl: return cli::repl(terminal, options.run);
     default: return cli::kUsage;
   }
 }

@@ -3,27 +3,13 @@
 #include <cstdio>
 
 #include "cli/exitcode.h"
+#include "host/ed/commandline.h"
 #include "host/rx/file/file_view.h"
 #include "host/rx/text/utf.h"
 
 namespace cli {
 
 namespace {
-
-// Between two forms: what has been printed goes out, queued text runs.
-class BetweenForms final : public lisp::FormObserver {
- public:
-  explicit BetweenForms(Session& session) : m_session(session) {}
-  bool formDone(lisp::LispValue) override {
-    m_session.runQueued();
-    m_session.lisp().flush();
-    m_session.terminal().flush();
-    return true;
-  }
-
- private:
-  Session& m_session;
-};
 
 std::string readStandardInput() {
   std::string bytes;
@@ -54,14 +40,31 @@ lisp::EvalResult evaluate(Session& session, const Source& source, std::string_vi
 
 }  // namespace
 
+BetweenForms::BetweenForms(Session& session) : m_session(session) { session.commandLine().beginGroup(); }
+BetweenForms::~BetweenForms() { m_session.commandLine().endGroup(); }
+
+bool BetweenForms::formDone(lisp::LispValue) {
+  ed::CommandLine& line = m_session.commandLine();
+  line.endGroup();
+  m_session.runQueued();
+  line.beginGroup();
+  m_session.lisp().flush();
+  m_session.terminal().flush();
+  return true;
+}
+
+std::vector<std::string> traceLines(const lisp::EvalResult& result) {
+  std::vector<std::string> lines;
+  for (const lisp::TraceLine& line : result.trace) {
+    const std::string place = line.file.empty() ? "" : gc::toUtf8(line.file) + ":" + std::to_string(line.line) + ": ";
+    lines.push_back(place + (line.function.empty() ? std::string("(top level)") : gc::toUtf8(line.function)));
+  }
+  return lines;
+}
+
 std::string describeTrace(const lisp::EvalResult& result) {
   std::string text = "error: " + gc::toUtf8(result.message) + "\n";
-  for (const lisp::TraceLine& line : result.trace) {
-    text += "  ";
-    if (!line.file.empty()) text += gc::toUtf8(line.file) + ":" + std::to_string(line.line) + ": ";
-    text += line.function.empty() ? std::string("(top level)") : gc::toUtf8(line.function);
-    text += "\n";
-  }
+  for (const std::string& line : traceLines(result)) text += "  " + line + "\n";
   return text;
 }
 

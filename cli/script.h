@@ -11,7 +11,22 @@ namespace cli {
 // says. `ended` is true when a program ended the run by exit or quit.
 int runSource(Session& session, const Source& source, bool& ended);
 
-// The back trace of an error, as lines for standard error.
+// Runs between two forms: what has been printed goes out, queued text runs, undo begins a new group.
+class BetweenForms final : public lisp::FormObserver {
+ public:
+  explicit BetweenForms(Session& session);
+  ~BetweenForms() override;
+  BetweenForms(const BetweenForms&) = delete;
+  BetweenForms& operator=(const BetweenForms&) = delete;
+  bool formDone(lisp::LispValue value) override;
+
+ private:
+  Session& m_session;
+};
+
+// The back trace of an error: "file:line: function", innermost first.
+std::vector<std::string> traceLines(const lisp::EvalResult& result);
+// The same with the message, as text for standard error.
 std::string describeTrace(const lisp::EvalResult& result);
 
 }  // namespace cli

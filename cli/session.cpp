@@ -3,7 +3,6 @@
 #include "cli/exitcode.h"
 #include "host/ap/paths.h"
 #include "host/ap/profile.h"
-#include "host/ed/commandline.h"
 #include "host/rx/text/utf.h"
 
 namespace cli {
@@ -39,6 +38,10 @@ Session::~Session() {
 }
 
 void Session::write(GcView text) {
+  if (m_capture != nullptr) {
+    gc::appendToUtf8(text, *m_capture);
+    return;
+  }
   std::string bytes;
   gc::appendToUtf8(text, bytes);
   m_terminal.write(bytes);
@@ -61,7 +64,7 @@ int Session::openDrawing() {
 
 void Session::runQueued() {
   GcText text;
-  while (document().takeQueuedText(text)) ed::editorOf(document()).commandLine().type(text);
+  while (document().takeQueuedText(text)) commandLine().type(text);
 }
 
 }  // namespace cli

@@ -8,6 +8,8 @@
 #include "host/ap/docmanager.h"
 #include "host/ap/dynamiclinker.h"
 #include "host/ap/output.h"
+#include "host/ed/commandline.h"
+#include "host/ed/commandstack.h"
 #include "host/lisp/lib/documentlisp.h"
 
 namespace cli {
@@ -26,17 +28,23 @@ class Session final : private ap::Output {
   // Text queued for the document's command line runs now.
   void runQueued();
 
+  // Collects what the command line shows instead of showing it; null ends that.
+  void capture(std::string* text) { m_capture = text; }
+
   Terminal& terminal() { return m_terminal; }
   [[nodiscard]] ap::Document& document() const { return *m_manager->current(); }
   lisp::Interpreter& lisp() { return lisplib::lispOf(document()).interpreter(); }
   lisplib::DrawingHost& host() { return lisplib::lispOf(document()).host(); }
+  [[nodiscard]] ed::CommandLine& commandLine() const { return ed::editorOf(document()).commandLine(); }
   ap::DynamicLinker& linker() { return *m_linker; }
 
  private:
   void write(GcView text) override;
 
   Terminal& m_terminal;
+  std::string* m_capture = nullptr;
   const RunOptions& m_options;
+  ed::CommandStack m_commandStack;
   std::unique_ptr<ap::DynamicLinker> m_linker;
   std::unique_ptr<lisplib::LispFitter> m_fitter;
   std::unique_ptr<ap::DocumentManager> m_manager;

@@ -57,6 +57,7 @@ class Editor final : public ap::DocumentPart {
   };
   InputRules inputRules;
   GcText lastKeyword;
+  int walkHint = 0;  // where the last walk through a space stood
 
  private:
   ap::Document& m_document;

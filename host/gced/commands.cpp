@@ -1,112 +1,89 @@
 // Commands sent by programs.
 #include <cstdarg>
-#include <vector>
 
 #include "ed/gced.h"
-#include "host/ap/docmanager.h"
 #include "host/ed/commandline.h"
-#include "host/ed/editor.h"
-
-using ed::InputItem;
+#include "host/ed/screen.h"
 
 namespace {
 
-InputItem pointItem(const gds_point point, bool flat) {
+using ed::InputItem;
+
+InputItem pointItem(const double* point, bool is2d) {
   InputItem item = InputItem::of(InputItem::Kind::Point);
-  item.point = {point[0], point[1], flat ? 0.0 : point[2]};
-  item.point2d = flat;
+  item.point = {point[0], point[1], is2d ? 0.0 : point[2]};
+  item.point2d = is2d;
   return item;
 }
 
-InputItem numberItem(InputItem::Kind kind, double number) {
+InputItem numberItem(InputItem::Kind kind, double value) {
   InputItem item = InputItem::of(kind);
-  item.number = number;
+  item.number = value;
   return item;
 }
 
-// An entity, or the entities of a set. False for a name of neither.
-bool nameItem(const gds_name name, bool isSet, InputItem& item) {
-  if (!isSet) {
-    item = InputItem::of(InputItem::Kind::Entity);
-    return gcdbGetObjectId(item.entity, name) == Gcad::eOk;
-  }
-  item = InputItem::of(InputItem::Kind::Set);
-  int32_t length = 0;
-  if (gcedSSLength(name, &length) != RTNORM) return false;
-  for (int32_t i = 0; i < length; ++i) {
-    gds_name entity = {};
-    GcDbObjectId id;
-    if (gcedSSName(name, i, entity) == RTNORM && gcdbGetObjectId(id, entity) == Gcad::eOk) item.set.push_back(id);
-  }
-  return true;
+InputItem nameItem(const int64_t* name, bool isSet) {
+  InputItem item = InputItem::of(isSet ? InputItem::Kind::Set : InputItem::Kind::Entity);
+  if (!isSet)
+    ignore(gcdbGetObjectId(item.entity, name));
+  else if (const ed::SelectionSet* set = ed::currentEditor().sets().find(static_cast<ed::SetNumber>(name[0])))
+    item.set = set->ids();
+  return item;
 }
 
-bool itemOfNode(const resbuf& node, InputItem& item) {
-  switch (node.restype) {
-    case RTSTR:
-      item = InputItem::ofText(node.resval.rstring != nullptr ? GcView(node.resval.rstring) : GcView());
-      break;
-    case RTSHORT: item = numberItem(InputItem::Kind::Integer, node.resval.rint); break;
-    case RTLONG: item = numberItem(InputItem::Kind::Integer, node.resval.rlong); break;
-    case RTREAL:
-    case RTANG: item = numberItem(InputItem::Kind::Real, node.resval.rreal); break;
-    case RTPOINT:
-    case RT3DPOINT: item = pointItem(node.resval.rpoint, node.restype == RTPOINT); break;
-    case RTENAME:
-    case RTPICKS: return nameItem(node.resval.rlname, node.restype == RTPICKS, item);
-    default: return false;
-  }
-  return true;
-}
-
-int runItems(std::vector<InputItem> items) {
-  const ap::Document* document = ap::currentDocument();
-  if (document == nullptr || items.empty()) return RTERROR;
-  switch (ed::editorOf(*document).commandLine().runWhole(std::move(items))) {
+int run(std::vector<InputItem> items) {
+  ed::screen().command(items);
+  switch (ed::currentEditor().commandLine().runWhole(std::move(items))) {
     case ed::FeedStatus::Done: return RTNORM;
     case ed::FeedStatus::Cancelled: return RTCAN;
-    case ed::FeedStatus::Refused:
-    case ed::FeedStatus::Unknown: break;
+    default: return RTERROR;
   }
-  return RTERROR;
+}
+
+// Takes one argument of the type; false for a type no command takes.
+bool takeItem(int type, va_list& arguments, std::vector<InputItem>& items) {
+  switch (type) {
+    case RTSTR: items.push_back(InputItem::ofText(view(va_arg(arguments, const GCHAR*)))); return true;
+    case RTREAL:
+    case RTANG:
+    case RTORINT: items.push_back(numberItem(InputItem::Kind::Real, va_arg(arguments, double))); return true;
+    case RTSHORT:
+    case RTLONG: items.push_back(numberItem(InputItem::Kind::Integer, va_arg(arguments, int))); return true;
+    case RTPOINT:
+    case RT3DPOINT: items.push_back(pointItem(va_arg(arguments, const double*), type == RTPOINT)); return true;
+    case RTENAME:
+    case RTPICKS: items.push_back(nameItem(va_arg(arguments, const int64_t*), type == RTPICKS)); return true;
+    default: return false;
+  }
 }
 
 }  // namespace
 
-int gcedCmdS(const resbuf* items) {
-  std::vector<InputItem> list;
-  for (; items != nullptr && items->restype != RTNONE; items = items->rbnext) {
-    list.emplace_back();
-    if (!itemOfNode(*items, list.back())) return RTERROR;
-  }
-  return runItems(std::move(list));
-}
-
 int gcedCommandS(int type, ...) {
-  std::vector<InputItem> list;
+  std::vector<InputItem> items;
   va_list arguments;
   va_start(arguments, type);
   bool good = true;
-  for (int next = type; good && next != RTNONE && next != 0; next = va_arg(arguments, int)) {
-    InputItem item;
-    switch (next) {
-      case RTSTR: {
-        const GCHAR* text = va_arg(arguments, const GCHAR*);
-        item = InputItem::ofText(text != nullptr ? GcView(text) : GcView());
-        break;
-      }
-      case RTSHORT: item = numberItem(InputItem::Kind::Integer, va_arg(arguments, int)); break;
-      case RTLONG: item = numberItem(InputItem::Kind::Integer, va_arg(arguments, int)); break;
-      case RTREAL:
-      case RTANG: item = numberItem(InputItem::Kind::Real, va_arg(arguments, double)); break;
-      case RTPOINT:
-      case RT3DPOINT: item = pointItem(va_arg(arguments, const double*), next == RTPOINT); break;
-      case RTENAME:
-      case RTPICKS: good = nameItem(va_arg(arguments, const int64_t*), next == RTPICKS, item); break;
-      default: good = false;
-    }
-    list.push_back(std::move(item));
-  }
+  for (int next = type; good && next != RTNONE && next != 0; next = va_arg(arguments, int))
+    good = takeItem(next, arguments, items);
   va_end(arguments);
-  return good ? runItems(std::move(list)) : RTERROR;
+  return good ? run(std::move(items)) : RTERROR;
+}
+
+int gcedCmdS(const resbuf* chain) {
+  std::vector<InputItem> items;
+  for (const resbuf* node = chain; node != nullptr && node->restype != RTNONE; node = node->rbnext) {
+    switch (node->restype) {
+      case RTSTR: items.push_back(InputItem::ofText(view(node->resval.rstring))); break;
+      case RTREAL: items.push_back(numberItem(InputItem::Kind::Real, node->resval.rreal)); break;
+      case RTSHORT: items.push_back(numberItem(InputItem::Kind::Integer, node->resval.rint)); break;
+      case RTLONG: items.push_back(numberItem(InputItem::Kind::Integer, node->resval.rlong)); break;
+      case RTPOINT:
+      case RT3DPOINT: items.push_back(pointItem(node->resval.rpoint, node->restype == RTPOINT)); break;
+      case RTENAME:
+      case RTPICKS: items.push_back(nameItem(node->resval.rlname, node->restype == RTPICKS)); break;
+      default: return RTERROR;
+    }
+  }
+  return run(std::move(items));
 }

@@ -1,0 +1,105 @@
+#include "cli/repl.h"
+
+#include <algorithm>
+
+#include "cli/exitcode.h"
+#include "cli/lineeditor.h"
+#include "cli/script.h"
+#include "cli/server.h"
+#include "cli/session.h"
+#include "host/lisp/core/builtin.h"
+#include "host/rx/text/utf.h"
+
+namespace cli {
+
+namespace {
+
+class NameCompleter final : public LineEditor::Completer {
+ public:
+  explicit NameCompleter(Session& session) : m_session(session) {}
+  std::vector<std::string> complete(const std::string& start) override {
+    std::vector<std::string> found;
+    for (const lisp::Builtin* row = lisp::firstBuiltin(); row != nullptr; row = row->next)
+      if (std::string(row->name).compare(0, start.size(), start) == 0) found.emplace_back(row->name);
+    for (const auto& function : m_session.host().functions())
+      if (const std::string name = gc::toUtf8(function.name); name.compare(0, start.size(), start) == 0)
+        found.push_back(name);
+    std::sort(found.begin(), found.end());
+    return found;
+  }
+
+ private:
+  Session& m_session;
+};
+
+// Parentheses still open at the end of the text; strings and comments are passed over.
+int openParentheses(GcView text) {
+  int depth = 0;
+  bool inText = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const GCHAR unit = text[i];
+    if (inText) {
+      if (unit == GC_T('\\')) ++i;
+      inText = unit != GC_T('"');
+    } else if (unit == GC_T(';')) {
+      i = std::min(text.find(GC_T('\n'), i), text.size());
+    } else {
+      inText = unit == GC_T('"');
+      depth += unit == GC_T('(') ? 1 : unit == GC_T(')') ? -1 : 0;
+    }
+  }
+  return inText ? std::max(depth, 1) : depth;
+}
+
+bool readEntry(LineEditor& editor, GcText& entry) {
+  editor.setPrompt("Command: ");
+  if (!editor.readLine(entry)) return false;
+  editor.setPrompt("       > ");
+  for (GcText line; openParentheses(entry) > 0 && editor.readLine(line);) entry += GC_T("\n") + line;
+  editor.setPrompt("");
+  return true;
+}
+
+// Evaluates forms and variables; anything else is typed at the command line.
+int carryOut(Session& session, GcText entry, bool& ended) {
+  const bool variable = !entry.empty() && entry[0] == GC_T('!');
+  if (variable) entry.erase(0, 1);
+  BetweenForms between(session);
+  if (!variable && (session.commandLine().isBusy() || entry.empty() || entry[0] != GC_T('('))) {
+    session.commandLine().type(entry + GC_T("\n"));
+    return kDone;
+  }
+  const lisp::EvalResult result = session.lisp().evalFormsFrom(entry, GC_T("typed"), &between);
+  ended = result.status == lisp::EvalStatus::Exit;
+  if (result.status == lisp::EvalStatus::Done)
+    ap::print(session.lisp().print(result.value) + GC_T("\n"));
+  else if (!ended)
+    complain(describeTrace(result));
+  return result.exitCode;
+}
+
+int interact(Session& session) {
+  NameCompleter completer(session);
+  const std::unique_ptr<LineEditor> editor = LineEditor::make(&completer);
+  session.commandLine().setSource(editor.get());
+  bool ended = false;
+  int code = kDone;
+  for (GcText entry; !ended && readEntry(*editor, entry);) {
+    code = carryOut(session, entry, ended);
+    session.lisp().flush();
+    session.terminal().flush();
+  }
+  session.commandLine().setSource(nullptr);
+  return ended ? code : static_cast<int>(kDone);
+}
+
+}  // namespace
+
+int repl(Terminal& terminal, const RunOptions& options) {
+  Session session(terminal, options);
+  if (const int code = session.loadPlugIn(); code != kDone) return code;
+  if (const int code = session.openDrawing(); code != kDone) return code;
+  return options.json ? serve(session) : interact(session);
+}
+
+}  // namespace cli

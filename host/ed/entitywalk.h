@@ -1,0 +1,13 @@
+// Entities in the order of their creation, sub-entities where they stand.
+#pragma once
+
+#include "host/ed/editor.h"
+
+namespace ed {
+
+// The entity after `after`; the first of the current space for a null id. Vertices, attributes and the end of a
+// sequence follow their entity; within a block definition the walk ends with its last entity. Erased ones are passed
+// over. Null at the end.
+[[nodiscard]] GcDbObjectId nextEntity(Editor& editor, GcDbObjectId after);
+
+}  // namespace ed
