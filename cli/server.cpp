@@ -91,7 +91,6 @@ int serve(Session& session) {
     const Json reply = answer(session, source, request);
     session.terminal().write(reply.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
     session.terminal().flush();
-    if (reply["status"] == "exit") return reply["exit"];
   }
   return kDone;
 }

@@ -30,9 +30,9 @@ GcDbObjectId behind(const GcDbObjectIdArray& ids, GcDbObjectId after, int& hint)
   int at = 0;
   if (!after.isNull()) {
     const int length = ids.length();
-    at = hint < length && ids[hint] == after               ? hint
+    at = hint < length && ids[hint] == after           ? hint
          : hint + 1 < length && ids[hint + 1] == after ? hint + 1
-                                                            : ids.find(after);
+                                                       : ids.find(after);
     if (at < 0) return {};
     hint = at;
     ++at;

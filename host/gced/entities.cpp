@@ -2,6 +2,7 @@
 #include "db/blockbegin.h"
 #include "ed/gced.h"
 #include "host/db/core/store.h"
+#include "host/ed/entitylist.h"
 #include "host/ed/entitywalk.h"
 #include "host/ed/screen.h"
 
@@ -16,6 +17,14 @@ int gcdbEntNext(const gds_name name, gds_name result) {
   result[0] = found[0];
   result[1] = found[1];
   return RTNORM;
+}
+
+resbuf* gcdbEntGet(const gds_name name) { return gcdbEntGetX(name, nullptr); }
+
+resbuf* gcdbEntGetX(const gds_name name, const resbuf* applications) {
+  GcDbObjectId id;
+  if (name == nullptr || gcdbGetObjectId(id, name) != Gcad::eOk) return nullptr;
+  return ed::entityList(id, applications);
 }
 
 int gcdbEntUpd(const gds_name name) {
