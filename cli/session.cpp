@@ -1,8 +1,12 @@
 #include "cli/session.h"
 
+#include "cli/drawingfile.h"
 #include "cli/exitcode.h"
+#include "cli/inputfile.h"
+#include "db/groupdata.h"
 #include "host/ap/paths.h"
 #include "host/ap/profile.h"
+#include "host/db/core/undo.h"
 #include "host/rx/text/utf.h"
 
 namespace cli {
@@ -22,6 +26,8 @@ lisp::VmLimits limitsOf(const RunOptions& options) {
 Session::Session(Terminal& terminal, const RunOptions& options) : m_terminal(terminal), m_options(options) {
   if (!options.log.empty()) ap::setProfileEntry(GC_T("VRK_LOG"), gc::fromUtf8(options.log));
   if (options.hasLogLevel) ap::setProfileEntry(GC_T("VRK_LOG_LEVEL"), gc::fromUtf8(std::to_string(options.logLevel)));
+  for (const std::string& name : options.withoutClasses) gcdbLeaveClassOut(gc::fromUtf8(name).c_str());
+  if (!options.profile.empty()) ap::setProfileEntry(GC_T("CPROFILE"), gc::fromUtf8(options.profile));
   ap::setOutput(this);
   m_linker = std::make_unique<ap::DynamicLinker>();
   m_fitter = std::make_unique<lisplib::LispFitter>(limitsOf(options));
@@ -58,7 +64,26 @@ int Session::loadPlugIn() {
 }
 
 int Session::openDrawing() {
-  m_manager->open(std::make_unique<GcDbDatabase>(), GC_T(""));
+  std::unique_ptr<GcDbDatabase> database;
+  if (m_options.drawing.empty())
+    database = std::make_unique<GcDbDatabase>();
+  else
+    database = openDrawingFile(m_options.drawing);
+  if (database == nullptr) return kCannotRead;
+  m_manager->open(std::move(database), gc::fromUtf8(m_options.drawing));
+  document().database()->undo().setOn(true);
+  return kDone;
+}
+
+int Session::openInput() {
+  if (m_options.input.empty()) return kDone;
+  std::string reason;
+  m_input = InputFile::open(m_options.input, reason);
+  if (m_input == nullptr) {
+    complain("gcad: " + reason + "\n");
+    return kCannotRead;
+  }
+  commandLine().setSource(m_input.get());
   return kDone;
 }
 

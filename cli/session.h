@@ -25,6 +25,8 @@ class Session final : private ap::Output {
   // Opens the drawing named by the options, or a new one. Exit code: kDone, or kCannotRead with the reason told.
   int openDrawing();
 
+  // Lets prompts be answered from the file named by the options, if any. Exit code: kDone, or kCannotRead.
+  int openInput();
   // Text queued for the document's command line runs now.
   void runQueued();
 
@@ -43,6 +45,7 @@ class Session final : private ap::Output {
 
   Terminal& m_terminal;
   std::string* m_capture = nullptr;
+  std::unique_ptr<ed::InputSource> m_input;
   const RunOptions& m_options;
   ed::CommandStack m_commandStack;
   std::unique_ptr<ap::DynamicLinker> m_linker;

@@ -1,6 +1,7 @@
 #include "host/ed/entitylist.h"
 
 #include "db/entity.h"
+#include "db/groupdata.h"
 #include "host/db/core/xdata.h"
 #include "host/db/describe/fieldio.h"
 #include "host/rx/view.h"
@@ -59,7 +60,11 @@ resbuf* entityList(GcDbObjectId id, const resbuf* applications) {
   putText(sink, 0, view(object->isA()->dxfName()));
   sink.put(GcDbGroup::ofId(330, object->ownerId()));
   putHandle(sink, id.handle());
-  gcdbFieldsOut(*object, sink, GcDb::kDHL_Current);
+  gcdbFieldsOut(*object, sink, GcDb::kDHL_Current, For::List);
+  if (const GcDbGroupData* data = GcDbGroupData::cast(object)) {
+    GcDbGroupList::Cursor cursor(data->groups());
+    for (GcDbGroup group; cursor.next(group);) sink.put(group);
+  }
   putExtendedData(sink, *object, applications);
   ignore(object->close());
   return sink.chain();

@@ -61,7 +61,11 @@ bool isBlock(GcDbObjectId id) {
 GcDbObjectId nextEntity(Editor& editor, GcDbObjectId after) {
   int& hint = editor.walkHint;
   int none = 0;
-  if (after.isNull()) return behindInBlock(editor.currentSpace(), after, hint);
+  const GcDbDatabase& database = editor.database();
+  if (after.isNull()) {
+    const GcDbObjectId first = behindInBlock(database.modelSpaceId(), {}, hint);
+    return first.isNull() ? behindInBlock(database.paperSpaceId(), {}, hint) : first;
+  }
   if (isBlock(after)) return behindInBlock(after, {}, hint);
   const GcDbObjectIdArray parts = partsOf(after);
   if (const GcDbObjectId first = behind(parts, {}, none); !first.isNull()) return first;
@@ -71,7 +75,9 @@ GcDbObjectId nextEntity(Editor& editor, GcDbObjectId after) {
     after = owner;
     owner = ownerOf(owner);
   }
-  return behindInBlock(owner, after, hint);
+  const GcDbObjectId next = behindInBlock(owner, after, hint);
+  if (!next.isNull() || owner != database.modelSpaceId()) return next;
+  return behindInBlock(database.paperSpaceId(), {}, hint);
 }
 
 }  // namespace ed

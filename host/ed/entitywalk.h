@@ -5,8 +5,9 @@
 
 namespace ed {
 
-// The entity after `after`; the first of the current space for a null id. Vertices, attributes and the end of a
-// sequence follow their entity; within a block definition the walk ends with its last entity. Erased ones are passed
+// The entity after `after`; the first of the drawing for a null id. Behind the last entity of model space comes the
+// current layout's paper space. Vertices, attributes and the end of a sequence follow their entity; within a block
+// definition the walk ends with its last entity. Erased ones are passed
 // over. Null at the end.
 [[nodiscard]] GcDbObjectId nextEntity(Editor& editor, GcDbObjectId after);
 

@@ -2,6 +2,7 @@
 #include <cstdarg>
 
 #include "ed/gced.h"
+#include "host/ap/docmanager.h"
 #include "host/ed/commandline.h"
 #include "host/ed/screen.h"
 
@@ -32,6 +33,7 @@ InputItem nameItem(const int64_t* name, bool isSet) {
 }
 
 int run(std::vector<InputItem> items) {
+  if (ap::currentDocument() == nullptr || items.empty()) return RTERROR;
   ed::screen().command(items);
   switch (ed::currentEditor().commandLine().runWhole(std::move(items))) {
     case ed::FeedStatus::Done: return RTNORM;
