@@ -15,6 +15,9 @@ constexpr double kTwoPi = 2 * std::numbers::pi;
 class Nearest {
  public:
   Nearest(const GcGePath& path, const GcGeVector3d& p) : m_path(path), m_p(p) {}
+  // Looks only for points nearer than the bound and stops at the first.
+  Nearest(const GcGePath& path, const GcGeVector3d& p, double bound)
+      : m_path(path), m_p(p), m_bestSquared(bound * bound), m_anyWillDo(true) {}
 
   void search(const GcGeTree& tree) {
     m_tree = &tree;
@@ -34,6 +37,7 @@ class Nearest {
 
  private:
   void visit(int level, int index) {
+    if (m_anyWillDo && m_best.span >= 0) return;
     if (level == 0) return tryLeaf(index);
     const int first = 2 * index, second = first + 1;
     const double toFirst = m_tree->box(level - 1, first).distanceSquared(m_p);
@@ -119,6 +123,7 @@ class Nearest {
   GcGeVector3d m_p;
   GcGeOnPath m_best;
   double m_bestSquared = std::numeric_limits<double>::infinity();
+  bool m_anyWillDo = false;
 };
 
 }  // namespace
@@ -127,6 +132,12 @@ GcGeOnPath GcGePath::closestTo(const GcGePoint3d& point) const {
   Nearest nearest(*this, point - m_origin);
   nearest.search(tree());
   return nearest.best();
+}
+
+bool GcGePath::comesNearer(const GcGePoint3d& point, double distance) const {
+  Nearest nearest(*this, point - m_origin, distance);
+  nearest.search(tree());
+  return nearest.best().span >= 0;
 }
 
 GcGeOnPath GcGePath::closestOnSpan(int span, const GcGePoint3d& point) const {

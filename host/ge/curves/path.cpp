@@ -109,6 +109,23 @@ void GcGePath::addSpan(const GcGeSpan& span, const GcGePole* poles) {
   m_poles.insert(m_poles.end(), poles + span.firstPole, poles + span.firstPole + span.degree + 1);
 }
 
+void GcGePath::addJoined(const GcGeSpan& span, const GcGePole* poles, double tol) {
+  if (!m_spans.empty()) {
+    GcGeSpan& last = m_spans.back();
+    const bool sameKind = last.kind == span.kind && last.u1 == span.u0 && last.tBase == span.tBase;
+    bool sameFrame = (last.a - span.a).length() <= tol && last.b == span.b && last.c == span.c;
+    if (span.kind == GcGeSpan::Kind::Bezier)
+      sameFrame = last.degree == span.degree &&
+                  std::equal(m_poles.begin() + last.firstPole, m_poles.begin() + last.firstPole + last.degree + 1,
+                             poles + span.firstPole);
+    if (sameKind && sameFrame && last.sweep == span.sweep) {
+      last.u1 = span.u1;
+      return changed();
+    }
+  }
+  addSpan(span, poles);
+}
+
 bool GcGePath::isBounded() const { return !isEmpty() && m_spans.front().isBounded() && m_spans.back().isBounded(); }
 
 bool GcGePath::isFinite() const {

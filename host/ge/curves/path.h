@@ -49,6 +49,8 @@ class GcGePath {
   // Homogeneous poles relative to the path's origin.
   void addBezier(const GcGePole* poles, int degree, double t0, double t1);
   void addSpan(const GcGeSpan& span, const GcGePole* poles);  // of another path with the same origin
+  // The same, but a span that goes on where the last one ended on the same carrier prolongs that one.
+  void addJoined(const GcGeSpan& span, const GcGePole* poles, double tol);
   void setClosed(bool closed, bool periodic = false) { m_closed = closed, m_periodic = periodic; }
 
   // ---- what it is made of ---------------------------------------------------------------------------------
@@ -88,6 +90,8 @@ class GcGePath {
   // ---- nearness, areas ------------------------------------------------------------------------------------
   // The nearest point (the first of several as near); nothing is missed, see docs/geometry/closest-point.md.
   [[nodiscard]] GcGeOnPath closestTo(const GcGePoint3d& point) const;
+  // Whether some point of the path is nearer than the distance.
+  [[nodiscard]] bool comesNearer(const GcGePoint3d& point, double distance) const;
   // The nearest point on one span only.
   [[nodiscard]] GcGeOnPath closestOnSpan(int span, const GcGePoint3d& point) const;
   // Half the integral of C x dC, closed by a straight line, as a vector along the plane's normal.

@@ -17,6 +17,7 @@ struct GcGePole {
   double x = 0, y = 0, z = 0, w = 1;  // the point times its weight, and the weight
   [[nodiscard]] GcGeVector3d numerator() const { return {x, y, z}; }
   [[nodiscard]] GcGeVector3d point() const { return {x / w, y / w, z / w}; }
+  friend bool operator==(const GcGePole&, const GcGePole&) = default;
 };
 
 // Position and derivatives by the local parameter.

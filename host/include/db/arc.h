@@ -32,6 +32,7 @@ class GcDbArc : public GcDbCurve {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;

@@ -25,6 +25,7 @@ class GcDbCircle : public GcDbCurve {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  protected:
   // A scale that differs by direction is refused: eCannotScaleNonUniformly.

@@ -31,9 +31,11 @@ class GcDbEllipse : public GcDbCurve {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
+  [[nodiscard]] bool subKeepsPath() const override { return true; }
 
  private:
   GcGePoint3d m_center;

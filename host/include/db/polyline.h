@@ -58,12 +58,16 @@ class GcDbPolyline : public GcDbCurve {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
+  Gcad::ErrorStatus reverseCurve() override;
   void subLoaded() override;
   // Lines and arcs.
   Gcad::ErrorStatus explode(GcDbVoidPtrArray& entities) const override;
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
+  GcDbCurve* subFromPath(const GcGePath& path) const override;
+  [[nodiscard]] bool subKeepsPath() const override { return true; }
 
  private:
   [[nodiscard]] bool hasVertex(unsigned index) const { return index < numVerts(); }

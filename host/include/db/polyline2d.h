@@ -49,6 +49,7 @@ class GcDb2dPolyline : public GcDbCurve {
   Gcad::ErrorStatus setCurveType(int type) { return assign(m_curveType, static_cast<int16_t>(type)); }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
@@ -83,6 +84,7 @@ class GcDb3dPolyline : public GcDbCurve {
   Gcad::ErrorStatus makeOpen();
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  private:
   int16_t m_flags = 8;

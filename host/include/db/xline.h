@@ -17,6 +17,7 @@ class GcDbXline : public GcDbCurve {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  private:
   GcGePoint3d m_base;
@@ -36,6 +37,7 @@ class GcDbRay : public GcDbCurve {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
 
  private:
   GcGePoint3d m_base;
