@@ -12,6 +12,7 @@
 // Chained on a row:
 //   .from(version), .until(version)   only files of these versions have it
 //   .when<&Class::method>()           only objects that answer true have it (echoes are read all the same)
+//   .inFilesWhen<&Class::method>()    files have it only then; entity lists have it and it is read in any case
 //   .orElse(value), .orAxis(0)        its default where that is not zero, empty or null
 //   .also(code)                       read under a second code as well
 //   .filedAs(get, set)                   files have it in another form than the member
@@ -118,8 +119,9 @@ struct GcDbField {
   void* (*at)(void* record) = nullptr;  // the member; null for markers
   double defaultValue = 0;              // numbers; texts and ids default to empty; normals to (0 0 1)
   bool (*present)(const void* record) = nullptr;
-  const GcDbRecordOps* records = nullptr;  // Records: how to reach elements
-  const GcDbField* rows = nullptr;         // Records: the rows of one element
+  bool (*inFiles)(const void* record) = nullptr;  // files have it only when this answers true
+  const GcDbRecordOps* records = nullptr;         // Records: how to reach elements
+  const GcDbField* rows = nullptr;                // Records: the rows of one element
   int16_t rowCount = 0;
   int16_t alsoCode = 0;                            // a second code that is read as well; written when `get` says so
   int16_t pieceCode = 0;                           // texts: the code of all pieces but the last
@@ -166,6 +168,8 @@ struct GcDbField {
     row.present = predicate;
     return row;
   }
+  template <auto Method>
+  constexpr GcDbField inFilesWhen() const;
   constexpr GcDbField orElse(double value) const {
     GcDbField row = *this;
     row.defaultValue = value;
@@ -319,6 +323,13 @@ struct BareRow {
 };
 
 }  // namespace gcdescribe
+
+template <auto Method>
+constexpr GcDbField GcDbField::inFilesWhen() const {
+  GcDbField row = *this;
+  row.inFiles = gcdescribe::answersTrue<Method>;
+  return row;
+}
 
 template <auto Method>
 constexpr GcDbField GcDbField::when() const {

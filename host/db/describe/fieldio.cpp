@@ -123,6 +123,8 @@ bool gcdbSetValue(const GcDbField& row, void* member, const GcDbGroup& group, Gc
     case Kind::Id:
       if (isNameReference(row.is) && group.kind == GcDbGroupKind::Text) {
         as<GcDbObjectId>(member) = gcdbRecordByName(database, row.is, group.text);
+      } else if (group.kind != GcDbGroupKind::Id) {
+        return false;  // a damaged handle, say
       } else {
         as<GcDbObjectId>(member) = group.id;
       }
@@ -199,6 +201,7 @@ void putPieces(const GcDbField& row, GcView text, GcDbGroupSink& sink) {
 
 bool isLeftOut(const GcDbField& row, const void* record, For purpose) {
   if (row.code < 0 && row.kind != Kind::Groups && row.kind != Kind::Records) return true;
+  if (purpose == For::File && row.inFiles != nullptr && !row.inFiles(record)) return true;
   switch (row.write) {
     case Write::Never: return true;
     case Write::ListsOnly: return purpose == For::File;

@@ -45,6 +45,8 @@ constexpr GcDbField kColumnFields[] = {
     list<&GcDbMTextRare::columnHeights, 46, Is::Length>(-1, "columnHeights"),
 };
 
+GcGePoint3d toPoint(const GcGeVector3d& v) { return {v.x, v.y, v.z}; }
+
 }  // namespace
 
 const GcDbField GcDbMText::kFields[] = {
@@ -58,7 +60,19 @@ const GcDbField GcDbMText::kFields[] = {
     field<&GcDbMText::m_contents>(1, "contents", Is::Plain).inPieces(3),
     field<&GcDbMText::m_styleId>(7, "style", Is::TextStyleName, Write::FilesUnlessDefault),
     field<&GcDbMText::m_normal>(210, "normal", Is::Normal, Write::FilesUnlessDefault),
-    field<&GcDbMText::m_direction>(11, "direction", Is::WcsVector, Write::FilesUnlessDefault).orAxis(0),
+    // The direction is given by a vector or by the angle it makes in the plane; files keep the form they came with.
+    field<&GcDbMText::m_direction>(11, "direction", Is::WcsVector, Write::FilesUnlessDefault)
+        .orAxis(0)
+        .filedAs(
+            [](const void* text) {
+              return GcDbGroup::ofPoint(11, toPoint(static_cast<const GcDbMText*>(text)->m_direction));
+            },
+            [](void* record, const GcDbGroup& group) {
+              static_cast<GcDbMText*>(record)->m_direction = group.point.asVector();
+              static_cast<GcDbMText*>(record)->m_turnRad = kNoTurn;
+              return true;
+            })
+        .inFilesWhen<&GcDbMText::isGivenByVector>(),
     field<&GcDbMText::m_textHeight>(42, "actualWidth", Is::Plain, Write::ListsOnly)
         .filedAs(
             [](const void* text) { return GcDbGroup::ofReal(42, static_cast<const GcDbMText*>(text)->actualWidth()); },
@@ -69,19 +83,18 @@ const GcDbField GcDbMText::kFields[] = {
             [](const void* text) { return GcDbGroup::ofReal(43, static_cast<const GcDbMText*>(text)->actualHeight()); },
             [](void*, const GcDbGroup&) { return true; })
         .echo(),
-    // The turn is another form of the direction; the later one counts when a file has both.
-    field<&GcDbMText::m_direction>(50, "rotation", Is::Angle, Write::ListsOnly)
-        .filedAs(
-            [](const void* text) { return GcDbGroup::ofReal(50, static_cast<const GcDbMText*>(text)->rotation()); },
-            [](void* record, const GcDbGroup& group) {
-              auto& text = *static_cast<GcDbMText*>(record);
-              constexpr double kSameAngle = 1e-12;  // rounding of an angle computed from the direction
-              const double angle = group.asReal();
-              if (std::fabs(angle - text.rotation()) > kSameAngle)
-                text.m_direction = gcplanar::directionAt(angle, text.m_normal);
-              return true;
-            })
-        .echo(),
+    field<&GcDbMText::m_turnRad>(50, "turn", Is::Plain)
+        .filedAs([](const void* text) { return GcDbGroup::ofReal(50, static_cast<const GcDbMText*>(text)->turn()); },
+                 [](void* record, const GcDbGroup& group) {
+                   auto& text = *static_cast<GcDbMText*>(record);
+                   constexpr double kSameAngle = 1e-12;  // rounding of an angle computed from the direction
+                   const double angle = group.asReal();
+                   if (text.isGivenByVector() && std::fabs(angle - text.rotation()) <= kSameAngle) return true;
+                   text.m_turnRad = angle;
+                   text.m_direction = gcplanar::directionAt(angle, text.m_normal);
+                   return true;
+                 })
+        .inFilesWhen<&GcDbMText::isGivenByAngle>(),
     field<&GcDbMText::m_lineSpacingStyle>(73, "lineSpacingStyle", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
     field<&GcDbMText::m_lineSpacing>(44, "lineSpacing", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
     part<&GcDbMText::m_rare>("rare", kBackgroundFields),
@@ -132,18 +145,25 @@ Gcad::ErrorStatus GcDbMText::setAttachment(AttachmentPoint attachment) {
 
 Gcad::ErrorStatus GcDbMText::setDirection(const GcGeVector3d& direction) {
   if (direction.isZeroLength()) return Gcad::eInvalidInput;
-  return assign(m_direction, direction.normal());
+  assertWriteEnabled();
+  m_direction = direction.normal();
+  m_turnRad = kNoTurn;
+  return Gcad::eOk;
 }
 
 double GcDbMText::rotation() const { return gcplanar::angleOf(m_direction, m_normal); }
 
 Gcad::ErrorStatus GcDbMText::setRotation(double angleRad) {
-  return assign(m_direction, gcplanar::directionAt(angleRad, m_normal));
+  return setDirection(gcplanar::directionAt(angleRad, m_normal));
 }
 
 Gcad::ErrorStatus GcDbMText::setNormal(const GcGeVector3d& normal) {
   if (normal.isZeroLength()) return Gcad::eInvalidInput;
   return assign(m_normal, normal.normal());
+}
+
+void GcDbMText::subLoaded() {
+  if (isGivenByAngle()) m_direction = gcplanar::directionAt(m_turnRad, m_normal);
 }
 
 void GcDbMText::subAppended() {
@@ -158,6 +178,7 @@ void GcDbMText::subAppended() {
 Gcad::ErrorStatus GcDbMText::subTransformBy(const GcGeMatrix3d& transform) {
   const Gcad::ErrorStatus status = GcDbEntity::subTransformBy(transform);
   if (!m_direction.isZeroLength()) m_direction = m_direction.normal();
+  m_turnRad = kNoTurn;
   return status;
 }
 

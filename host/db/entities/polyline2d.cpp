@@ -24,7 +24,7 @@ const GcDbField GcDb2dPolyline::kFields[] = {
               return true;
             }),
     field<&GcDb2dPolyline::m_thickness>(39, "thickness", Is::Length, Write::UnlessDefault),
-    field<&GcDb2dPolyline::m_flags>(70, "flags", Is::Plain, Write::FilesUnlessDefault),
+    field<&GcDb2dPolyline::m_flags>(70, "flags", Is::Plain),
     field<&GcDb2dPolyline::m_startWidth>(40, "startWidth", Is::Length, Write::FilesUnlessDefault),
     field<&GcDb2dPolyline::m_endWidth>(41, "endWidth", Is::Length, Write::FilesUnlessDefault),
     field<&GcDb2dPolyline::m_curveType>(75, "curveType", Is::Plain, Write::FilesUnlessDefault),

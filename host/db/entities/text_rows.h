@@ -11,5 +11,5 @@
       field<&Class::m_styleId>(7, "style", Is::TextStyleName, Write::FilesUnlessDefault),                         \
       field<&Class::m_mirror>(71, "mirror", Is::Plain, Write::FilesUnlessDefault),                                \
       field<&Class::m_horizontal>(72, "horizontalMode", Is::Plain, Write::FilesUnlessDefault),                    \
-      field<&Class::m_alignment>(11, "alignmentPoint", Is::OcsPoint, Write::FilesUnlessDefault),                  \
+      field<&Class::m_alignment>(11, "alignmentPoint", Is::OcsPoint).inFilesWhen<&Class::hasAlignmentPoint>(),    \
       field<&Class::m_normal>(210, "normal", Is::Normal, Write::FilesUnlessDefault)

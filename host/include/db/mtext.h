@@ -77,12 +77,17 @@ class GcDbMText : public GcDbEntity {
   [[nodiscard]] bool isPlanar() const override { return true; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  void subLoaded() override;
   void subAppended() override;
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
  private:
+  static constexpr double kNoTurn = 1e300;
+  [[nodiscard]] bool isGivenByAngle() const { return m_turnRad != kNoTurn; }
+  [[nodiscard]] double turn() const { return isGivenByAngle() ? m_turnRad : rotation(); }
+  [[nodiscard]] bool isGivenByVector() const { return !isGivenByAngle(); }
   [[nodiscard]] bool hasColumns() const { return !m_rare.isEmpty() && m_rare[0].columnType != 0; }
 
   GcGePoint3d m_location;
@@ -92,6 +97,7 @@ class GcDbMText : public GcDbEntity {
   double m_width = 0;
   double m_definedHeight = 0;
   double m_lineSpacing = 1;
+  double m_turnRad = kNoTurn;  // the direction as the angle it was given by
   GcString m_contents;
   GcDbObjectId m_styleId;
   GcArray<GcDbMTextRare> m_rare;

@@ -63,6 +63,7 @@ class GcDbText : public GcDbEntity {
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
+  [[nodiscard]] bool hasAlignmentPoint() const { return !isDefaultAlignment() || m_alignment != GcGePoint3d(); }
   // The style the text is set with.
   void textLook(GcGiTextStyle& look) const;
 
