@@ -1,5 +1,6 @@
 #include "host/lisp/core/builtin.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace lisp {
@@ -16,6 +17,13 @@ BuiltinRegistration::BuiltinRegistration(Builtin& row) {
 }
 
 const Builtin* firstBuiltin() { return g_first; }
+
+const Builtin* findBuiltin(std::string_view name) {
+  const Text wanted = fromUtf8(name);
+  for (const Builtin* row = g_first; row; row = row->next)
+    if (equalIgnoringCase(fromUtf8(row->name), wanted)) return row;
+  return nullptr;
+}
 
 Builtin::Counts Builtin::counts() const {
   std::string_view text = signature;

@@ -11,6 +11,8 @@
 // Every interpreter made later has the builtin.
 #pragma once
 
+#include <string_view>
+
 #include "host/lisp/core/args.h"
 #include "host/lisp/core/native.h"
 
@@ -41,6 +43,8 @@ class BuiltinRegistration {
   explicit BuiltinRegistration(Builtin& row);
 };
 const Builtin* firstBuiltin();
+// By name, case aside; null when there is none. Name, signature, help and group are for reference and completion.
+const Builtin* findBuiltin(std::string_view name);
 
 #define LISP_CAT_(a, b) a##b
 #define LISP_CAT(a, b) LISP_CAT_(a, b)

@@ -65,13 +65,14 @@ namespace {
 
 [[noreturn]] void leave(Args& args) {
   LispError error(ErrorKind::Exit, fromUtf8("quit / exit abort"));
+  error.silent = args.more();
   if (args.more()) error.exitCode = args.integer();
   throw error;
 }
 
 }  // namespace
 
-LISP_BUILTIN("exit", "(exit [code])", "Ends the running program with the error \"quit / exit abort\".") { leave(args); }
+LISP_BUILTIN("exit", "(exit [code])", "Ends the running program with the error \"quit / exit abort\"; a code is handed to the host.") { leave(args); }
 LISP_BUILTIN("quit", "(quit [code])", "The same as exit.") { leave(args); }
 
 LISP_BUILTIN("vl-exit-with-error", "(vl-exit-with-error message)", "Ends the running program with that error.") {

@@ -1,4 +1,5 @@
 // The heap's collector: marking in steps from a snapshot of the roots, then sweeping in steps.
+#include <algorithm>
 #include <bit>
 #include <chrono>
 #include <cstring>
@@ -13,7 +14,8 @@ namespace {
 constexpr size_t kMinTrigger   = 16u << 20;
 constexpr size_t kMarkPerByte  = 4;     // bytes marked for each byte allocated: marking ends before the heap doubles
 constexpr size_t kObjectCost   = 32;    // what one marked or swept object counts for, bytes
-constexpr size_t kSpareBlocks  = 64;    // empty blocks kept for what comes next
+constexpr size_t kSpareBlocks  = 64;    // empty blocks kept for what comes next, beside half the filled ones
+constexpr size_t kFreeAtOnce   = 8;     // blocks given back in one step: the system takes its time for each
 
 using Clock = std::chrono::steady_clock;
 
@@ -117,21 +119,19 @@ void Heap::finishMarking() {
   m_client.dropDeadWeak(marker);
 
   size_t                  liveCells = 0;
-  size_t                  spare     = 0;
-  std::vector<ConsBlock*> kept;
+  std::vector<ConsBlock*> kept, empty;
   const ConsBlock*        current = m_cursor != m_runEnd ? ConsBlock::of(m_cursor) : nullptr;
   for (ConsBlock* block : m_blocks) {
     size_t count = 0;
     for (const uint64_t word : block->mark) count += static_cast<size_t>(std::popcount(word));
     count -= ConsBlock::kFirstCell;
-    if (count == 0 && block != current && ++spare > kSpareBlocks) {
-      ::operator delete(block, std::align_val_t{ConsBlock::kBytes});
-      continue;
-    }
     liveCells += count;
     std::memcpy(block->live, block->mark, sizeof block->live);
-    kept.push_back(block);
+    (count == 0 && block != current ? empty : kept).push_back(block);
   }
+  const size_t spare = std::min(empty.size(), kSpareBlocks + kept.size() / 2);
+  kept.insert(kept.end(), empty.begin(), empty.begin() + static_cast<ptrdiff_t>(spare));
+  m_condemned.insert(m_condemned.end(), empty.begin() + static_cast<ptrdiff_t>(spare), empty.end());
   m_blocks.swap(kept);
   m_block  = 0;
   m_cursor = m_runEnd = nullptr;
@@ -144,7 +144,15 @@ void Heap::finishMarking() {
   m_statistics.liveBytes = liveCells * sizeof(Cons);
 }
 
+void Heap::freeCondemned(size_t count) {
+  for (; count > 0 && !m_condemned.empty(); --count) {
+    ::operator delete(m_condemned.back(), std::align_val_t{ConsBlock::kBytes});
+    m_condemned.pop_back();
+  }
+}
+
 void Heap::sweepSome(size_t count) {
+  freeCondemned(count == SIZE_MAX ? SIZE_MAX : kFreeAtOnce);
   while (m_unswept && count-- > 0) {
     Object* object = m_unswept;
     m_unswept      = object->next;
@@ -155,7 +163,7 @@ void Heap::sweepSome(size_t count) {
       freeObject(object);
     }
   }
-  if (m_unswept) return;
+  if (m_unswept || !m_condemned.empty()) return;
   m_phase = Phase::Idle;
   m_statistics.liveBytes += m_objectBytes;
   m_statistics.bytes = m_blocks.size() * ConsBlock::kBytes + m_objectBytes;
@@ -177,7 +185,7 @@ void Heap::safePoint() {
   if (due) {
     const auto start = Clock::now();
     // An allocation spree between two safe points is paid back in bounded instalments.
-    const size_t amount = m_debt < 16 * kStepBytes ? m_debt : 16 * kStepBytes;
+    const size_t amount = m_debt < 4 * kStepBytes ? m_debt : 4 * kStepBytes;
     m_debt              = 0;
     work(amount);
     const double pause = secondsSince(start);

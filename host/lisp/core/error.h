@@ -20,6 +20,7 @@ struct LispError {
   ErrorKind kind = ErrorKind::Error;
   Text      message;
   int       exitCode = 0;
+  bool      silent   = false;  // no message when nothing handles it: exit with a code
   bool      reported = false;  // *error* has run or the message has been printed
 
   explicit LispError(Text text) : message(std::move(text)) {}

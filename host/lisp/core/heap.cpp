@@ -41,6 +41,7 @@ Heap::~Heap() {
       list = next;
     }
   }
+  freeCondemned(SIZE_MAX);
   for (ConsBlock* block : m_blocks) ::operator delete(block, std::align_val_t{ConsBlock::kBytes});
 }
 

@@ -111,6 +111,7 @@ class Heap {
   void  startMarking();
   void  finishMarking();
   void  sweepSome(size_t count);
+  void  freeCondemned(size_t count);
   void  freeObject(Object* object);
   void  blackenRun();
   void  charge(size_t bytes);
@@ -124,6 +125,7 @@ class Heap {
   Cons*                   m_runEnd = nullptr;
   size_t                  m_block  = 0;  // index of the block the run lies in
   std::vector<ConsBlock*> m_blocks;
+  std::vector<ConsBlock*> m_condemned;  // empty, to be given back
   std::vector<LispValue>  m_grey;
   Object*                 m_objects  = nullptr;
   Object*                 m_unswept  = nullptr;

@@ -1,5 +1,7 @@
 #include "host/lisp/core/interpreter.h"
 
+#include <exception>
+
 #include "host/lisp/core/reader.h"
 
 namespace lisp {
@@ -33,15 +35,21 @@ template <class Work>
 EvalResult Interpreter::guarded(OnError onError, Work work) {
   EvalResult result;
   const bool before = m_vm.setReporting(onError == OnError::Report);
-  try {
-    result.value = work();
-  } catch (LispError& error) {
+  const auto failed = [&](LispError& error) {
     if (onError == OnError::Report && !error.reported) m_vm.report(error);
     result.status   = statusOf(error.kind);
     result.message  = error.message;
     result.exitCode = error.exitCode;
     if (error.kind == ErrorKind::ExitValue) result.value = m_vm.exitValue;
     else if (error.reported) result.trace = m_vm.lastTrace();
+  };
+  try {
+    result.value = work();
+  } catch (LispError& error) {
+    failed(error);
+  } catch (const std::exception&) {
+    LispError error(ErrorKind::MemoryLimit, fromUtf8("out of memory"));
+    failed(error);
   }
   m_vm.setReporting(before);
   m_vm.flush();

@@ -293,7 +293,7 @@ void Vm::report(LispError& error) {
     if (handler) {
       const LispValue message = m_heap.string(error.message);
       call(handler, &message, 1);
-    } else if (error.kind != ErrorKind::Exit) {
+    } else if (!error.silent) {
       Text line = fromUtf8(m_atLineStart ? "; error: " : "\n; error: ");
       line.append(error.message).push_back(GC_T('\n'));
       write(line);

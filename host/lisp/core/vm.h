@@ -167,6 +167,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
   };
 
   LispValue execute(Entry entry);
+  LispValue executeGuarded(Entry entry);
   void      poll(LispValue callee);
   void      installBuiltins();
   Subr*     makeSubr(const Builtin& row, Symbol* name);

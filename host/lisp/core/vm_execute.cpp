@@ -1,5 +1,8 @@
 // The instruction loop. Each handler reads its operands behind `pc`, works on the value stack at `sp` and goes on to
 // the next instruction. Before anything that may raise an error, collect or call back, SYNC publishes the registers.
+#include <exception>
+#include <new>
+
 #include "host/lisp/core/numbers.h"
 #include "host/lisp/core/opcodes.h"
 #include "host/lisp/core/vm.h"
@@ -621,6 +624,17 @@ Fail:
   throw LispError(Text(valueAt(pc + 1).asString()->view()));
 }
 
+// Failures of the C++ library, no memory above all, become errors of the language.
+LispValue Vm::executeGuarded(Entry entry) {
+  try {
+    return execute(entry);
+  } catch (const std::bad_alloc&) {
+    fail(ErrorKind::MemoryLimit, "out of memory");
+  } catch (const std::exception& failure) {
+    fail(failure.what());
+  }
+}
+
 LispValue Vm::call(LispValue function, const LispValue* arguments, uint32_t count) {
   constexpr int kMaxRuns = 200;
   if (m_runs >= kMaxRuns || m_frame + 2 >= m_frameLimit || m_top + count + 64 >= m_valueLimit) failDepth();
@@ -633,7 +647,7 @@ LispValue Vm::call(LispValue function, const LispValue* arguments, uint32_t coun
   Entry start{function, count, false};
   for (;;) {
     try {
-      const LispValue result = execute(start);
+      const LispValue result = executeGuarded(start);
       m_frame                = before;
       m_top                  = top;
       --m_runs;
