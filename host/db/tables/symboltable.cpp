@@ -4,6 +4,7 @@
 
 #include "db/database.h"
 #include "host/db/core/names.h"
+#include "host/db/core/store.h"
 #include "host/db/core/undo.h"
 #include "host/db/describe/fieldio.h"
 
@@ -61,20 +62,20 @@ Gcad::ErrorStatus GcDbSymbolTableRecord::setName(const GCHAR* name) {
                              isDependent() || isKindOf(GcDbBlockTableRecord::desc()) || view(name) == GC_T("*Active")))
     return Gcad::eInvalidInput;
   assertWriteEnabled();
-  GcDbObject* owner = nullptr;
-  if (gcdbOpenGcDbObject(owner, ownerId(), GcDb::kForRead) != Gcad::eOk) {  // not in a table yet
+  // The table's index follows however the table is open, by its caller for writing, say.
+  GcDbObject* owner = ownerId().isNull() ? nullptr : ownerId().stub()->object;
+  GcDbSymbolTable* table = GcDbSymbolTable::cast(owner);
+  if (table == nullptr) {  // not in a table yet
     m_name = name;
     return Gcad::eOk;
   }
-  auto* table = static_cast<GcDbSymbolTable*>(owner);
-  GcDbObjectId other;
-  const bool taken = table->getAt(name, other) == Gcad::eOk && other != objectId();
+  const GcDbObjectId other = table->m_index == nullptr ? GcDbObjectId() : table->m_index->find(view(name), false);
+  const bool taken = !other.isNull() && other != objectId();
   if (!taken) {
     table->unindexRecord(*this);
     m_name = name;
     table->indexRecord(*this);
   }
-  ignore(table->close());
   return taken ? Gcad::eDuplicateRecordName : Gcad::eOk;
 }
 
