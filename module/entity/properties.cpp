@@ -35,7 +35,7 @@ struct NamedValue {
     const resbuf* string = open->restype == RTLB ? open->rbnext : nullptr;
     if (string == nullptr || string->restype != RTSTR) return;
     const resbuf* single = string->rbnext;
-    if (single == nullptr || single->restype == 0) return;
+    if (single == nullptr || single->restype == 0 || single->restype == RTLB || single->restype == RTLE) return;
     const resbuf* close = single->rbnext;
     if (close == nullptr || close->restype != RTLE) return;
     name = node::text(*string);
