@@ -18,6 +18,11 @@ ExternalCall* g_call = nullptr;
 
 ExternalCall* currentCall() { return g_call; }
 
+GcDbEntityMaker& DrawingHost::entityMaker() {
+  if (m_entityMaker == nullptr) m_entityMaker = std::make_unique<GcDbEntityMaker>(database());
+  return *m_entityMaker;
+}
+
 int DrawingHost::addFunction(ap::PlugIn* plugIn, int code, lisp::TextView name) {
   for (size_t i = 0; i < m_functions.size(); ++i) {
     Function& known = m_functions[i];

@@ -1,6 +1,11 @@
 // What LISP asks of the drawing it works in: the interpreter's host side of one document.
 #pragma once
 
+#include <map>
+#include <memory>
+
+#include "db/database.h"
+#include "host/db/entlist/entitymake.h"
 #include "host/ed/editor.h"
 #include "host/lisp/core/interpreter.h"
 #include "host/lisp/lib/argumentchain.h"
@@ -47,6 +52,11 @@ class DrawingHost : public lisp::HostCalls {
   int addFunction(ap::PlugIn* plugIn, int code, lisp::TextView name);
   std::vector<Function>& functions() { return m_functions; }
 
+  // What entmake has begun and not ended, and how far walks through tables and dictionaries have come.
+  GcDbEntityMaker& entityMaker();
+  int& tablePosition(GcDbDatabase::Table table) { return m_tablePositions[table]; }
+  int& dictionaryPosition(GcDbObjectId dictionary) { return m_dictionaryPositions[dictionary]; }
+
   // What has been left open since the notes were taken last.
   std::vector<OpenNote> takeOpenNotes() { return std::move(m_openNotes); }
 
@@ -66,6 +76,9 @@ class DrawingHost : public lisp::HostCalls {
   std::vector<Function> m_functions;
   NodeStock m_nodes;
   std::vector<OpenNote> m_openNotes;
+  std::unique_ptr<GcDbEntityMaker> m_entityMaker;
+  int m_tablePositions[GcDbDatabase::kTableCount] = {};
+  std::map<GcDbObjectId, int> m_dictionaryPositions;
 };
 
 // The host side of an interpreter; every interpreter that has the builtins of this folder has one.
