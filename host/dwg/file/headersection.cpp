@@ -1,6 +1,7 @@
 #include "host/dwg/file/headersection.h"
 
 #include <cmath>
+#include <string_view>
 
 #include "db/dictionary.h"
 #include "host/db/core/header.h"
@@ -66,10 +67,13 @@ class HeaderIn {
       case HeaderOp::H: takeReference(row); return;
       case HeaderOp::Time: {
         const double days = m_record.bl(0);
-        setReal(row, days + m_record.bl(0) / kMillisecondsPerDay);
+        takeTime(row, days + m_record.bl(0) / kMillisecondsPerDay);
         return;
       }
-      case HeaderOp::Seed: m_references.handseed = m_record.data.h().value; return;
+      case HeaderOp::Seed:
+        m_references.handseed = m_record.data.h().value;
+        setNamed("$HANDSEED", GcDbGroup::ofInt(5, static_cast<int64_t>(m_references.handseed)));
+        return;
       case HeaderOp::Table: m_references.tables[row.index] = handle(); return;
       case HeaderOp::Known: m_references.known[row.index] = handle(); return;
       case HeaderOp::Flags: takeFlags(); return;
@@ -110,6 +114,12 @@ class HeaderIn {
     group.isAngle = row.code == kAngleCode;
     if (row.name != nullptr && nameOfRow(row.name) == GC_T("$CELTSCALE")) m_references.linetypeScale = value;
     set(row, group);
+  }
+  // Times of making and changing are universal; the local ones group files have beside them are taken as the same.
+  void takeTime(const HeaderRow& row, double value) {
+    setReal(row, value);
+    if (std::string_view(row.name) == "$TDUCREATE") setNamed("$TDCREATE", GcDbGroup::ofReal(row.code, value));
+    if (std::string_view(row.name) == "$TDUUPDATE") setNamed("$TDUPDATE", GcDbGroup::ofReal(row.code, value));
   }
   void takeColor(const HeaderRow& row) {
     const GcCmEntityColor color = m_record.cmc({});
@@ -187,7 +197,9 @@ class HeaderOut {
                                           : GcCmEntityColor::fromIndex(static_cast<int>(m_header.integer(name))));
   }
   void putTime(const HeaderRow& row) {
-    const double value = m_header.real(nameOfRow(row.name));
+    const GcText name = nameOfRow(row.name);
+    const GcText local = GcText(GC_T("$TD")) + (name.size() > 4 ? name.substr(4) : GcText());
+    const double value = m_header.find(name) != nullptr ? m_header.real(name) : m_header.real(local);
     const double days = std::floor(value);
     const bool usable = days >= 0 && days < 1e9;
     m_record.bl(usable ? static_cast<int32_t>(days) : 0);

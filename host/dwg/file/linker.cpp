@@ -17,6 +17,17 @@ class Linker {
   Linker(RecordContext& context, LoadedLinks& links, GcDbLoadReport& report)
       : m_context(context), m_links(links), m_report(report) {}
 
+  // Anonymous blocks have their number in the name of their begin entity only.
+  void nameBlocks() {
+    for (LoadedLinks::Owner& owner : m_links.owners) {
+      auto* block = GcDbBlockTableRecord::cast(owner.object);
+      if (block == nullptr) continue;
+      const auto name = m_context.blockNames.find(block->blockBeginId().handle());
+      if (name != m_context.blockNames.end() && !name->second.empty() && name->second[0] == GCHAR('*'))
+        GcDbLoader::setName(*block, toGcString(name->second));
+    }
+  }
+
   void linkTables(const HeaderReferences& header) {
     for (LoadedLinks::Owner& owner : m_links.owners)
       if (auto* table = GcDbSymbolTable::cast(owner.object)) fillTable(*table, owner.links);
@@ -130,6 +141,7 @@ class Linker {
 
 void linkObjects(RecordContext& context, const HeaderReferences& header, LoadedLinks& links, GcDbLoadReport& report) {
   Linker linker(context, links, report);
+  linker.nameBlocks();
   linker.linkTables(header);
   linker.linkEntities();
 }

@@ -71,14 +71,13 @@ constinit const PackRow kMInsert[] = {
 
 // ---- begin and end ---------------------------------------------------------------------------------------
 
+// The begin entity has the whole name.
 template <class Io>
 void blockBeginName(Io& io) {
-  GcText name;
-  if constexpr (Io::kWriting) {
-    const GcDbObjectId owner = objectOf(io).ownerId();
-    name = io.rec.context.nameOf(owner.handle());
-  }
-  io.rec.t(name);
+  if constexpr (Io::kWriting)
+    io.rec.t(io.rec.context.nameOf(objectOf(io).ownerId().handle()));
+  else
+    io.rec.context.blockNames[io.rec.own] = io.rec.t({});
 }
 
 constinit const PackRow kBlockBegin[] = {piece(blockBeginName<PieceIn>, blockBeginName<PieceOut>, {})};

@@ -10,11 +10,20 @@ namespace gc::dwg::packing {
 // Bits of group 70 that all records have.
 enum RecordBits : unsigned { kDependent = 16, kResolved = 32, kReferenced = 64 };
 
+// Anonymous blocks lose the number of their name in the record: it stands in the begin entity. The two spaces that
+// have always been there keep their names.
+inline GcView nameInRecord(const GcDbSymbolTableRecord& record) {
+  GcView name = view(record.getName());
+  if (name.empty() || name[0] != GCHAR('*') || !record.isKindOf(GcDbBlockTableRecord::desc())) return name;
+  while (name.size() > 1 && name.back() >= GCHAR('0') && name.back() <= GCHAR('9')) name.remove_suffix(1);
+  return name;
+}
+
 // Passes the common part; gives the common bits of group 70.
 template <class Io>
 unsigned recordHead(Io& io) {
   auto& record = *static_cast<GcDbSymbolTableRecord*>(static_cast<GcDbObject*>(io.object));
-  const auto name = io.rec.t(view(record.getName()));
+  const auto name = io.rec.t(nameInRecord(record));
   if constexpr (!Io::kWriting) GcDbLoader::setName(record, toGcString(name));
   const auto flags = static_cast<unsigned>(record.flags());
   constexpr int kIsResolved = 256;

@@ -231,12 +231,14 @@ constinit const PackRow kLinetype[] = {
 
 // ---- views and viewports ---------------------------------------------------------------------------------
 
-// Four bits of the view mode: 1 perspective, 2 front clipping, 4 back clipping, 16 front clipping not at the eye.
+// Four bits of the view mode: 1 perspective, 2 front clipping, 4 back clipping, and that front clipping is at the eye,
+// which group files say by a 16 when it is not.
 template <class Io>
 unsigned viewMode(Io& io, unsigned mode) {
+  constexpr unsigned kNotAtEye = 16;
   unsigned read = 0;
-  for (const unsigned bit : {1u, 2u, 4u, 16u}) read |= io.rec.b((mode & bit) != 0) ? bit : 0u;
-  return read;
+  for (const unsigned bit : {1u, 2u, 4u}) read |= io.rec.b((mode & bit) != 0) ? bit : 0u;
+  return read | (io.rec.b((mode & kNotAtEye) == 0) ? 0u : kNotAtEye);
 }
 
 template <class Io>

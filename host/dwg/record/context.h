@@ -23,6 +23,8 @@ struct RecordContext {
   GcDbObjectId byLayer, byBlock, continuous, modelSpace, paperSpace;
   // Names of application and layer records by handle, for extended data; what is not known yet is asked for.
   std::unordered_map<uint64_t, GcText> names;
+  // Names of blocks by the handle of their begin entity: the record itself has anonymous names without their number.
+  std::unordered_map<uint64_t, GcText> blockNames;
 
   [[nodiscard]] GcDbObjectId idOf(uint64_t handle) const;
   // The name of a table record, empty when there is none.
