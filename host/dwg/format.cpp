@@ -5,7 +5,12 @@
 namespace gc::dwg {
 namespace {
 
-constexpr GcDbFileFormat kFormat{"dwg", isDwg, read, nullptr};
+Gcad::ErrorStatus save(GcDbDatabase& database, const std::string& path, const GcDbSaveOptions& options,
+                       std::string& message) {
+  return writeFile(database, path, {options.version, options.backup}, message);
+}
+
+constexpr GcDbFileFormat kFormat{"dwg", isDwg, read, save};
 const GcDbFileFormatEntry kEntry(kFormat);
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What a drawing file holds beside its objects and header settings, kept so that saving gives it back.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "host/db/describe/group.h"
@@ -31,6 +32,13 @@ struct GcDbFileSection {
   std::vector<GcDbFileRecord> records;
 };
 
+// A section of a DWG file that holds no objects, kept as it is: preview, summary, history ...
+struct GcDbDwgSection {
+  std::string name;  // "AcDb:SummaryInfo"
+  std::vector<uint8_t> bytes;
+  int version = 0;  // of its file, GcDb::GcDbDwgVersion
+};
+
 // A property of the drawing that its author named ($CUSTOMPROPERTYTAG and $CUSTOMPROPERTY of the header).
 struct GcDbCustomProperty {
   GcString name;
@@ -43,6 +51,7 @@ struct GcDbFileParts {
   std::vector<GcDbCustomProperty> customProperties;
   std::vector<GcDbClassRecord> classes;
   std::vector<GcDbFileSection> sections;
+  std::vector<GcDbDwgSection> dwgSections;
 
   // The class of a DXF name; null when the file described none.
   [[nodiscard]] const GcDbClassRecord* findClass(GcView dxfName) const {

@@ -50,6 +50,7 @@ struct GcDbZombieFields {
       GcDbZombieFields::array<Zombie, &GcDbZombieData::references, Is::SoftPointer>("references"),      \
       GcDbZombieFields::row<Zombie, &GcDbZombieData::referenceCodes>("referenceCodes", Is::Plain),      \
       GcDbZombieFields::row<Zombie, &GcDbZombieData::version>("version", Is::Plain),                    \
+      GcDbZombieFields::row<Zombie, &GcDbZombieData::recordType>("recordType", Is::Plain),              \
   };                                                                                                    \
   GCDB_FIELD_COUNT(Zombie);                                                                             \
   Zombie::Zombie() : m_data(new GcDbZombieData) {}                                                      \

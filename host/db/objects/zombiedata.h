@@ -12,5 +12,6 @@ struct GcDbZombieData {
   int32_t bitCount = 0;
   GcDbObjectIdArray references;
   GcArray<uint8_t> referenceCodes;
-  uint8_t version = 0;  // of the file the bits came from, GcDb::GcDbDwgVersion
+  uint8_t version = 0;      // of the file the bits came from, GcDb::GcDbDwgVersion
+  uint16_t recordType = 0;  // of the bits' record, where the DXF name alone does not say it; 0 otherwise
 };

@@ -17,4 +17,16 @@ bool isDwg(std::string_view bytes);
 // Errors: eBadDwgFile (nothing can be read), eUnsupportedVersion (R11 and older).
 Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes);
 
+// AC1015, AC1018, AC1024, AC1027 or AC1032. The file is replaced whole or not at all; what the version cannot hold is
+// replaced or left out and told in `message` (UTF-8), which says what failed when something did.
+// Errors: eUnsupportedVersion, eFileAccessErr, eFileWriteError.
+struct WriteOptions {
+  int version = GcDb::kDHL_AC1032;
+  bool backup = false;
+};
+Gcad::ErrorStatus writeFile(GcDbDatabase& database, const std::string& path, const WriteOptions& options,
+                            std::string& message);
+// The same into memory.
+Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message);
+
 }  // namespace gc::dwg

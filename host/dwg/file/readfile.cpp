@@ -53,6 +53,12 @@ void keepClasses(const RecordContext& context) {
   }
 }
 
+void keepOthers(const Sections& sections, GcDbDatabase& database) {
+  for (const Sections::Named& other : sections.others)
+    database.fileParts().dwgSections.push_back(
+        {other.name, std::vector<uint8_t>(other.bytes.begin(), other.bytes.end()), sections.version});
+}
+
 // A handle that was only referred to must not be given to a new object.
 void raiseHandseed(GcDbDatabase& database, uint64_t fromHeader) {
   constexpr uint64_t kMostBelievable = uint64_t{1} << 56;
@@ -99,6 +105,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   LoadedLinks links;
   ObjectLoader(sections, context, report, links).loadAll(map);
   keepClasses(context);
+  keepOthers(sections, database);
   linkObjects(context, header, links, report);
   raiseHandseed(database, header.handseed);
   database.store().forEach([](GcDbStub* stub) {

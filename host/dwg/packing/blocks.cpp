@@ -39,7 +39,7 @@ void insertScale(Io& io) {
 
 constexpr int kHasParts = 0;  // the register
 
-uint32_t hasParts(PieceOut& io) { return livingParts(objectOf(io)).isEmpty() ? 0 : 1; }
+uint32_t hasParts(PieceOut& io) { return livingParts(io.rec.context, objectOf(io)).isEmpty() ? 0 : 1; }
 
 constinit const PackRow kInsert[] = {
     section("AcDbBlockReference"),
@@ -102,17 +102,17 @@ void blockFlags(Io& io) {
   io.setNum(0, read);
 }
 
-inline GcDbObjectIdArray livingEntities(const GcDbBlockTableRecord& block) {
+inline GcDbObjectIdArray livingEntities(const RecordContext& context, const GcDbBlockTableRecord& block) {
   GcDbObjectIdArray entities;
   for (const GcDbObjectId id : block.entities())
-    if (id.isValid() && !id.isErased()) entities.append(id);
+    if (context.isWritten(id)) entities.append(id);
   return entities;
 }
 
 template <class Io>
 void ownedCount(Io& io) {
   int owned = 0;
-  if constexpr (Io::kWriting) owned = livingEntities(static_cast<GcDbBlockTableRecord&>(objectOf(io))).length();
+  if constexpr (Io::kWriting) owned = livingEntities(io.rec.context, static_cast<GcDbBlockTableRecord&>(objectOf(io))).length();
   io.registers[kOwnedCount] = static_cast<uint32_t>(io.rec.count(io.rec.bl(owned), 8));
 }
 
@@ -146,7 +146,7 @@ constexpr unsigned kHardOwner = 3;
 
 // The entities between begin and end: each of them, or (before AC1018) the ends of their chain.
 void passEntities(PieceOut& io, const GcDbBlockTableRecord& block) {
-  const GcDbObjectIdArray entities = livingEntities(block);
+  const GcDbObjectIdArray entities = livingEntities(io.rec.context, block);
   if (io.version() >= kR2004) {
     for (uint32_t i = 0; i < io.registers[kOwnedCount]; ++i) io.rec.h(kHardOwner, entities[static_cast<int>(i)]);
   } else if (io.registers[kIsExternal] == 0) {

@@ -16,11 +16,11 @@ constexpr unsigned kHardOwner = 3;
 // Entries whose object is there.
 struct Entries {
   std::vector<int> living;
-  explicit Entries(const Elements& elements) {
+  Entries(const RecordContext& context, const Elements& elements) {
     const GcDbField* id = elements.row(350);
     for (int i = 0; i < elements.size(); ++i) {
       const GcDbObjectId object = idOf(*id, elements.at(i));
-      if (object.isValid() && !object.isErased()) living.push_back(i);
+      if (context.isWritten(object)) living.push_back(i);
     }
   }
 };
@@ -31,7 +31,7 @@ void dictionary(Io& io) {
   const GcDbField& key = *elements.row(3);
   const GcDbField& id = *elements.row(350);
   std::vector<int> living;
-  if constexpr (Io::kWriting) living = Entries(elements).living;
+  if constexpr (Io::kWriting) living = Entries(io.rec.context, elements).living;
   const int count = io.rec.count(io.rec.bl(static_cast<int32_t>(living.size())), 8);
   if (io.version() >= kR2000) io.bs(1);
   io.rc(2);

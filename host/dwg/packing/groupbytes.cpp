@@ -109,7 +109,7 @@ void putGroups(RecordOut& record, const GcDbGroupList& groups, BitWriter& out) {
         out.bytes(bytes);
         break;
       }
-      case GcDbGroupKind::Id: out.rll(group.id.isValid() && !group.id.isErased() ? uint64_t(group.id.handle()) : 0); break;
+      case GcDbGroupKind::Id: out.rll(record.context.isWritten(group.id) ? uint64_t(group.id.handle()) : 0); break;
       default:
         if (isByteSized(group.code))
           out.rc(static_cast<unsigned>(group.asInt()));

@@ -13,11 +13,11 @@ GcDbObject& objectOf(Io& io) {
 }
 
 // Owned entities that are there: erased ones stay out of files.
-inline GcDbObjectIdArray livingParts(const GcDbObject& object) {
+inline GcDbObjectIdArray livingParts(const RecordContext& context, const GcDbObject& object) {
   GcDbObjectIdArray parts;
   if (object.extra() == nullptr) return parts;
   for (const GcDbObjectId id : object.extra()->parts)
-    if (id.isValid() && !id.isErased()) parts.append(id);
+    if (context.isWritten(id)) parts.append(id);
   return parts;
 }
 
@@ -26,7 +26,7 @@ template <class Io>
 void partCount(Io& io) {
   if (io.version() < kR2004) return;
   int count = 0;
-  if constexpr (Io::kWriting) count = livingParts(objectOf(io)).length();
+  if constexpr (Io::kWriting) count = livingParts(io.rec.context, objectOf(io)).length();
   count = io.rec.count(io.rec.bl(count), 8);
   if constexpr (!Io::kWriting) io.rec.links.parts.setLogicalLength(count);
 }
@@ -38,7 +38,7 @@ void partReferences(Io& io) {
   constexpr unsigned kHardOwner = 3;
   io.rec.links.hasParts = true;
   if constexpr (Io::kWriting) {
-    const GcDbObjectIdArray parts = livingParts(objectOf(io));
+    const GcDbObjectIdArray parts = livingParts(io.rec.context, objectOf(io));
     const GcDbObjectExtra* extra = objectOf(io).extra();
     if (io.version() < kR2004) {
       io.rec.h(kSoftPointer, parts.isEmpty() ? GcDbObjectId() : parts[0]);

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "host/db/objects/zombiedata.h"
+
 namespace gc::dwg {
 
 namespace {
@@ -132,6 +134,12 @@ ClassMap::FileClass* ClassMap::findByDxfName(GcView name) {
   for (FileClass& each : m_fileClasses)
     if (equalNoCase(each.dxfName, name)) return &each;
   return nullptr;
+}
+
+uint32_t ClassMap::numberFor(const GcDbZombieData& data) {
+  if (data.recordType != 0) return data.recordType;
+  const FileClass* described = findByDxfName(view(data.dxfName));
+  return described == nullptr ? 0 : described->number;
 }
 
 TypeInfo ClassMap::typeOf(uint32_t number) const {

@@ -6,6 +6,8 @@
 #include "host/rx/view.h"
 #include "rx/rxclass.h"
 
+struct GcDbZombieData;
+
 namespace gc::dwg {
 
 inline constexpr uint32_t kFirstFileClass = 500;
@@ -40,6 +42,8 @@ class ClassMap {
   [[nodiscard]] std::vector<FileClass>& fileClasses() { return m_fileClasses; }
   [[nodiscard]] const FileClass* fileClass(uint32_t number) const;
   [[nodiscard]] FileClass* findByDxfName(GcView name);
+  // The number of a zombie's own class: its fixed type, or that of the file's class of its DXF name; 0 for none.
+  [[nodiscard]] uint32_t numberFor(const GcDbZombieData& data);
 
   [[nodiscard]] TypeInfo typeOf(uint32_t number) const;
 

@@ -49,18 +49,18 @@ void readReactors(RecordIn& record, GcDbObject& object, int count, bool hasDicti
 
 void writeReactors(RecordOut& record, const GcDbObject& object, bool hasDictionary) {
   for (const GcDbObjectId id : object.persistentReactors())
-    if (id.isValid() && !id.isErased()) record.h(kSoftPointer, id);
+    if (record.context.isWritten(id)) record.h(kSoftPointer, id);
   if (hasDictionary) record.h(kHardOwner, object.extensionDictionary());
 }
 
-int reactorCount(const GcDbObject& object) {
+int reactorCount(const RecordOut& record, const GcDbObject& object) {
   int count = 0;
-  for (const GcDbObjectId id : object.persistentReactors()) count += id.isValid() && !id.isErased() ? 1 : 0;
+  for (const GcDbObjectId id : object.persistentReactors()) count += record.context.isWritten(id) ? 1 : 0;
   return count;
 }
 
 bool writesDictionary(const RecordOut& record, const GcDbObject& object) {
-  return record.version() < kR2004 || object.extensionDictionary().isValid();
+  return record.version() < kR2004 || record.context.isWritten(object.extensionDictionary());
 }
 
 // ---- colours of entities ---------------------------------------------------------------------------------
@@ -242,8 +242,8 @@ void writeCommonEntity(RecordOut& record, const GcDbEntity& entity, uint64_t& si
   const GcDbObjectExtra& extra = entity.extra() != nullptr ? *entity.extra() : kNone;
   const bool hasDictionary = writesDictionary(record, entity);
   const unsigned linetype = linetypeFlags(record.context, entity.linetypeId());
-  const bool hasPlotStyle = extra.plotStyle.isValid() && !extra.plotStyle.isErased();
-  const bool hasMaterial = extra.material.isValid() && !extra.material.isErased();
+  const bool hasPlotStyle = record.context.isWritten(extra.plotStyle);
+  const bool hasMaterial = record.context.isWritten(extra.material);
   const unsigned plotStyle = hasPlotStyle ? 3u : static_cast<unsigned>(extra.plotStyleFlags) % 3;
   const unsigned material = hasMaterial ? 3u : static_cast<unsigned>(extra.materialFlags) % 3;
 
@@ -253,7 +253,7 @@ void writeCommonEntity(RecordOut& record, const GcDbEntity& entity, uint64_t& si
     record.data.rl(0);
   }
   record.data.bb(static_cast<unsigned>(record.links.mode));
-  record.data.bl(reactorCount(entity));
+  record.data.bl(reactorCount(record, entity));
   if (version < kR2000) record.data.b(linetype == kByLayer);
   if (version >= kR2004) record.data.b(!hasDictionary);
   if (version < kR2004) record.data.b(record.links.consecutive);
@@ -269,7 +269,7 @@ void writeCommonEntity(RecordOut& record, const GcDbEntity& entity, uint64_t& si
     record.data.rc(static_cast<uint8_t>(extra.shadowFlags));
   }
   if (version >= kR2010)
-    for (const GcDbObjectId style : extra.visualStyles) record.data.b(style.isValid());
+    for (const GcDbObjectId style : extra.visualStyles) record.data.b(record.context.isWritten(style));
   record.data.bs(entity.visibility() == GcDb::kInvisible ? 1 : 0);
   if (version >= kR2000) record.data.rc(codeOfLineWeight(entity.lineWeight()));
 
@@ -291,7 +291,7 @@ void writeCommonEntity(RecordOut& record, const GcDbEntity& entity, uint64_t& si
   if (version >= kR2000 && plotStyle == 3) record.h(kHardPointer, extra.plotStyle);
   if (version >= kR2010)
     for (const GcDbObjectId style : extra.visualStyles)
-      if (style.isValid()) record.h(kHardPointer, style);
+      if (record.context.isWritten(style)) record.h(kHardPointer, style);
 }
 
 void readCommonObject(RecordIn& record, GcDbObject& object, GcDbObjectId& owner) {
@@ -309,7 +309,7 @@ void writeCommonObject(RecordOut& record, const GcDbObject& object, uint64_t& si
     record.data.rl(0);
   }
   const bool hasDictionary = writesDictionary(record, object);
-  record.data.bl(reactorCount(object));
+  record.data.bl(reactorCount(record, object));
   if (record.version() >= kR2004) record.data.b(!hasDictionary);
   if (record.version() >= kR2013) record.data.b(false);
   record.h(kSoftPointer, object.ownerId());

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "db/database.h"
 #include "host/dwg/record/classmap.h"
@@ -25,6 +26,14 @@ struct RecordContext {
   std::unordered_map<uint64_t, GcText> names;
   // Names of blocks by the handle of their begin entity: the record itself has anonymous names without their number.
   std::unordered_map<uint64_t, GcText> blockNames;
+
+  // Objects that the version cannot hold and that are left out of the file, by handle.
+  std::unordered_set<uint64_t> omitted;
+
+  // Whether the file that is written has the object: it is there, not erased and not left out.
+  [[nodiscard]] bool isWritten(GcDbObjectId id) const {
+    return id.isValid() && !id.isErased() && (omitted.empty() || omitted.count(id.handle()) == 0);
+  }
 
   [[nodiscard]] GcDbObjectId idOf(uint64_t handle) const;
   // The name of a table record, empty when there is none.

@@ -2,6 +2,8 @@
 
 #include "db/zombie.h"
 #include "host/db/objects/zombiedata.h"
+#include "host/dwg/packing/groupbytes.h"
+#include "host/dwg/record/versions.h"
 
 namespace gc::dwg {
 
@@ -56,9 +58,52 @@ void putRaw(RecordOut& record, const GcDbZombieData& data) {
   for (int i = 0; i < data.references.length(); ++i) record.h(data.referenceCodes[i], data.references[i]);
 }
 
-bool rawFits(int keptVersion, int fileVersion) {
-  const auto family = [](int version) { return version < kR2000 ? 0 : version < kR2007 ? 1 : 2; };
-  return keptVersion == fileVersion || (keptVersion != 0 && family(keptVersion) == family(fileVersion));
+bool isProxied(const GcDbZombieData& data, int fileVersion) { return data.version != fileVersion; }
+
+void putProxy(RecordOut& record, const GcDbZombieData& data, uint32_t classNumber) {
+  const bool fromGroups = data.version == 0;
+  const int innerVersion = fromGroups ? record.version() : data.version;
+  record.data.bl(static_cast<int32_t>(classNumber));
+  record.data.bl(dwgNumberOfVersion(innerVersion));
+  if (record.version() >= kR2018) record.data.bl(0);  // maintenance release, in the number above before
+  if (record.version() >= kR2000) record.data.b(fromGroups);
+  if (!fromGroups) {
+    const std::span<const uint8_t> bytes(data.bits.begin(), static_cast<size_t>(data.bits.length()));
+    record.data.rest(BitReader(bytes, 0, static_cast<uint64_t>(data.bitCount)));
+    for (int i = 0; i < data.references.length(); ++i) record.h(data.referenceCodes[i], data.references[i]);
+    return;
+  }
+  BitWriter groups;
+  packing::putGroups(record, data.groups, groups);
+  const std::vector<uint8_t> bytes = groups.take();
+  record.data.bl(static_cast<int32_t>(bytes.size()));
+  record.data.bytes(bytes);
+  GcDbGroupList::Cursor cursor(data.groups);
+  for (GcDbGroup group; cursor.next(group);)
+    if (group.kind == GcDbGroupKind::Id) record.h(packing::referenceCode(group.code), group.id);
+}
+
+bool takeProxy(RecordIn& record, GcDbZombieData& data, uint32_t& classNumber) {
+  classNumber = static_cast<uint32_t>(record.data.bl());
+  const int inner = versionOfDwgNumber(record.data.bl() & 0xFFFF);
+  if (record.version() >= kR2018) record.data.bl();
+  const bool fromGroups = record.version() >= kR2000 && record.data.b();
+  if (record.failed() || (inner == 0 && !fromGroups)) return false;
+  if (!fromGroups) {
+    keepRaw(record, data);
+    // A record of an older version has no bit for texts at its end; the file's record has.
+    if (record.version() >= kR2007 && inner < kR2007) --data.bitCount;
+    data.version = static_cast<uint8_t>(inner);
+    return !record.failed();
+  }
+  const int size = record.count(record.data.bl(), 8);
+  const uint64_t from = record.data.position();
+  BitReader bytes = record.data;
+  record.data.skip(static_cast<uint64_t>(size) * 8);
+  bytes.setEnd(from + static_cast<uint64_t>(size) * 8);
+  if (record.failed() || !packing::takeGroups(record, bytes, data.groups)) return false;
+  data.version = 0;
+  return true;
 }
 
 }  // namespace gc::dwg

@@ -17,7 +17,12 @@ void keepRaw(RecordIn& record, GcDbZombieData& data);
 // caller writes those objects as proxies.
 void putRaw(RecordOut& record, const GcDbZombieData& data);
 
-// Whether bits kept from one version can stand in a file of another.
-[[nodiscard]] bool rawFits(int keptVersion, int fileVersion);
+// A zombie is written as it was only into a file of the version it came from. Into others it goes as a proxy: the
+// number of its class, the version of its bits, the bits. One that was read from groups has its groups instead of bits.
+[[nodiscard]] bool isProxied(const GcDbZombieData& data, int fileVersion);
+void putProxy(RecordOut& record, const GcDbZombieData& data, uint32_t classNumber);
+// Takes what putProxy (or another program) put; false, and the streams where they were, when it is not understood:
+// the record is then kept as the proxy it is.
+bool takeProxy(RecordIn& record, GcDbZombieData& data, uint32_t& classNumber);
 
 }  // namespace gc::dwg

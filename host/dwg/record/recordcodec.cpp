@@ -92,6 +92,26 @@ void readCommon(RecordIn& record, GcDbObject& object, ReadRecord& result) {
     readCommonObject(record, object, result.owner);
 }
 
+// What a proxy stands for, when its class is described and its data are understood.
+bool unwrapProxy(RecordIn& record, GcDbZombieData& data) {
+  const BitReader before[3] = {record.data, record.texts, record.handles};
+  GcDbZombieData inner;
+  uint32_t classNumber = 0;
+  const bool understood = takeProxy(record, inner, classNumber);
+  const ClassMap::FileClass* described = record.context.classes.fileClass(classNumber);
+  const TypeInfo fixed = classNumber < kFirstFileClass ? record.context.classes.typeOf(classNumber) : TypeInfo();
+  if (!understood || (described == nullptr && !fixed.isKnown)) {
+    record.data = before[0];
+    record.texts = before[1];
+    record.handles = before[2];
+    return false;
+  }
+  inner.dxfName = toGcString(described != nullptr ? described->dxfName : fixed.dxfName);
+  inner.recordType = static_cast<uint16_t>(described != nullptr ? 0 : classNumber);
+  data = std::move(inner);
+  return true;
+}
+
 // The record as it is, when its class is unknown or its fields are not as they should be.
 ReadRecord readRaw(RecordContext& context, std::span<const uint8_t> body, uint64_t handleBits, const TypeInfo& info) {
   RecordIn record(context, 0);
@@ -111,6 +131,13 @@ ReadRecord readRaw(RecordContext& context, std::span<const uint8_t> body, uint64
   }
   GcDbZombieData& data = *zombieDataOf(*result.object);
   data.dxfName = toGcString(info.dxfName);
+  data.recordType = static_cast<uint16_t>(result.type < kFirstFileClass ? result.type : 0);
+  if (result.type == kProxyEntity || result.type == kProxyObject) {
+    if (unwrapProxy(record, data)) {
+      result.links = std::move(record.links);
+      return result;
+    }
+  }
   keepRaw(record, data);
   result.links = std::move(record.links);
   return result;
@@ -188,7 +215,10 @@ WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint
 
   auto& changeable = const_cast<GcDbObject&>(object);  // the loop over rows is one for both directions
   if (const GcDbZombieData* raw = zombieDataOf(object)) {
-    putRaw(record, *raw);
+    if (isProxied(*raw, version))
+      putProxy(record, *raw, context.classes.numberFor(*raw));
+    else
+      putRaw(record, *raw);
   } else if (const auto* table = GcDbSymbolTable::cast(&object)) {
     writeTable(record, *table);
   } else if (const BoundTable* packing = boundTableOf(*object.isA())) {

@@ -55,7 +55,7 @@ void writeTable(RecordOut& record, const GcDbSymbolTable& table) {
   }
   GcDbObjectIdArray living;
   for (const GcDbObjectId id : table.records())
-    if (id.isValid() && !id.isErased() && id != apart[0] && id != apart[1]) living.append(id);
+    if (record.context.isWritten(id) && id != apart[0] && id != apart[1]) living.append(id);
   record.data.bl(living.length());
   if (isDimStyles(table) && record.version() >= kR2000) record.data.rc(0);
   for (const GcDbObjectId id : living) record.h(kSoftOwner, id);

@@ -1,0 +1,59 @@
+#include "host/db/core/fileparts.h"
+#include "host/dwg/file/contents.h"
+#include "host/dwg/file/dwgfile.h"
+#include "host/rx/file/atomic_file.h"
+
+namespace gc::dwg {
+
+namespace {
+
+bool isWritable(int version) {
+  return version == kR2000 || version == kR2004 || version == kR2010 || version == kR2013 || version == kR2018;
+}
+
+void setCodePage(RecordContext& context) {
+  CodePage page = codePageByName(view(context.database.fileParts().codePage));
+  if (dwgNumberOf(page) == 0) page = CodePage::Ansi1252;
+  context.text = DrawingText(page, false, Carets::Plain);
+  context.codePageNumber = dwgNumberOf(page);
+}
+
+}  // namespace
+
+Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message) {
+  if (!isWritable(version)) {
+    message = "DWG of this version is not written";
+    return Gcad::eUnsupportedVersion;
+  }
+  RecordContext context(database);
+  context.version = version;
+  setCodePage(context);
+  context.byLayer = database.byLayerLinetype();
+  context.byBlock = database.byBlockLinetype();
+  context.continuous = database.continuousLinetype();
+  context.modelSpace = database.modelSpaceId();
+  context.paperSpace = database.paperSpaceId();
+  const WritePlan plan = planFile(context);
+  FileContents contents = makeContents(context, plan);
+  bytes = version < kR2004 ? buildR2000(context, contents) : buildR2004(context, contents);
+  if (plan.leftOut > 0) message = std::to_string(plan.leftOut) + " objects have no form in this version and were left out";
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus writeFile(GcDbDatabase& database, const std::string& path, const WriteOptions& options,
+                            std::string& message) {
+  std::vector<uint8_t> bytes;
+  const Gcad::ErrorStatus status = writeBytes(database, options.version, bytes, message);
+  if (status != Gcad::eOk) {
+    message = "cannot save " + path + ": " + message;
+    return status;
+  }
+  const FileStatus written = writeFileAtomically(path, reinterpret_cast<const char*>(bytes.data()), bytes.size(),
+                                                 options.backup ? Backup::Keep : Backup::None);
+  if (written.ok()) return Gcad::eOk;
+  message = written.message();
+  return written.error() == FileError::Denied || written.error() == FileError::NotFound ? Gcad::eFileAccessErr
+                                                                                        : Gcad::eFileWriteError;
+}
+
+}  // namespace gc::dwg
