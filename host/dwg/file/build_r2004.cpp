@@ -56,6 +56,7 @@ class Builder {
   }
 
   std::vector<uint8_t> run() {
+    addSection("", {}, true);
     const std::vector<uint8_t> summary = summarySection(m_context);
     m_summaryAt = m_out.size() + kDataHeaderSize;
     addSection("AcDb:SummaryInfo", summary, false);
@@ -72,7 +73,6 @@ class Builder {
     addSection("AcDb:Classes", m_contents.classes, true);
     addSection("AcDb:AuxHeader", auxiliarySection(m_context, m_contents), true);
     addSection("AcDb:Header", m_contents.header, true);
-    addSection("", {}, true);
     writeMaps();
     writeHeaders();
     return std::move(m_out.bytes);
