@@ -57,8 +57,9 @@ void GroupCursor::readText(const Tag& tag, GcDbGroup& group) {
 
 std::uint64_t GroupCursor::handleOf(const Tag& tag, GcDbGroup& group) {
   std::uint64_t handle = 0;
-  if ((m_nameInGroup5 && tag.code == 5) || !tag.handle(handle)) {
-    if (!m_nameInGroup5) damaged(tag, " is no handle: kept as a text");
+  const bool isName = m_nameInGroup5 && tag.code == 5;
+  if (isName || !tag.handle(handle)) {
+    if (!isName) damaged(tag, " is no handle: kept as a text");
     readText(tag, group);
   }
   return handle;
