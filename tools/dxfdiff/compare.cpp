@@ -6,7 +6,6 @@
 #include "host/dxf/angles.h"
 #include "host/rx/text/number.h"
 #include "tools/dxfdiff/drawing.h"
-#include "tools/dxfdiff/implied.h"
 
 namespace gc::dxfdiff {
 namespace {
@@ -24,7 +23,6 @@ struct Value {
 // Codes of names of records, which do not depend on letter case.
 bool isNameCode(int code) { return code == 2 || code == 6 || code == 7 || code == 8; }
 
-<<<<<<< HEAD
 struct Default {
   const char* type;  // null: every entity
   Value value;
@@ -47,8 +45,6 @@ bool isImplied(const Record& record, const Value& value) {
   return false;
 }
 
-=======
->>>>>>> 2e443f7 (dxf: a name where a reference should stand is kept; dxfdiff knows what descriptions leave out)
 bool isDerived(const Record& record, int code) {
   return (record.type == "TABLE" && code == 70) || (record.type == "CLASS" && code == 91);
 }
@@ -177,8 +173,7 @@ class Comparison {
       const auto instead =
           std::find_if(added.begin(), added.end(), [&](const Value& v) { return v.code == value.code; });
       if (instead == added.end()) {
-        m_found.push_back({isImplied(record, value.code, value.text) ? What::Implied : What::Lost, where,
-                           code + shortened(value.text)});
+        m_found.push_back({isImplied(record, value) ? What::Implied : What::Lost, where, code + shortened(value.text)});
       } else {
         m_found.push_back({What::Changed, where, code + shortened(value.text) + " -> " + shortened(instead->text)});
         added.erase(instead);
