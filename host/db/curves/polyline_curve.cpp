@@ -20,6 +20,7 @@ Gcad::ErrorStatus chain(GcGePath& path, const std::vector<Corner>& corners, cons
   path.clear(corners[0].point);
   const int count = static_cast<int>(corners.size());
   if (count < 2) return Gcad::eDegenerateGeometry;
+  path.reserve(corners.size(), 0);
   for (int i = 0; i < (closed ? count : count - 1); ++i)
     path.addBulge(corners[i].point, corners[(i + 1) % count].point, corners[i].bulge, normal, i, i + 1);
   path.setClosed(closed, closed);

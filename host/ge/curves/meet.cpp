@@ -14,11 +14,25 @@ class Descent {
   Descent(const GcGeTree& a, const GcGeTree& b, const GcGeVector3d& shift, double tol, const F& f)
       : m_a(a), m_b(b), m_shift(shift), m_tol(tol), m_f(f) {}
 
+  // Each pair of different leaves of one tree once, the lower index first.
+  void runSelf() {
+    if (!m_a.leaves.empty()) visitSelf(m_a.levels() - 1, 0);
+  }
+
   void run() {
     if (!m_a.leaves.empty() && !m_b.leaves.empty()) visit(m_a.levels() - 1, 0, m_b.levels() - 1, 0);
   }
 
  private:
+  void visitSelf(int level, int node) {
+    if (level == 0) return;
+    const int first = 2 * node, second = first + 1;
+    visitSelf(level - 1, first);
+    if (second >= m_a.count(level - 1)) return;
+    visitSelf(level - 1, second);
+    visit(level - 1, first, level - 1, second);
+  }
+
   void visit(int levelA, int a, int levelB, int b) {
     if (!m_a.box(levelA, a).meets(m_b.box(levelB, b), m_shift, m_tol)) return;
     if (levelA == 0 && levelB == 0) return m_f(a, b);
@@ -104,10 +118,45 @@ void tidy(const GcGePath& a, const GcGePath& b, double tol, GcGeMeetings& found)
   points = std::move(kept);
 }
 
-bool isSmoothJoint(const GcGePath& path, int before, int after) {
-  const GcGeSpan &s = path.spans()[before], &n = path.spans()[after];
-  const GcGeVector3d out = gcgeJetAt(s, path.poles(), s.u1).first, in = gcgeJetAt(n, path.poles(), n.u0).first;
-  return out.dotProduct(in) > 0 && out.crossProduct(in).length() <= 1e-6 * out.length() * in.length();
+// The directions in which a leaf's hull lies as seen from one of its ends: a cone about the chord.
+struct Cone {
+  GcGeVector3d way;  // unit, away from the end
+  double cosine = 1, sine = 0;
+};
+
+Cone coneOf(const GcGePath& path, const GcGeTree& tree, int leaf, bool fromEnd) {
+  GcGeLeafCurve curve;
+  gcgeLeafCurve(path, tree, leaf, curve);
+  const int n = curve.degree;
+  const GcGeVector3d apex = curve.poles[fromEnd ? n : 0].point();
+  Cone cone;
+  cone.way = curve.poles[fromEnd ? 0 : n].point() - apex;
+  const double length = cone.way.length();
+  if (length == 0) return {{}, -1, 0};
+  cone.way = cone.way / length;
+  for (int i = 1; i < n; ++i) {
+    const GcGeVector3d leg = curve.poles[i].point() - apex;
+    const double size = leg.length();
+    if (size > 0) cone.cosine = std::min(cone.cosine, leg.dotProduct(cone.way) / size);
+  }
+  cone.sine = std::sqrt(std::max(0.0, 1 - cone.cosine * cone.cosine));
+  return cone;
+}
+
+// Hulls in cones that share nothing but their apex, the joint, meet nowhere else.
+bool partAtJoint(const GcGePath& path, const GcGeTree& tree, int before, int after) {
+  const Cone in = coneOf(path, tree, before, true), out = coneOf(path, tree, after, false);
+  if (in.cosine <= 0 || out.cosine <= 0) return false;
+  constexpr double kClear = 1e-7;
+  return in.way.dotProduct(out.way) < in.cosine * out.cosine - in.sine * out.sine - kClear;
+}
+
+// Leaves of one span, of spans next to each other, or parted by nothing but short ones: what they have in common may
+// be their joint.
+bool areNeighbours(const GcGePath& path, const GcGeTree& tree, int i, int j) {
+  constexpr int kNext = 3;
+  const int si = tree.leaves[i].span, sj = tree.leaves[j].span, count = static_cast<int>(path.spans().size());
+  return sj - si <= kNext || (path.isClosed() && si + count - sj <= kNext);
 }
 
 // Pairs of leaves that can meet at their joint only.
@@ -119,10 +168,9 @@ bool meetAtJointOnly(const GcGePath& path, const GcGeTree& tree, int i, int j) {
   const bool next = sj == si + 1;
   const bool wraps = path.isClosed() && si == 0 && sj == static_cast<int>(path.spans().size()) - 1;
   if (!next && !wraps) return false;
-  const int before = next ? si : sj, after = next ? sj : si;
   if (a.kind == Kind::Line && b.kind == Kind::Line) return a.b.crossProduct(b.b).lengthSqrd() > 0 || a.b.dotProduct(b.b) > 0;
   const bool touching = next ? j == i + 1 : i == 0 && j == static_cast<int>(tree.leaves.size()) - 1;
-  return touching && isSmoothJoint(path, before, after);
+  return touching && partAtJoint(path, tree, next ? i : j, next ? j : i);
 }
 
 }  // namespace
@@ -149,13 +197,18 @@ GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol) {
 GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol) {
   GcGeMeetings found;
   const GcGeTree& tree = path.tree();
-  const auto pair = [&](int i, int j) {
-    if (i >= j || meetAtJointOnly(path, tree, i, j)) return;
-    GcGeMeetPair({&path, &tree, i, {}}, {&path, &tree, j, {}}, tol, found).solve();
-  };
-  Descent(tree, tree, {}, tol, pair).run();
   const double near = 16 * tol;
-  std::erase_if(found.points, [&](const GcGeMeeting& p) { return samePlace(path, p.ta, p.tb, near); });
+  const auto pair = [&](int i, int j) {
+    if (meetAtJointOnly(path, tree, i, j)) return;
+    const size_t before = found.points.size();
+    GcGeMeetPair({&path, &tree, i, {}}, {&path, &tree, j, {}}, tol, found).solve();
+    if (found.points.size() > before && areNeighbours(path, tree, i, j))
+      found.points.erase(
+          std::remove_if(found.points.begin() + static_cast<long>(before), found.points.end(),
+                         [&](const GcGeMeeting& p) { return samePlace(path, p.ta, p.tb, near); }),
+          found.points.end());
+  };
+  Descent(tree, tree, {}, tol, pair).runSelf();
   for (GcGeMeeting& p : found.points)
     if (p.ta > p.tb) std::swap(p.ta, p.tb);
   tidy(path, path, tol, found);

@@ -189,8 +189,20 @@ class Halving {
       const double gap = (m_pair.a.pointAt(clampedA) - m_pair.b.pointAt(clampedB)).length();
       if (moved <= 8 * (a.extent + b.extent) && gap <= m_pair.tol) return m_pair.meet(clampedA, clampedB);
     }
-    const GcGeOnPath on = m_pair.b.closestTo(m_pair.a.pointAt(ua));
-    if (on.distance <= m_pair.tol) m_pair.meet(ua, on.u);
+    meetNearest(a, b);
+  }
+
+  // The nearest of: ends and middle of one part against the other leaf, and the other way round.
+  void meetNearest(const Part& a, const Part& b) {
+    double best = m_pair.tol, bestA = 0, bestB = 0;
+    bool found = false;
+    for (const double part : {0.5, 0.0, 1.0}) {
+      const double ua = m_curveA.uAt(a.v0 + (a.v1 - a.v0) * part), ub = m_curveB.uAt(b.v0 + (b.v1 - b.v0) * part);
+      const GcGeOnPath onB = m_pair.b.closestTo(m_pair.a.pointAt(ua)), onA = m_pair.a.closestTo(m_pair.b.pointAt(ub));
+      if (onB.distance <= best) best = onB.distance, bestA = ua, bestB = onB.u, found = true;
+      if (onA.distance <= best) best = onA.distance, bestA = onA.u, bestB = ub, found = true;
+    }
+    if (found) m_pair.meet(bestA, bestB);
   }
 
   // Newton on: tangents parallel, and the difference at right angles to them.
@@ -231,5 +243,4 @@ class Halving {
 void GcGeMeetPair::general() {
   if (!a.span().isBounded() || !b.span().isBounded()) return;  // bounded before (see meet.cpp)
   Halving(*this).run();
-  meetEnds(true);
 }

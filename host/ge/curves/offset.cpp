@@ -3,7 +3,9 @@
 #include "host/ge/curves/offset.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numbers>
+#include <span>
 
 #include "host/ge/curves/meet.h"
 
@@ -25,6 +27,7 @@ class Trimmer {
  public:
   Trimmer(const GcGePath& source, const GcGePath& raw, double distance, const GcGeOffsetTol& tol, bool fitted)
       : m_source(source), m_raw(raw), m_tol(tol) {
+    m_meanStep = (raw.endParam() - raw.startParam()) / static_cast<double>(raw.spans().size());
     m_least = std::abs(distance) * (1 - 1e-9) - (fitted ? 3 * tol.fit : 0) - 2 * tol.point;
   }
 
@@ -52,9 +55,11 @@ class Trimmer {
   void validate() {
     order();
     m_mixed = false;
+    constexpr double kParts[] = {0.5, 0.03, 0.97, 0.25, 0.75, 0.13, 0.37, 0.63, 0.87};
     for (Slice& slice : m_slices) {
       bool first = true;
-      for (const double part : {0.5, 0.03, 0.97}) {
+      const size_t samples = slice.t1 - slice.t0 > 4 * m_meanStep ? std::size(kParts) : 3;
+      for (const double part : std::span(kParts, samples)) {
         GcGePoint3d p;
         const bool there = m_raw.pointAt(wrapped(slice.t0 + (slice.t1 - slice.t0) * part), p);
         slice.valid = there && !m_source.comesNearer(p, m_least);
@@ -210,7 +215,7 @@ class Trimmer {
   const GcGePath& m_source;
   const GcGePath& m_raw;
   GcGeOffsetTol m_tol;
-  double m_least = 0;
+  double m_least = 0, m_meanStep = 1;
   bool m_mixed = false;
   std::vector<Cut> m_cuts, m_sorted;
   std::vector<Slice> m_slices;

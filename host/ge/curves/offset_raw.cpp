@@ -8,12 +8,15 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-// The spans parallel to one source span, in order; poles of Bezier spans in `poles`.
+// The spans parallel to one source span: `count` from index `first` on of all parallels, and what closes the joint
+// behind them.
 struct Group {
-  std::vector<GcGeSpan> spans;
-  GcGeVector3d inWay, outWay;      // unit tangents of the source at its ends
-  GcGeVector3d sourceEnd;          // the joint behind it
-  bool kept = false;               // the parallel runs the source's way (no collapsed arc)
+  size_t first = 0, count = 0;
+  GcGeVector3d inWay, outWay;  // unit tangents of the source at its ends
+  GcGeVector3d sourceEnd;      // the joint behind it
+  bool kept = false;           // the parallel runs the source's way (no collapsed arc)
+  bool hasLink = false;
+  GcGeSpan link;
 };
 
 class Maker {
@@ -23,20 +26,23 @@ class Maker {
 
   GcGePath make(std::vector<GcGePath>* cornerArcs) {
     m_cornerArcs = cornerArcs;
+    m_groups.reserve(m_path.spans().size());
+    m_spans.reserve(m_path.spans().size());
     for (const GcGeSpan& s : m_path.spans()) {
-      if (!s.isBounded() || gcgeSpeedAt(s, m_path.poles(), (s.u0 + s.u1) / 2) > 0) m_groups.push_back(parallel(s));
-      if (!m_groups.empty() && m_groups.back().spans.empty()) m_groups.pop_back();
+      if (s.isBounded() && !(gcgeSpeedAt(s, m_path.poles(), (s.u0 + s.u1) / 2) > 0)) continue;
+      const Group group = parallel(s);
+      if (group.count > 0) m_groups.push_back(group);
     }
     const size_t count = m_groups.size();
     GcGePath raw(m_path.origin());
     if (count == 0) return raw;
-    std::vector<std::vector<GcGeSpan>> between(count);
     for (size_t i = 0; i + 1 < count || (m_path.isClosed() && i < count); ++i)
-      close(m_groups[i], m_groups[(i + 1) % count], between[i]);
+      close(m_groups[i], m_groups[(i + 1) % count]);
     double t = m_path.startParam();
-    for (size_t i = 0; i < count; ++i) {
-      for (GcGeSpan& s : m_groups[i].spans) append(raw, s, t);
-      for (GcGeSpan& s : between[i]) append(raw, s, t);
+    raw.reserve(m_spans.size() + count, m_poles.size());
+    for (const Group& group : m_groups) {
+      for (size_t i = 0; i < group.count; ++i) append(raw, m_spans[group.first + i], t);
+      if (group.hasLink) append(raw, group.link, t);
     }
     raw.setClosed(m_path.isClosed());
     return raw;
@@ -58,6 +64,7 @@ class Maker {
 
   Group parallel(const GcGeSpan& s) {
     Group group;
+    group.first = m_spans.size();
     const GcGePole* poles = m_path.poles();
     const double u0 = std::isfinite(s.u0) ? s.u0 : 0, u1 = std::isfinite(s.u1) ? s.u1 : u0 + 1;
     group.inWay = wayAt(s, u0, 1);
@@ -66,14 +73,15 @@ class Maker {
     if (s.kind == GcGeSpan::Kind::Line) {
       GcGeSpan moved = s;
       moved.a += right(group.inWay) * m_distance;
-      group.spans.push_back(moved);
+      m_spans.push_back(moved);
       group.kept = true;
     } else if (s.kind == GcGeSpan::Kind::Arc && s.circular) {
       addArc(s, group);
     } else {
-      addFitted(s, group);
+      addFitted(s);
       group.kept = true;
     }
+    group.count = m_spans.size() - group.first;
     return group;
   }
 
@@ -97,12 +105,12 @@ class Maker {
       moved.c = s.c * scale;
       moved.a = s.a + (moved.b - s.b);
       group.kept = true;
-      group.spans.push_back(moved);
+      m_spans.push_back(moved);
       return;
     }
     const GcGeVector3d from = gcgePointAt(s, nullptr, s.u0) + right(group.inWay) * m_distance;
     const GcGeVector3d to = gcgePointAt(s, nullptr, s.u1) + right(group.outWay) * m_distance;
-    if ((to - from).length() > m_tol.point) group.spans.push_back(lineOf(from, to, s.tPerU * (s.u1 - s.u0)));
+    if ((to - from).length() > m_tol.point) m_spans.push_back(lineOf(from, to, s.tPerU * (s.u1 - s.u0)));
   }
 
   static GcGeSpan lineOf(const GcGeVector3d& from, const GcGeVector3d& to, double range) {
@@ -130,7 +138,7 @@ class Maker {
     return {u, jet.point + right(jet.first / speed) * m_distance, jet.first * stretch, stretch};
   }
 
-  void addFitted(const GcGeSpan& s, Group& group) {
+  void addFitted(const GcGeSpan& s) {
     constexpr int kSteps = 32;
     Sample from = sample(s, s.u0);
     for (int i = 1; i <= kSteps; ++i) {
@@ -148,7 +156,7 @@ class Maker {
     while (i < m_run.size()) {
       size_t take = 1;
       while (i + 2 * take <= m_run.size() && !crossesCusp(i, 2 * take) && fits(s, start, m_run[i + 2 * take - 1])) take *= 2;
-      fit(s, start, m_run[i + take - 1], group, 0);
+      fit(s, start, m_run[i + take - 1], 0);
       start = m_run[i + take - 1];
       i += take;
     }
@@ -187,12 +195,12 @@ class Maker {
     return true;
   }
 
-  void fit(const GcGeSpan& s, const Sample& from, const Sample& to, Group& group, int depth) {
+  void fit(const GcGeSpan& s, const Sample& from, const Sample& to, int depth) {
     constexpr int kMostHalvings = 16;
     if (depth < kMostHalvings && !fits(s, from, to)) {
       const Sample middle = sample(s, (from.u + to.u) / 2);
-      fit(s, from, middle, group, depth + 1);
-      return fit(s, middle, to, group, depth + 1);
+      fit(s, from, middle, depth + 1);
+      return fit(s, middle, to, depth + 1);
     }
     const double range = to.u - from.u;
     const GcGeVector3d corners[4] = {from.point, from.point + from.first * (range / 3),
@@ -203,28 +211,33 @@ class Maker {
     cubic.firstPole = static_cast<int32_t>(m_poles.size());
     cubic.tPerU = std::abs(s.tPerU) * range;
     for (const GcGeVector3d& p : corners) m_poles.push_back({p.x, p.y, p.z, 1});
-    group.spans.push_back(cubic);
+    m_spans.push_back(cubic);
   }
 
   // ---- joints -------------------------------------------------------------------------------------------
-  [[nodiscard]] GcGeVector3d endOf(const Group& g) const {
-    return gcgePointAt(g.spans.back(), m_poles.data(), g.spans.back().u1);
-  }
-  [[nodiscard]] GcGeVector3d startOf(const Group& g) const {
-    return gcgePointAt(g.spans.front(), m_poles.data(), g.spans.front().u0);
-  }
+  GcGeSpan& firstOf(const Group& g) { return m_spans[g.first]; }
+  GcGeSpan& lastOf(const Group& g) { return m_spans[g.first + g.count - 1]; }
 
-  void close(Group& in, Group& out, std::vector<GcGeSpan>& between) {
-    const GcGeVector3d from = endOf(in), to = startOf(out);
+  void close(Group& in, Group& out) {
+    const GcGeVector3d from = gcgePointAt(lastOf(in), m_poles.data(), lastOf(in).u1);
+    const GcGeVector3d to = gcgePointAt(firstOf(out), m_poles.data(), firstOf(out).u0);
     if ((to - from).length() <= m_tol.point) return;
     const double turn = in.outWay.crossProduct(out.inWay).dotProduct(m_normal);
     const bool back = in.outWay.dotProduct(out.inWay) < -1 + 1e-12;
     const bool opens = turn * m_distance > 0 || back;
-    if (!opens) return between.push_back(lineOf(from, to, 0));  // crossing sides: cut away later
+    if (!opens) {  // sides that cross: cut here, or, when they do not do so just once, later with everything else
+      if (!trimCrossing(in, out)) link(in, lineOf(from, to, 0));
+      return;
+    }
     const GcGeSpan arc = arcAbout(in.sourceEnd, from, to);
-    if (back || !in.kept || !out.kept || !prolong(in, out)) return between.push_back(arc);
+    if (back || !in.kept || !out.kept || !prolong(in, out)) return link(in, arc);
     if (m_cornerArcs == nullptr) return;
     m_cornerArcs->emplace_back(m_path.origin()).addSpan(arc, nullptr);
+  }
+
+  static void link(Group& in, const GcGeSpan& span) {
+    in.link = span;
+    in.hasLink = true;
   }
 
   // The arc about a corner from one point to another on the outer side: against the turn of the tangents' change it
@@ -246,7 +259,7 @@ class Maker {
 
   // Prolongs both sides to where they meet. False when they do not, or only beyond a half turn.
   bool prolong(Group& in, Group& out) {
-    GcGeSpan &x = in.spans.back(), &y = out.spans.front();
+    GcGeSpan &x = lastOf(in), &y = firstOf(out);
     using Kind = GcGeSpan::Kind;
     if (x.kind == Kind::Bezier || y.kind == Kind::Bezier) return false;
     if (!x.isBounded() || !y.isBounded()) return false;
@@ -261,6 +274,42 @@ class Maker {
       return true;
     }
     return prolongArcs(x, y, in.sourceEnd);
+  }
+
+  // Cuts both sides where they cross. False unless they do so just once.
+  bool trimCrossing(Group& in, Group& out) {
+    if (&in == &out || in.count != 1 || out.count != 1) return false;
+    GcGeSpan &x = lastOf(in), &y = firstOf(out);
+    using Kind = GcGeSpan::Kind;
+    if (x.kind == Kind::Bezier || y.kind == Kind::Bezier || !x.isBounded() || !y.isBounded()) return false;
+    GcGeVector3d candidates[2];
+    const int count = carriersMeet(x, y, candidates);
+    int inside = 0;
+    double u = 0, v = 0;
+    for (int i = 0; i < count; ++i) {
+      double ux = 0, uy = 0;
+      if (!uInside(x, candidates[i], ux) || !uInside(y, candidates[i], uy)) continue;
+      ++inside;
+      u = ux;
+      v = uy;
+    }
+    if (inside != 1) return false;
+    x.u1 = u;
+    y.u0 = v;
+    return true;
+  }
+
+  // The local parameter of a point of the span's carrier; false when it is not between the ends.
+  static bool uInside(const GcGeSpan& s, const GcGeVector3d& p, double& u) {
+    if (s.kind == GcGeSpan::Kind::Line) {
+      u = (p - s.a).dotProduct(s.b) / s.b.lengthSqrd();
+    } else {
+      const GcGeVector3d q = p - s.a;
+      const double angle = std::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
+      const double middle = s.sweep * (s.u0 + s.u1) / 2;
+      u = (angle - 2 * kPi * std::round((angle - middle) / (2 * kPi))) / s.sweep;
+    }
+    return u > s.u0 && u < s.u1;
   }
 
   struct Circle {
@@ -308,6 +357,11 @@ class Maker {
   }
 
   int carriersMeet(const GcGeSpan& x, const GcGeSpan& y, GcGeVector3d* out) const {
+    if (x.kind == GcGeSpan::Kind::Line && y.kind == GcGeSpan::Kind::Line) {
+      const double cross = x.b.crossProduct(y.b).dotProduct(m_normal);
+      out[0] = x.a + x.b * ((y.a - x.a).crossProduct(y.b).dotProduct(m_normal) / cross);
+      return cross != 0 ? 1 : 0;
+    }
     if (x.kind == GcGeSpan::Kind::Line) return lineCircle(x, circleOf(y), out);
     if (y.kind == GcGeSpan::Kind::Line) return lineCircle(y, circleOf(x), out);
     const Circle a = circleOf(x), b = circleOf(y);
@@ -342,6 +396,7 @@ class Maker {
   double m_distance;
   GcGeOffsetTol m_tol;
   std::vector<Group> m_groups;
+  std::vector<GcGeSpan> m_spans;
   std::vector<GcGePole> m_poles;
   std::vector<Sample> m_run;
   std::vector<GcGePath>* m_cornerArcs = nullptr;

@@ -35,6 +35,11 @@ void GcGePath::clear(const GcGePoint3d& origin) {
   changed();
 }
 
+void GcGePath::reserve(size_t spans, size_t poles) {
+  m_spans.reserve(spans);
+  m_poles.reserve(poles);
+}
+
 GcGeSpan& GcGePath::append(GcGeSpan::Kind kind, double t0, double t1) {
   changed();
   GcGeSpan& span = m_spans.emplace_back();
@@ -145,6 +150,10 @@ double GcGePath::size() const {
   if (m_size >= 0) return m_size;
   GcGeBox box;
   for (const GcGeSpan& s : m_spans) {
+    if (s.kind == GcGeSpan::Kind::Line && &s != m_spans.data() && std::isfinite(s.u1)) {  // its start is known
+      box.add(s.a + s.b * s.u1);
+      continue;
+    }
     if (s.kind == GcGeSpan::Kind::Bezier) {
       for (int i = 0; i <= s.degree; ++i) box.add(m_poles[s.firstPole + i].point());
       continue;

@@ -36,6 +36,7 @@ class GcGePath {
 
   // ---- making ---------------------------------------------------------------------------------------------
   void clear(const GcGePoint3d& origin);
+  void reserve(size_t spans, size_t poles);
   void addLine(const GcGePoint3d& from, const GcGePoint3d& to, double t0, double t1);
   // From `base` along the unit direction; u0 and u1 are distances and the parameters, infinite ones allowed.
   void addUnbounded(const GcGePoint3d& base, const GcGeVector3d& unitDirection, double u0, double u1);

@@ -9,12 +9,22 @@ GcGePole mix(const GcGePole& p, const GcGePole& q, double s) {
   return {r * p.x + s * q.x, r * p.y + s * q.y, r * p.z + s * q.z, r * p.w + s * q.w};
 }
 
+// Sine and versine from the half angle: exact at 0 and without cancellation near it.
+struct Turn {
+  double sine = 0, versine = 0;
+  explicit Turn(double angle) {
+    if (angle == 0) return;
+    const double s = std::sin(angle / 2), c = std::cos(angle / 2);
+    sine = 2 * s * c;
+    versine = 2 * s * s;
+  }
+};
+
 GcGeJet arcJet(const GcGeSpan& s, double u) {
-  const double angle = s.sweep * u;
-  const double sine = std::sin(angle), half = std::sin(angle / 2), versine = 2 * half * half;
-  const double cosine = 1 - versine;
-  return {s.a + s.c * sine - s.b * versine, (s.c * cosine - s.b * sine) * s.sweep,
-          (s.c * sine + s.b * cosine) * (-s.sweep * s.sweep)};
+  const Turn turn(s.sweep * u);
+  const double cosine = 1 - turn.versine;
+  return {s.a + s.c * turn.sine - s.b * turn.versine, (s.c * cosine - s.b * turn.sine) * s.sweep,
+          (s.c * turn.sine + s.b * cosine) * (-s.sweep * s.sweep)};
 }
 
 GcGeJet cubicJet(const GcGePole* p, double u) {
@@ -72,6 +82,10 @@ GcGeJet gcgeJetAt(const GcGeSpan& span, const GcGePole* poles, double u) {
 
 GcGeVector3d gcgePointAt(const GcGeSpan& span, const GcGePole* poles, double u) {
   if (span.kind == GcGeSpan::Kind::Line) return span.a + span.b * u;
+  if (span.kind == GcGeSpan::Kind::Arc) {
+    const Turn turn(span.sweep * u);
+    return span.a + span.c * turn.sine - span.b * turn.versine;
+  }
   if (span.kind == GcGeSpan::Kind::Bezier) {  // the ends exactly
     const GcGePole* own = poles + span.firstPole;
     if (u == 0) return own[0].point();
