@@ -1,6 +1,8 @@
 #include "host/lisp/lib/documentlisp.h"
 
 #include "host/ap/dynamiclinker.h"
+#include "host/ed/patterns.h"
+#include "host/lisp/core/wcmatch.h"
 
 namespace lisplib {
 
@@ -66,6 +68,7 @@ bool DocumentLisp::runCommand(GcView name) {
 void DocumentLisp::flush() { m_interpreter.flush(); }
 
 LispFitter::LispFitter(const lisp::VmLimits& limits) {
+  ed::setPatternMatcher(lisp::wildcardMatch);
   m_options.limits = limits;
   m_options.shared = std::make_shared<lisp::SharedSpace>();
 }

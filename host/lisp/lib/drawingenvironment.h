@@ -11,6 +11,8 @@ class DrawingEnvironment : public lisp::Environment {
   explicit DrawingEnvironment(ed::Editor& editor) : m_editor(editor) {}
   int unitVariable(const char* name) const override;
   double angleBase() const override;
+  bool variableText(lisp::TextView name, lisp::Text& value) const override;
+  lisp::Text decodeLegacy(std::string_view bytes) const override;
   lisp::Text findFile(lisp::TextView name) const override;
   bool getEntry(lisp::TextView name, lisp::Text& value) const override;
   void setEntry(lisp::TextView name, lisp::TextView value) override;

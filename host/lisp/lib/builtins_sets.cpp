@@ -1,0 +1,93 @@
+// Selection sets.
+#include "host/lisp/core/builtin.h"
+#include "host/lisp/lib/drawinghost.h"
+#include "host/lisp/lib/names.h"
+
+using lisp::LispValue;
+using lisplib::hostOf;
+
+LISP_GROUP("Selection sets")
+
+namespace {
+
+ed::SelectionSet& setArgument(lisp::Args& args) {
+  lisp::SelectionSet& value = args.selectionSet();
+  ed::SelectionSet* set = hostOf(args.vm()).editor().sets().find(value.handle);
+  if (set == nullptr) lisp::fail("bad argument value: selection set");
+  return *set;
+}
+
+GcDbObjectId entityArgument(lisp::Args& args) { return lisplib::idOfWord(args.entityName()); }
+
+// How a member came to be in a set: by name, without a pick.
+constexpr int32_t kByName = 0;
+
+}  // namespace
+
+LISP_BUILTIN("ssadd", "(ssadd [entity [set]]) -> set | nil",
+             "A new empty set, a new set of one entity, or the set with the entity added to it in place.") {
+  ed::SelectionSets& sets = hostOf(args.vm()).editor().sets();
+  if (args.count() == 0) return lisplib::adoptSet(args.vm(), sets.make());
+  const GcDbObjectId id = entityArgument(args);
+  if (args.count() == 1) {
+    const ed::SetNumber number = sets.make();
+    sets.find(number)->add(id);
+    return lisplib::adoptSet(args.vm(), number);
+  }
+  setArgument(args).add(id);
+  return args[1];
+}
+
+LISP_BUILTIN("ssdel", "(ssdel entity set) -> set | nil",
+             "The set without the entity, changed in place; nil when it was no member.") {
+  const GcDbObjectId id = entityArgument(args);
+  return setArgument(args).remove(id) ? args[1] : LispValue::nil();
+}
+
+LISP_BUILTIN("ssmemb", "(ssmemb entity set) -> entity | nil", "The entity when it is a member.") {
+  const GcDbObjectId id = entityArgument(args);
+  return setArgument(args).contains(id) ? args[0] : LispValue::nil();
+}
+
+LISP_BUILTIN("sslength", "(sslength set) -> integer", "Number of members.") {
+  return LispValue::integer(static_cast<int32_t>(setArgument(args).size()));
+}
+
+LISP_BUILTIN("ssname", "(ssname set index) -> entity | nil", "A member by its number, the first being 0.") {
+  const ed::SelectionSet& set = setArgument(args);
+  const double index = args.real();
+  if (!(index >= 0) || index >= static_cast<double>(set.size())) return LispValue::nil();
+  return lisplib::makeName(args.vm(), set.ids()[static_cast<size_t>(index)]);
+}
+
+LISP_BUILTIN("ssnamex", "(ssnamex set [index]) -> list | nil",
+             "How members were selected: a list (method entity 0 0) for each, or for the one asked for.") {
+  const ed::SelectionSet& set = setArgument(args);
+  const bool one = args.more();
+  const int32_t index = one ? args.integer() : 0;
+  lisp::ListBuilder list(args.vm());
+  for (size_t i = 0; i < set.size(); ++i) {
+    if (one && static_cast<int64_t>(i) != index) continue;
+    lisp::ListBuilder entry(args.vm());
+    entry.add(LispValue::integer(kByName));
+    entry.add(lisplib::makeName(args.vm(), set.ids()[i]));
+    entry.add(LispValue::integer(0));
+    entry.add(LispValue::integer(0));
+    list.add(entry.list());
+  }
+  return list.list();
+}
+
+LISP_BUILTIN("sssetfirst", "(sssetfirst grip [pick]) -> (grip pick)",
+             "Chooses objects before a command; nil for pick chooses none.") {
+  const LispValue pick = args[1];
+  const auto* set = lisp::objectOf<lisp::SelectionSet>(pick, lisp::ObjectType::SelectionSet);
+  if (pick && set == nullptr) lisp::failType(args.vm(), lisp::kLselsetp, pick);
+  hostOf(args.vm()).editor().pickedSet().reset(set == nullptr ? 0 : set->handle);
+  return args.cons(args[0], args.cons(pick, LispValue::nil()));
+}
+
+LISP_BUILTIN("ssgetfirst", "(ssgetfirst) -> (grip pick)", "The objects chosen before a command.") {
+  const ed::SetNumber picked = hostOf(args.vm()).editor().pickedSet().number();
+  return args.cons(LispValue::nil(), args.cons(lisplib::makeSet(args.vm(), picked), LispValue::nil()));
+}
