@@ -56,7 +56,7 @@ const VariableRow kRows[] = {
     {"DIMTIH", kInt, kHeader, "0", 0, 1},
     {"DIMTOH", kInt, kHeader, "0", 0, 1},
     {"DIMTSZ", kReal, kHeader, "0"},
-    {"DIMZIN", kInt, kHeader, "8", 0, 15},
+    {"DIMZIN", kInt, kHeader, "0", 0, 15},
     {"ELEVATION", kReal, kHeader, "0"},
     {"FILLETRAD", kReal, kHeader, "0", 0, kLarge},
     {"FILLMODE", kInt, kHeader, "1", 0, 1},
