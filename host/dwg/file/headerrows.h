@@ -51,7 +51,7 @@ struct HeaderRow {
   HeaderOp op;
   const char* name = nullptr;  // null: a value no setting has
   int16_t code = 0;            // group code of the setting
-  double constant = 0;         // written where there is no setting
+  double constant = 0;         // written where the drawing has no such setting
   uint8_t index = 0;           // Table, Known
   uint8_t since = 0;
   uint8_t before = 255;
@@ -64,6 +64,11 @@ struct HeaderRow {
   constexpr HeaderRow until(int version) const {
     HeaderRow row = *this;
     row.before = static_cast<uint8_t>(version);
+    return row;
+  }
+  constexpr HeaderRow orElse(double value) const {
+    HeaderRow row = *this;
+    row.constant = value;
     return row;
   }
   [[nodiscard]] bool isIn(int version) const { return version >= since && version < before; }

@@ -162,8 +162,8 @@ class HeaderOut {
       case HeaderOp::BL: m_record.bl(static_cast<int32_t>(integer(row))); return;
       case HeaderOp::BLL: m_record.bll(static_cast<uint64_t>(integer(row))); return;
       case HeaderOp::RC: m_record.rc(static_cast<unsigned>(integer(row))); return;
-      case HeaderOp::BD: m_record.bd(row.name == nullptr ? row.constant : m_header.real(nameOfRow(row.name))); return;
-      case HeaderOp::BD3: m_record.bd3(m_header.point(nameOfRow(row.name))); return;
+      case HeaderOp::BD: m_record.bd(row.name == nullptr ? row.constant : m_header.real(nameOfRow(row.name), row.constant)); return;
+      case HeaderOp::BD3: m_record.bd3(point(nameOfRow(row.name))); return;
       case HeaderOp::RD2: {
         const GcGePoint3d p = m_header.point(nameOfRow(row.name));
         m_record.rd2({p.x, p.y});
@@ -189,12 +189,20 @@ class HeaderOut {
       m_record.handles.h(code, value);
   }
   [[nodiscard]] int64_t integer(const HeaderRow& row) const {
-    return row.name == nullptr ? static_cast<int64_t>(row.constant) : m_header.integer(nameOfRow(row.name));
+    return row.name == nullptr ? static_cast<int64_t>(row.constant)
+                               : m_header.integer(nameOfRow(row.name), static_cast<int64_t>(row.constant));
+  }
+  // The axes of coordinate systems are the world's where nothing else is said.
+  [[nodiscard]] GcGePoint3d point(const GcText& name) const {
+    if (m_header.find(name) != nullptr) return m_header.point(name);
+    if (name == GC_T("$UCSXDIR") || name == GC_T("$PUCSXDIR")) return {1, 0, 0};
+    if (name == GC_T("$UCSYDIR") || name == GC_T("$PUCSYDIR")) return {0, 1, 0};
+    return {};
   }
   void putColor(const HeaderRow& row) {
     const GcText name = nameOfRow(row.name);
     m_record.cmc(name == GC_T("$CECOLOR") ? m_database.cecolor()
-                                          : GcCmEntityColor::fromIndex(static_cast<int>(m_header.integer(name))));
+                                          : GcCmEntityColor::fromIndex(static_cast<int>(m_header.integer(name, static_cast<int64_t>(row.constant)))));
   }
   void putTime(const HeaderRow& row) {
     const GcText name = nameOfRow(row.name);

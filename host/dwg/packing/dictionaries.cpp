@@ -13,14 +13,14 @@ namespace {
 constexpr unsigned kSoftOwner = 2;
 constexpr unsigned kHardOwner = 3;
 
-// Entries whose object is there.
+// Entries that go into the file: those whose object does, and those that never had one.
 struct Entries {
   std::vector<int> living;
   Entries(const RecordContext& context, const Elements& elements) {
     const GcDbField* id = elements.row(350);
     for (int i = 0; i < elements.size(); ++i) {
       const GcDbObjectId object = idOf(*id, elements.at(i));
-      if (context.isWritten(object)) living.push_back(i);
+      if (object.isNull() || context.isWritten(object)) living.push_back(i);
     }
   }
 };

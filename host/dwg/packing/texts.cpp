@@ -189,10 +189,11 @@ void mtextColumns(Io& io) {
   io.rec.bd3(io.point(kLocation));
   io.rec.bd(io.real(kBoxWidth));
   io.rec.bd(io.real(kBoxHeight));
-  const double width = io.rec.bd(io.real(kActualWidth));
-  const double height = io.rec.bd(io.real(kActualHeight));
   Elements columns = io.elements(kColumns);
   void* held = columns.size() > 0 ? columns.at(0) : nullptr;
+  const bool hasColumns = held != nullptr && intOf(*columns.row(71), held) != kNoColumns;
+  const double width = io.rec.bd(hasColumns ? realOf(*columns.row(42), held) : io.real(kActualWidth));
+  const double height = io.rec.bd(hasColumns ? realOf(*columns.row(43), held) : io.real(kActualHeight));
   const int type = io.rec.bs(held == nullptr ? 0 : static_cast<int>(intOf(*columns.row(71), held)));
   if (type == kNoColumns) return;
   if (held == nullptr) held = columns.append();

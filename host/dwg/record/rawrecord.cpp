@@ -40,23 +40,26 @@ void keepRaw(RecordIn& record, GcDbZombieData& data) {
   }
 }
 
-// The zombie's own texts are part of its bits: the record as a whole then has none of its own to append.
-void putRaw(RecordOut& record, const GcDbZombieData& data) {
+namespace {
+
+// The zombie's own texts are part of its bits, and so is the bit that says whether there are any: in a file of AC1021 or
+// later that bit is the record's own.
+void putBits(RecordOut& record, const GcDbZombieData& data) {
   const std::span<const uint8_t> bytes(data.bits.begin(), static_cast<size_t>(data.bits.length()));
   const auto count = static_cast<uint64_t>(data.bitCount < 0 ? 0 : data.bitCount);
-  const bool endsWithFlag = record.version() >= kR2007 && count > 0;
   BitReader bits(bytes, 0, count);
-  if (endsWithFlag) {  // the flag is written with the end of the record
+  if (record.version() >= kR2007 && data.version >= kR2007 && count > 0) {
     bits.setEnd(count - 1);
-    const bool hasTexts = BitReader(bytes, count - 1, count).b();
-    record.data.rest(bits);
-    record.rawTexts = hasTexts;
+    record.rawTexts = BitReader(bytes, count - 1, count).b();
     record.isRaw = true;
-  } else {
-    record.data.rest(bits);
   }
+  record.data.rest(bits);
   for (int i = 0; i < data.references.length(); ++i) record.h(data.referenceCodes[i], data.references[i]);
 }
+
+}  // namespace
+
+void putRaw(RecordOut& record, const GcDbZombieData& data) { putBits(record, data); }
 
 bool isProxied(const GcDbZombieData& data, int fileVersion) { return data.version != fileVersion; }
 
@@ -68,9 +71,7 @@ void putProxy(RecordOut& record, const GcDbZombieData& data, uint32_t classNumbe
   if (record.version() >= kR2018) record.data.bl(0);  // maintenance release, in the number above before
   if (record.version() >= kR2000) record.data.b(fromGroups);
   if (!fromGroups) {
-    const std::span<const uint8_t> bytes(data.bits.begin(), static_cast<size_t>(data.bits.length()));
-    record.data.rest(BitReader(bytes, 0, static_cast<uint64_t>(data.bitCount)));
-    for (int i = 0; i < data.references.length(); ++i) record.h(data.referenceCodes[i], data.references[i]);
+    putBits(record, data);
     return;
   }
   BitWriter groups;
@@ -92,7 +93,10 @@ bool takeProxy(RecordIn& record, GcDbZombieData& data, uint32_t& classNumber) {
   if (!fromGroups) {
     keepRaw(record, data);
     // A record of an older version has no bit for texts at its end; the file's record has.
-    if (record.version() >= kR2007 && inner < kR2007) --data.bitCount;
+    if (record.version() >= kR2007 && inner < kR2007 && data.bitCount > 0) {
+      --data.bitCount;
+      data.bits.setLogicalLength((data.bitCount + 7) / 8);
+    }
     data.version = static_cast<uint8_t>(inner);
     return !record.failed();
   }

@@ -1,0 +1,240 @@
+// Whole files: parts in memory and, where they are at hand, drawings that other programs wrote.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <random>
+
+#include "db/database.h"
+#include "db/line.h"
+#include "db/zombie.h"
+#include "host/db/core/header.h"
+#include "host/db/core/loadreport.h"
+#include "host/db/core/memoryfiler.h"
+#include "host/db/core/store.h"
+#include "host/db/objects/zombiedata.h"
+#include "host/dwg/file/dwgfile.h"
+#include "host/dwg/file/lz.h"
+#include "host/dwg/file/objectmap.h"
+#include "host/dwg/record/packrow.h"
+#include "host/rx/file/file_view.h"
+#include "host/rx/view.h"
+
+using namespace gc::dwg;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kWritten[] = {kR2000, kR2004, kR2010, kR2013, kR2018};
+
+std::vector<std::string> drawings() {
+  std::vector<std::string> found;
+  const char* given = std::getenv("GC_DRAWINGS");
+  for (const fs::path& folder : {fs::path(given != nullptr ? given : ""), fs::path(GC_SOURCE_DIR) / "../shared/drawings"}) {
+    if (folder.empty() || !fs::is_directory(folder)) continue;
+    for (const auto& entry : fs::directory_iterator(folder))
+      if (entry.path().extension() == ".dwg") found.push_back(entry.path().string());
+    break;
+  }
+  return found;
+}
+
+std::string_view viewOf(const std::vector<uint8_t>& bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::string reportOf(GcDbDatabase& database) {
+  std::string all;
+  for (const GcDbLoadEntry& entry : database.loadReport().entries()) all += GcDbLoadReport::describe(entry) + "\n";
+  return all;
+}
+
+// What an object is, whichever database it is in: class (or the class a zombie stands for), owner, common properties.
+std::map<uint64_t, std::string> contentOf(GcDbDatabase& database) {
+  std::map<uint64_t, std::string> all;
+  database.store().forEach([&](GcDbStub* stub) {
+    if (stub->object == nullptr || stub->erased) return;
+    std::string text = toUtf8(view(stub->object->isA()->name()));
+    const GcDbZombieData* raw = nullptr;
+    if (const auto* zombie = GcDbZombieEntity::cast(stub->object)) raw = &zombie->data();
+    if (const auto* zombie = GcDbZombieObject::cast(stub->object)) raw = &zombie->data();
+    if (raw != nullptr) {
+      text += " " + toUtf8(view(raw->dxfName)) + " " + std::to_string(raw->bitCount) + ":";
+      for (const uint8_t byte : raw->bits) text += std::to_string(byte) + ",";
+    }
+    const GcDbObjectId owner = stub->object->ownerId();
+    text += " of " + std::to_string(owner.isValid() ? uint64_t(owner.handle()) : 0);
+    if (const auto* record = GcDbSymbolTableRecord::cast(stub->object)) text += " " + toUtf8(view(record->getName()));
+    if (const auto* entity = GcDbEntity::cast(stub->object))
+      text += " layer " + std::to_string(uint64_t(entity->layerId().handle())) + " color " +
+              std::to_string(entity->color().bits());
+    all[stub->handle] = text;
+  });
+  return all;
+}
+
+void expectSame(GcDbDatabase& first, GcDbDatabase& second, const std::string& what, bool colorsByIndex) {
+  auto a = contentOf(first);
+  auto b = contentOf(second);
+  for (const auto& [handle, text] : a) {
+    const auto at = b.find(handle);
+    ASSERT_NE(at, b.end()) << what << ": handle " << std::hex << handle << " is lost: " << text;
+    if (colorsByIndex) continue;
+    ASSERT_EQ(at->second, text) << what << ": handle " << std::hex << handle;
+  }
+}
+
+}  // namespace
+
+TEST(Lz, WhatIsPackedUnpacks) {
+  std::mt19937 rng(3);
+  for (int round = 0; round < 300; ++round) {
+    std::vector<uint8_t> bytes(16 + rng() % 0x7400);
+    const unsigned range = 1u << (rng() % 9);
+    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(rng() % (range == 256 ? 256 : range + 1));
+    if (round % 3 == 0) bytes.resize(0x7400);
+    if (round % 4 == 0)
+      for (size_t i = 200; i < bytes.size(); ++i)
+        if (rng() % 50 != 0) bytes[i] = bytes[i - 1 - rng() % 200];
+    std::vector<uint8_t> packed;
+    compress(bytes, packed);
+    std::vector<uint8_t> back(bytes.size());
+    ASSERT_EQ(decompress(packed, back), bytes.size()) << "round " << round;
+    ASSERT_EQ(back, bytes) << "round " << round;
+  }
+}
+
+TEST(Lz, DamagedInputStaysInBounds) {
+  std::mt19937 rng(5);
+  for (int round = 0; round < 20000; ++round) {
+    std::vector<uint8_t> noise(rng() % 200);
+    for (uint8_t& byte : noise) byte = static_cast<uint8_t>(rng());
+    std::vector<uint8_t> out(rng() % 500);
+    EXPECT_LE(decompress(noise, out), out.size());
+  }
+}
+
+TEST(ObjectMap, EntriesComeBack) {
+  std::mt19937_64 rng(11);
+  std::vector<MapEntry> entries;
+  uint64_t handle = 0;
+  for (int i = 0; i < 5000; ++i) {
+    handle += 1 + rng() % (i % 100 == 0 ? 1000000 : 5);
+    entries.push_back({handle, rng() % 0x7FFFFFFF});
+  }
+  const std::vector<uint8_t> bytes = writeObjectMap(entries);
+  GcDbLoadReport report;
+  const std::vector<MapEntry> back = readObjectMap(bytes, report);
+  EXPECT_TRUE(report.isClean());
+  ASSERT_EQ(back.size(), entries.size());
+  for (size_t i = 0; i < back.size(); ++i) {
+    EXPECT_EQ(back[i].handle, entries[i].handle);
+    EXPECT_EQ(back[i].offset, entries[i].offset);
+  }
+}
+
+TEST(File, NewDrawingWithLinesInEveryVersion) {
+  for (const int version : kWritten) {
+    GcDbDatabase database;
+    GcDbBlockTableRecord* block = nullptr;
+    ASSERT_EQ(gcdbOpenObject(block, database.modelSpaceId(), GcDb::kForWrite), Gcad::eOk);
+    for (int i = 0; i < 3000; ++i) {
+      auto* line = new GcDbLine({double(i), 0, 0}, {double(i), 1.5, double(i % 2)});
+      ASSERT_EQ(block->appendGcDbEntity(line), Gcad::eOk);
+      if (i % 7 == 0) ignore(line->erase());
+      ignore(line->close());
+    }
+    ignore(block->close());
+    std::vector<uint8_t> bytes;
+    std::string message;
+    ASSERT_EQ(writeBytes(database, version, bytes, message), Gcad::eOk) << message;
+    GcDbDatabase back(false, true);
+    ASSERT_EQ(read(back, viewOf(bytes)), Gcad::eOk);
+    EXPECT_EQ(reportOf(back), "") << "version " << version;
+    expectSame(database, back, "version " + std::to_string(version), false);
+    GcDbBlockTableRecord* space = nullptr;
+    ASSERT_EQ(gcdbOpenObject(space, back.modelSpaceId(), GcDb::kForRead), Gcad::eOk);
+    ASSERT_EQ(space->entities().length(), 3000 - 429);
+    const auto* last = GcDbLine::cast(space->entities().last().stub()->object);
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->endPoint(), GcGePoint3d(2999, 1.5, 1));
+    ignore(space->close());
+    EXPECT_GE(uint64_t(back.handseed()), uint64_t(database.handseed()));
+  }
+}
+
+TEST(File, VersionsNobodyWrites) {
+  GcDbDatabase database;
+  std::vector<uint8_t> bytes;
+  std::string message;
+  for (const int version : {kR13, kR14, kR2007, int{GcDb::kDHL_AC1009}})
+    EXPECT_EQ(writeBytes(database, version, bytes, message), Gcad::eUnsupportedVersion);
+}
+
+TEST(File, OldVersionsAreRefusedWithAReason) {
+  GcDbDatabase database(false, true);
+  EXPECT_EQ(read(database, std::string("AC1009") + std::string(200, '\0')), Gcad::eUnsupportedVersion);
+  EXPECT_NE(reportOf(database).find("R11"), std::string::npos);
+  EXPECT_FALSE(isDwg("  0\nSECTION\n"));
+}
+
+TEST(File, DrawingsOfOthersAreReadWhole) {
+  const std::vector<std::string> all = drawings();
+  if (all.empty()) GTEST_SKIP() << "no drawings at hand (GC_DRAWINGS)";
+  for (const std::string& path : all) {
+    gc::FileView file;
+    ASSERT_TRUE(file.open(path).ok());
+    GcDbDatabase database(false, true);
+    ASSERT_EQ(read(database, file.bytes()), Gcad::eOk) << path;
+    std::string lost;
+    for (const GcDbLoadEntry& entry : database.loadReport().entries())
+      if (entry.action != GcDbLoadAction::Noted && entry.text.find("gives a wrong size") == std::string::npos)
+        lost += GcDbLoadReport::describe(entry) + "\n";
+    EXPECT_EQ(lost, "") << path;
+    EXPECT_GT(database.store().size(), 20u);
+  }
+}
+
+TEST(File, DrawingsOfOthersSurviveEveryVersion) {
+  const std::vector<std::string> all = drawings();
+  if (all.empty()) GTEST_SKIP() << "no drawings at hand (GC_DRAWINGS)";
+  for (const std::string& path : all) {
+    gc::FileView file;
+    ASSERT_TRUE(file.open(path).ok());
+    for (const int version : kWritten) {
+      GcDbDatabase database(false, true);
+      ASSERT_EQ(read(database, file.bytes()), Gcad::eOk);
+      std::vector<uint8_t> bytes;
+      std::string message;
+      ASSERT_EQ(writeBytes(database, version, bytes, message), Gcad::eOk) << message;
+      EXPECT_EQ(message, "") << path;
+      GcDbDatabase back(false, true);
+      ASSERT_EQ(read(back, viewOf(bytes)), Gcad::eOk);
+      EXPECT_EQ(reportOf(back), "") << path << " version " << version;
+      const bool losesTrueColors = version < kR2004;
+      expectSame(database, back, path + " version " + std::to_string(version), losesTrueColors);
+    }
+  }
+}
+
+TEST(File, DamagedFilesNeverHarm) {
+  GcDbDatabase database;
+  std::mt19937 rng(17);
+  for (const int version : kWritten) {
+    std::vector<uint8_t> whole;
+    std::string message;
+    ASSERT_EQ(writeBytes(database, version, whole, message), Gcad::eOk);
+    for (int round = 0; round < 150; ++round) {
+      std::vector<uint8_t> bytes = whole;
+      if (round % 3 == 0)
+        bytes.resize(rng() % bytes.size());
+      else
+        for (unsigned flips = 1 + rng() % 8; flips > 0; --flips)
+          bytes[rng() % bytes.size()] ^= static_cast<uint8_t>(1u << rng() % 8);
+      GcDbDatabase back(false, true);
+      const Gcad::ErrorStatus status = read(back, viewOf(bytes));
+      EXPECT_TRUE(status == Gcad::eOk || status == Gcad::eBadDwgFile || status == Gcad::eUnsupportedVersion);
+    }
+  }
+}
