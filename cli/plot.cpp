@@ -10,10 +10,6 @@ namespace cli {
 
 namespace {
 
-bool endsWith(const std::string& text, std::string_view tail) {
-  return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
-}
-
 // "out.svg" and the layout "Plan 1" make "out-Plan 1.svg"; characters no file name has become underscores.
 std::string pathForLayout(const std::string& path, GcView layout) {
   std::string name = toUtf8(layout);
@@ -25,8 +21,8 @@ std::string pathForLayout(const std::string& path, GcView layout) {
 
 // Fills in what the options say of the page; false after a complaint.
 bool readRequest(const PlotOptions& options, gc::plot::PlotRequest& request) {
-  if (!endsWith(options.out, ".svg")) {
-    complain("gcad: " + options.out + ": pictures are written as .svg\n");
+  if (!gc::plot::canPlotTo(options.out)) {
+    complain("gcad: " + options.out + ": pictures are written as " + gc::plot::formatsToPlotTo() + "\n");
     return false;
   }
   if (!options.size.empty() && !gc::plot::parseSize(options.size, request.widthMm, request.heightMm)) {
@@ -46,7 +42,7 @@ int plotOne(GcDbDatabase& database, const PlotOptions& options, const gc::plot::
   if (!mayWrite(path, options.force)) return kCannotWrite;
   gc::plot::PlotReport report;
   Gcad::ErrorStatus status = Gcad::eOk;
-  const gc::FileStatus file = gc::plot::plotToSvgFile(database, request, path, report, status);
+  const gc::FileStatus file = gc::plot::plotToFile(database, request, path, report, status);
   if (status == Gcad::eKeyNotFound) {
     complain("gcad: " + options.file + " has no layout " + toUtf8(request.layout) + "\n");
     return kUsage;

@@ -13,3 +13,14 @@ set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../../tools/wine-run
 
 # Windows 10 is the oldest target; W names (UTF-16) throughout; no min/max macros.
 add_compile_definitions(_WIN32_WINNT=0x0A00 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+
+# Header-only libraries come from this machine's packages; links in a folder of their own show the cross compiler
+# those and nothing else of /usr/include.
+set(headers ${CMAKE_BINARY_DIR}/header-only)
+file(MAKE_DIRECTORY ${headers})
+foreach(name boost CLI nlohmann utf8.h utf8 utf8cpp)
+  if(EXISTS /usr/include/${name} AND NOT EXISTS ${headers}/${name})
+    file(CREATE_LINK /usr/include/${name} ${headers}/${name} SYMBOLIC)
+  endif()
+endforeach()
+include_directories(SYSTEM ${headers})

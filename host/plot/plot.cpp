@@ -1,8 +1,9 @@
 #include "host/plot/plot.h"
 
-#include <algorithm>
+#include <memory>
 
 #include "db/database.h"
+#include "host/plot/cairocanvas.h"
 #include "host/plot/layouts.h"
 #include "host/plot/page.h"
 #include "host/rx/file/atomic_file.h"
@@ -32,22 +33,75 @@ std::vector<GcText> layoutNames(GcDbDatabase& database) {
   return names;
 }
 
-Gcad::ErrorStatus plotToSvg(GcDbDatabase& database, const PlotRequest& request, ByteSink& sink, PlotReport& report) {
-  const std::vector<Layout> layouts = layoutsOf(database);
-  const auto layout = std::find_if(layouts.begin(), layouts.end(), [&](const Layout& each) {
-    return request.layout.empty() ? each.isModel : equalNoCase(each.name, request.layout);
-  });
-  if (layout == layouts.end()) return Gcad::eKeyNotFound;
+namespace {
+
+enum class Format { None, Svg, Png, Pdf };
+
+Format formatOf(std::string_view path) {
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) return Format::None;
+  std::string extension(path.substr(dot + 1));
+  for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
+  if (extension == "svg") return Format::Svg;
+  return extension == "png" ? Format::Png : extension == "pdf" ? Format::Pdf : Format::None;
+}
+
+bool findLayout(GcDbDatabase& database, const GcText& name, Layout& found) {
+  for (Layout& each : layoutsOf(database)) {
+    if (!(name.empty() ? each.isModel : equalNoCase(each.name, name))) continue;
+    found = std::move(each);
+    return true;
+  }
+  return false;
+}
+
+FileStatus plotToCairoFile(GcDbDatabase& database, const PlotRequest& request, CairoFormat format,
+                           const std::string& path, PlotReport& report, Gcad::ErrorStatus& status) {
+  Layout layout;
+  if (!findLayout(database, request.layout, layout)) {
+    status = Gcad::eKeyNotFound;
+    return {};
+  }
   report = PlotReport();
-  const Page page = setUpPage(database, *layout, request);
-  SvgCanvas canvas(sink, page.widthMm, page.heightMm, request.backgroundRgb, toUtf8(layout->name));
-  drawPage(database, *layout, page, request.backgroundRgb, canvas, report);
+  const Page page = setUpPage(database, layout, request);
+  const std::unique_ptr<CairoPage> paper =
+      makeCairoPage(format, page.widthMm, page.heightMm, request.dotsPerInch, request.backgroundRgb);
+  drawPage(database, layout, page, request.backgroundRgb, paper->canvas(), report);
+  status = Gcad::eOk;
+  std::string bytes;
+  if (FileStatus drawn = paper->finish(bytes); !drawn.ok()) return drawn;
+  return writeFileAtomically(path, bytes.data(), bytes.size());
+}
+
+}  // namespace
+
+bool canPlotTo(std::string_view path) {
+  const Format format = formatOf(path);
+  return format == Format::Svg || (format != Format::None && hasCairo());
+}
+
+const char* formatsToPlotTo() { return hasCairo() ? ".svg, .png or .pdf" : ".svg"; }
+
+Gcad::ErrorStatus plotToSvg(GcDbDatabase& database, const PlotRequest& request, ByteSink& sink, PlotReport& report) {
+  Layout layout;
+  if (!findLayout(database, request.layout, layout)) return Gcad::eKeyNotFound;
+  report = PlotReport();
+  const Page page = setUpPage(database, layout, request);
+  SvgCanvas canvas(sink, page.widthMm, page.heightMm, request.backgroundRgb, toUtf8(layout.name));
+  drawPage(database, layout, page, request.backgroundRgb, canvas, report);
   canvas.finish();
   return Gcad::eOk;
 }
 
-FileStatus plotToSvgFile(GcDbDatabase& database, const PlotRequest& request, const std::string& path,
-                         PlotReport& report, Gcad::ErrorStatus& status) {
+FileStatus plotToFile(GcDbDatabase& database, const PlotRequest& request, const std::string& path, PlotReport& report,
+                      Gcad::ErrorStatus& status) {
+  status = Gcad::eOk;
+  if (!canPlotTo(path)) return {FileError::Other, "cannot write pictures of this kind: " + path};
+  const Format format = formatOf(path);
+  if (format != Format::Svg) {
+    const CairoFormat kind = format == Format::Png ? CairoFormat::Png : CairoFormat::Pdf;
+    return plotToCairoFile(database, request, kind, path, report, status);
+  }
   FileSink sink;
   if (FileStatus opened = sink.open(path); !opened.ok()) return opened;
   status = plotToSvg(database, request, sink, report);

@@ -1,4 +1,4 @@
-// Pictures of drawings: model space or a layout's page as SVG.
+// Pictures of drawings: model space or a layout's page as SVG, and as PNG and PDF where cairo is installed.
 // Units:  page sizes in millimetres.
 // Errors: eKeyNotFound for a layout the drawing does not have; files report by gc::FileStatus.
 #pragma once
@@ -23,6 +23,7 @@ struct PlotRequest {
   double widthMm = 0;
   double heightMm = 0;
   uint32_t backgroundRgb = 0xFFFFFF;
+  double dotsPerInch = 150;  // of PNG
 };
 
 // What came of it.
@@ -45,8 +46,14 @@ std::vector<GcText> layoutNames(GcDbDatabase& database);
 
 Gcad::ErrorStatus plotToSvg(GcDbDatabase& database, const PlotRequest& request, ByteSink& sink, PlotReport& report);
 
-// Writes the file as a whole or not at all. `status` is the drawing's part of what happened.
-FileStatus plotToSvgFile(GcDbDatabase& database, const PlotRequest& request, const std::string& path,
-                         PlotReport& report, Gcad::ErrorStatus& status);
+// Whether this program can write the file's format, told by its extension: svg always, png and pdf with cairo.
+bool canPlotTo(std::string_view path);
+// The formats' names for messages: ".svg", or ".svg, .png or .pdf".
+const char* formatsToPlotTo();
+
+// Writes the file as a whole or not at all, in the format of its extension. `status` is the drawing's part of what
+// happened; a format that cannot be written is FileError::Other.
+FileStatus plotToFile(GcDbDatabase& database, const PlotRequest& request, const std::string& path, PlotReport& report,
+                      Gcad::ErrorStatus& status);
 
 }  // namespace gc::plot
