@@ -12,17 +12,6 @@ bool isAmbiguous(std::string_view dxfName) {
 
 GcRxClass* classNamed(const char* name) { return gcrxFindGcRxClass(fromUtf8(name).c_str()); }
 
-// The most derived class the markers name that goes by the record's DXF name.
-GcRxClass* classByMarkers(const RawRecord& record) {
-  for (std::size_t i = record.tags.size(); i-- > 0;) {
-    const Tag& tag = record.tags[i];
-    if (tag.code != 100) continue;
-    GcRxClass* found = gcrxFindGcRxClass(fromUtf8(tag.word()).c_str());
-    if (found && found->dxfName() && view(found->dxfName()) == fromUtf8(record.type)) return found;
-  }
-  return nullptr;
-}
-
 std::int64_t integerOf(const RawRecord& record, int code) {
   std::int64_t value = 0;
   const Tag* tag = record.find(code);
@@ -59,7 +48,7 @@ GcRxClass* classByFlags(const RawRecord& record) {
 
 }  // namespace
 
-const ClassFinder::Known& ClassFinder::known(std::string_view dxfName) {
+ClassFinder::Known& ClassFinder::known(std::string_view dxfName) {
   if (m_last < m_known.size() && m_known[m_last].dxfName == dxfName) return m_known[m_last];
   for (m_last = 0; m_last < m_known.size(); ++m_last) {
     if (m_known[m_last].dxfName == dxfName) return m_known[m_last];
@@ -70,20 +59,32 @@ const ClassFinder::Known& ClassFinder::known(std::string_view dxfName) {
     const GcDbClassRecord* record = m_context.database.fileParts().findClass(name);
     if (record) found = gcrxFindGcRxClass(record->className.c_str());
   }
-  m_known.push_back({std::string(dxfName), found, isAmbiguous(dxfName)});
+  m_known.push_back({std::string(dxfName), found, isAmbiguous(dxfName), {}, nullptr});
   return m_known.back();
 }
 
-GcRxClass* ClassFinder::find(const RawRecord& record) {
-  const Known& entry = known(record.type);
-  if (!entry.ambiguous) return entry.found;
-  GcRxClass* found = classByMarkers(record);
-  return found ? found : classByFlags(record);
+// The most derived class the markers name that goes by the record's DXF name. Records of one class mostly follow each
+// other.
+GcRxClass* ClassFinder::byMarkers(const RawRecord& record, Known& entry) {
+  for (std::size_t i = record.tags.size(); i-- > 0;) {
+    const Tag& tag = record.tags[i];
+    if (tag.code != 100) continue;
+    const std::string_view marker = tag.word();
+    if (entry.lastOfMarker && entry.lastMarker == marker) return entry.lastOfMarker;
+    GcRxClass* found = gcrxFindGcRxClass(fromUtf8(marker).c_str());
+    if (!found || !found->dxfName() || view(found->dxfName()) != fromUtf8(record.type)) continue;
+    entry.lastMarker = marker;
+    entry.lastOfMarker = found;
+    return found;
+  }
+  return nullptr;
 }
 
-bool ClassFinder::isEntityClass(std::string_view dxfName) const {
-  const GcDbClassRecord* record = m_context.database.fileParts().findClass(fromUtf8(dxfName));
-  return record && record->isEntity;
+GcRxClass* ClassFinder::find(const RawRecord& record) {
+  Known& entry = known(record.type);
+  if (!entry.ambiguous) return entry.found;
+  GcRxClass* found = byMarkers(record, entry);
+  return found ? found : classByFlags(record);
 }
 
 }  // namespace gc::dxf

@@ -18,16 +18,16 @@ class ClassFinder {
   // them, its flags. Null when no such class is loaded.
   GcRxClass* find(const RawRecord& record);
 
-  // Whether the file describes the record's class as one of entities.
-  [[nodiscard]] bool isEntityClass(std::string_view dxfName) const;
-
  private:
   struct Known {
     std::string dxfName;
     GcRxClass* found;
     bool ambiguous;
+    std::string lastMarker;  // of an ambiguous name: the marker found last and its class
+    GcRxClass* lastOfMarker;
   };
-  const Known& known(std::string_view dxfName);
+  Known& known(std::string_view dxfName);
+  static GcRxClass* byMarkers(const RawRecord& record, Known& entry);
 
   const LoadContext& m_context;
   std::vector<Known> m_known;
