@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int kMarker = 100;
+constexpr int kFirstLaterCode = 290;  // settings that came after the table searches got their form
 constexpr int kBrace = 102;
 constexpr int kPaperSpace = 67;
 constexpr int kLayoutName = 410;
@@ -205,7 +206,7 @@ bool gcdbRecordList(GcDbObjectId id, GcDbGroupSink& sink) {
    public:
     explicit WithoutMarkers(GcDbGroupSink& out) : m_out(out) {}
     void put(const GcDbGroup& group) override {
-      if (group.code != kMarker) m_out.put(group);
+      if (group.code != kMarker && group.code < kFirstLaterCode) m_out.put(group);
     }
 
    private:

@@ -33,6 +33,7 @@ class Args {
   // Each takes the next argument; a missing one counts as nil.
   LispValue any() { return m_at < m_count ? m_values[m_at++] : LispValue::nil(); }
   void      skip() { ++m_at; }
+  LispValue peek() const { return (*this)[m_at]; }  // without taking it
   LispValue list();
   LispValue pair();
   LispValue number();
