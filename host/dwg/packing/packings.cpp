@@ -10,6 +10,9 @@ void addAll(std::vector<ClassPacking>& list) {
   addTableRecords(list);
   addDictionaries(list);
   addDimStyles(list);
+  addSplines(list);
+  addDimensions(list);
+  addHatches(list);
 }
 
 }  // namespace gc::dwg::packing

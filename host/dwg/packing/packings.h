@@ -14,6 +14,9 @@ void addBlocks(std::vector<ClassPacking>& list);
 void addTableRecords(std::vector<ClassPacking>& list);
 void addDictionaries(std::vector<ClassPacking>& list);
 void addDimStyles(std::vector<ClassPacking>& list);
+void addSplines(std::vector<ClassPacking>& list);
+void addDimensions(std::vector<ClassPacking>& list);
+void addHatches(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);
 

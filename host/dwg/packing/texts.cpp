@@ -206,7 +206,7 @@ void mtextColumns(Io& io) {
     if constexpr (!Io::kWriting) setInt(*columns.row(code), held, value ? 1 : 0);
     return value;
   };
-  const GcDbField* heightRow = columns.row(46);
+  const GcDbField* heightRow = columns.arrayRow(46);
   Elements heights(heightRow, held);
   const int32_t told = type == kStaticColumns || heights.size() == 0
                            ? static_cast<int32_t>(intOf(*columns.row(72), held))

@@ -26,13 +26,19 @@ class Elements {
   void clear() {
     if (m_row != nullptr) m_row->records->clear(m_array);
   }
-  // The row of an element by its group code; null when there is none.
+  // The row of an element by its group code; null when there is none. Arrays have rows of their own.
   [[nodiscard]] const GcDbField* row(int code, int nth = 0) const {
     for (int i = 0; m_row != nullptr && i < m_row->rowCount; ++i) {
       const GcDbField& each = m_row->rows[i];
-      if ((each.code == code || (each.kind == Kind::Records && each.rows != nullptr && each.rows[0].code == code)) &&
-          nth-- == 0)
-        return &each;
+      if (each.kind != Kind::Records && each.code == code && nth-- == 0) return &each;
+    }
+    return nullptr;
+  }
+  [[nodiscard]] const GcDbField* arrayRow(int code, int nth = 0) const {
+    for (int i = 0; m_row != nullptr && i < m_row->rowCount; ++i) {
+      const GcDbField& each = m_row->rows[i];
+      if (each.kind != Kind::Records || each.is == Is::Count || each.rows == nullptr) continue;
+      if ((each.code == code || each.rows[0].code == code) && nth-- == 0) return &each;
     }
     return nullptr;
   }
