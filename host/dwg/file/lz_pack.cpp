@@ -118,9 +118,10 @@ class Packer {
     m_out.push_back(static_cast<uint8_t>(rest >> 6));
   }
 
-  // Lengths 4 to 17 in the code, longer ones counted from 9.
+  // Lengths 4 to 9 in the code (3 would be the end mark), longer ones counted from 9. The code's fourth bit belongs to
+  // the offset.
   void putFarLength(size_t length) {
-    constexpr size_t kMostInCode = 17;
+    constexpr size_t kMostInCode = 9;
     if (length <= kMostInCode)
       m_out.push_back(static_cast<uint8_t>(0x10 | (length - 2)));
     else

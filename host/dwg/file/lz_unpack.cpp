@@ -60,8 +60,8 @@ class Unpacker {
       if (code >= 0x20) {
         length = code == 0x20 ? longCount() + 0x21 : code - 0x1Eu;
       } else {
-        length = code == 0x10 ? longCount() + 9 : (code & 0x0Fu) + 2u;
-        offset = kFarOffset;
+        length = (code & 7) == 0 ? longCount() + 9 : (code & 7) + 2u;
+        offset = kFarOffset + ((code & 8u) << 11);
       }
       const unsigned low = next();
       offset += low >> 2 | static_cast<size_t>(next()) << 6;

@@ -105,6 +105,31 @@ TEST(Lz, WhatIsPackedUnpacks) {
   }
 }
 
+// Codes as they stand in files of other programs: four literals, then a copy of each kind.
+TEST(Lz, CodesByHand) {
+  const auto unpacked = [](std::vector<uint8_t> packed, size_t size) {
+    std::vector<uint8_t> out(size);
+    out.resize(decompress(packed, out));
+    return std::string(out.begin(), out.end());
+  };
+  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x11, 0, 0}, 50), "abcd");
+  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x4C, 0, 0x11, 0, 0}, 50), "abcdabc");       // 3 from 4 back
+  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x41, 0, 'X', 0x11, 0, 0}, 50), "abcddddX");  // 3 from 1 back, a literal
+  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x22, 0x0C, 0, 0x11, 0, 0}, 50), "abcdabcd");
+  // Far copies: distance from 0x4000 on, three bits of length.
+  std::vector<uint8_t> far = {0x00};
+  for (size_t left = 0x4000 - 0x12; left > 0; left -= left < 255 ? left : 255) far.push_back(left < 256 ? left & 0xFF : 0);
+  for (size_t i = 0; i < 0x4000; ++i) far.push_back(static_cast<uint8_t>('a' + i % 7 + i / 0x1000));
+  const std::string start(far.end() - 0x4000, far.end());
+  for (const unsigned code : {0x12u, 0x17u}) {
+    std::vector<uint8_t> packed = far;
+    packed.insert(packed.end(), {static_cast<uint8_t>(code), 0, 0, 0x11, 0, 0});
+    EXPECT_EQ(unpacked(packed, 0x5000), start + start.substr(0, (code & 7) + 2));
+  }
+  far.insert(far.end(), {0x10, 0x05, 0, 0, 0x11, 0, 0});
+  EXPECT_EQ(unpacked(far, 0x5000), start + start.substr(0, 14));
+}
+
 TEST(Lz, DamagedInputStaysInBounds) {
   std::mt19937 rng(5);
   for (int round = 0; round < 20000; ++round) {
