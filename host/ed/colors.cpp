@@ -27,6 +27,7 @@ bool parseRgb(GcView text, GcCmColor& color) {
 
 bool parseColor(GcView text, GcCmColor& color) {
   int64_t index = 0;
+  if (!text.empty() && text[0] == GC_T('_')) text.remove_prefix(1);
   if (equalNoCase(text, GC_T("BYLAYER"))) {
     color.setColorIndex(256);
   } else if (equalNoCase(text, GC_T("BYBLOCK"))) {

@@ -46,6 +46,7 @@ class Editor final : public ap::DocumentPart {
   EditorView& view() { return m_view; }
   [[nodiscard]] const EditorView& view() const { return m_view; }
   std::vector<EditorView>& earlierViews() { return m_earlierViews; }
+  std::vector<GcGeMatrix3d>& earlierUcs() { return m_earlierUcs; }  // to world, newest last
 
   [[nodiscard]] int commandActive() const;  // bits of CMDACTIVE
   [[nodiscard]] GcText commandNames() const;
@@ -67,6 +68,7 @@ class Editor final : public ap::DocumentPart {
   SessionValues m_sessionValues;
   EditorView m_view;
   std::vector<EditorView> m_earlierViews;
+  std::vector<GcGeMatrix3d> m_earlierUcs;
   GcText m_layout;
   GcText m_lastPaperLayout;
   int m_paperViewport = 1;

@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "host/ap/output.h"
+#include "host/ed/command/families.h"
 #include "host/ed/commandline.h"
 #include "host/ed/coordinates.h"
 
@@ -67,7 +68,9 @@ using CommandIndex = std::unordered_map<std::string_view, const Command*>;
 const CommandIndex& commandIndex() {
   static const CommandIndex* const index = [] {
     auto* made = new CommandIndex;
-    for (const auto commands : {drawCommands(), editCommands(), layerCommands(), viewCommands(), undoCommands()}) {
+    for (const auto commands :
+         {lineCommands(), curveCommands(), polylineCommands(), textCommands(), blockCommands(), editCommands(),
+          transformCommands(), propertyCommands(), layerCommands(), viewCommands(), ucsCommands(), undoCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;
@@ -84,6 +87,12 @@ const CommandIndex& commandIndex() {
 }
 
 }  // namespace
+
+GcGePoint3d lastPoint(Editor& editor) {
+  VariableValue value;
+  static_cast<void>(getVariable(editor, GC_T("LASTPOINT"), value));
+  return {value.point[0], value.point[1], value.point[2]};
+}
 
 const Command* findCommand(GcView typed) {
   bool withoutDialog = false;

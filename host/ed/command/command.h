@@ -54,13 +54,6 @@ struct Command {
   Task<bool> (*body)(CommandInput&);
 };
 
-// The commands of one family.
-std::span<const Command> drawCommands();
-std::span<const Command> editCommands();
-std::span<const Command> layerCommands();
-std::span<const Command> viewCommands();
-std::span<const Command> undoCommands();
-
 // Null when there is none. Prefixes are taken off: _ (English name), . (built-in), - (without dialog box; commands that
 // differ have a row of their own with it), ' (transparent).
 const Command* findCommand(GcView typed);

@@ -1,6 +1,6 @@
 // -LAYER and its kin.
 #include "host/ed/colors.h"
-#include "host/ed/command/command.h"
+#include "host/ed/command/families.h"
 #include "host/ed/patterns.h"
 #include "host/ed/records.h"
 

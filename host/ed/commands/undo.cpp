@@ -1,6 +1,6 @@
 // Undo and redo.
 #include "host/db/core/undo.h"
-#include "host/ed/command/command.h"
+#include "host/ed/command/families.h"
 #include "host/ed/commandline.h"
 
 namespace ed {

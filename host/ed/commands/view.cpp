@@ -1,5 +1,5 @@
 // Views: zoom, regeneration, redrawing.
-#include "host/ed/command/command.h"
+#include "host/ed/command/families.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/views.h"
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/ap/output.h"
+#include "host/ed/command/families.h"
 #include "host/ed/commandline.h"
 #include "host/ed/input/keywords.h"
 #include "host/ed/input/parse.h"
@@ -15,12 +16,6 @@ namespace ed {
 namespace {
 
 using Kind = InputItem::Kind;
-
-GcGePoint3d lastPoint(Editor& editor) {
-  VariableValue value;
-  static_cast<void>(getVariable(editor, GC_T("LASTPOINT"), value));
-  return {value.point[0], value.point[1], value.point[2]};
-}
 
 const char* complaintOf(Ask::What what) {
   switch (what) {

@@ -1,0 +1,24 @@
+// The commands, one list per family.
+#pragma once
+
+#include "host/ed/command/command.h"
+
+namespace ed {
+
+std::span<const Command> lineCommands();
+std::span<const Command> curveCommands();
+std::span<const Command> polylineCommands();
+std::span<const Command> textCommands();
+std::span<const Command> blockCommands();
+std::span<const Command> editCommands();
+std::span<const Command> transformCommands();
+std::span<const Command> propertyCommands();
+std::span<const Command> layerCommands();
+std::span<const Command> viewCommands();
+std::span<const Command> ucsCommands();
+std::span<const Command> undoCommands();
+
+// The variable LASTPOINT.
+GcGePoint3d lastPoint(Editor& editor);
+
+}  // namespace ed

@@ -1,0 +1,154 @@
+// Common properties: of entities (CHPROP, CHANGE), and those new entities get (COLOR, -LINETYPE, -STYLE).
+#include "db/textstyle.h"
+#include "host/ed/colors.h"
+#include "host/ed/command/families.h"
+#include "host/ed/command/select.h"
+#include "host/ed/records.h"
+
+namespace ed {
+
+namespace {
+
+using What = Ask::What;
+using Ids = std::vector<GcDbObjectId>;
+
+template <class Change>
+void change(const Ids& ids, const Change& apply) {
+  for (const GcDbObjectId id : ids) {
+    GcDbEntity* entity = nullptr;
+    if (gcdbOpenObject(entity, id, GcDb::kForWrite) != Gcad::eOk) continue;
+    apply(*entity);
+    ignore(entity->close());
+  }
+}
+
+Task<bool> changeColor(CommandInput& in, Ids ids) {
+  const Answer answer = co_await in.ask(Ask(What::Word, "\nNew color [Truecolor/COlorbook]: "));
+  GcText text = answer.text;
+  if (equalNoCase(text, GC_T("T")) || equalNoCase(text, GC_T("TRUECOLOR")))
+    text = (co_await in.ask(Ask(What::Word, "\nRed,Green,Blue: "))).text;
+  GcCmColor color;
+  if (!parseColor(text, color)) co_return false;
+  change(ids, [&](GcDbEntity& entity) { ignore(entity.setColor(color)); });
+  co_return true;
+}
+
+Task<bool> askProperties(CommandInput& in, Ids ids) {
+  constexpr const char* kPrompt =
+      "\nEnter property to change [Color/LAyer/LType/ltScale/LWeight/Thickness/TRansparency/Material/Annotative]: ";
+  for (;;) {
+    const Answer option =
+        co_await in.ask(Ask(What::Keyword, kPrompt)
+                            .words("Color LAyer LType ltScale LWeight Thickness TRansparency Material Annotative"));
+    if (option.kind != Answer::Kind::Keyword) break;
+    if (option.isKeyword("Color")) {
+      static_cast<void>(co_await changeColor(in, ids));
+    } else if (option.isKeyword("LAyer")) {
+      const Answer name = co_await in.ask(Ask(What::Line, "\nEnter new layer name: "));
+      const GcDbObjectId layer = recordNamed(in.database().layerTableId(), name.text);
+      if (layer.isNull())
+        in.tell("\nCannot find layer.\n");
+      else
+        change(ids, [&](GcDbEntity& entity) { ignore(entity.setLayer(layer)); });
+    } else if (option.isKeyword("LType")) {
+      const Answer name = co_await in.ask(Ask(What::Word, "\nEnter new linetype name: "));
+      const GcDbObjectId type = recordNamed(in.database().linetypeTableId(), name.text);
+      if (!type.isNull()) change(ids, [&](GcDbEntity& entity) { ignore(entity.setLinetype(type)); });
+    } else if (option.isKeyword("ltScale")) {
+      const Answer scale = co_await in.ask(Ask(What::Real, "\nSpecify new linetype scale: ").positive());
+      if (scale.kind == Answer::Kind::Number)
+        change(ids, [&](GcDbEntity& entity) { ignore(entity.setLinetypeScale(scale.number)); });
+    } else if (option.isKeyword("LWeight")) {
+      const Answer weight =
+          co_await in.ask(Ask(What::Real, "\nEnter new lineweight: ").words("ByLayer ByBlock Default"));
+      const int hundredths = weight.isKeyword("ByLayer")   ? GcDb::kLnWtByLayer
+                             : weight.isKeyword("ByBlock") ? GcDb::kLnWtByBlock
+                             : weight.isKeyword("Default") ? GcDb::kLnWtByLwDefault
+                                                           : static_cast<int>(std::lround(weight.number * 100));
+      change(ids, [&](GcDbEntity& entity) { ignore(entity.setLineWeight(static_cast<GcDb::LineWeight>(hundredths))); });
+    } else {
+      static_cast<void>(co_await in.ask(Ask(What::Word, "\nEnter new value: ")));
+    }
+  }
+  co_return true;
+}
+
+Task<bool> chprop(CommandInput& in) {
+  const Ids ids = co_await selectObjects(in);
+  if (ids.empty()) co_return false;
+  co_return co_await askProperties(in, ids);
+}
+
+Task<bool> changeCommand(CommandInput& in) {
+  const Ids ids = co_await selectObjects(in);
+  if (ids.empty()) co_return false;
+  const Answer option =
+      co_await in.ask(Ask(What::Point, "\nSpecify change point or [Properties]: ").words("Properties"));
+  if (!option.isKeyword("Properties")) co_return false;
+  co_return co_await askProperties(in, ids);
+}
+
+Task<bool> color(CommandInput& in) {
+  const Answer answer = co_await in.ask(Ask(What::Word, "\nEnter default object color: "));
+  co_return setVariable(in.editor(), GC_T("CECOLOR"), VariableValue::of(GcView(answer.text))) == VariableStatus::Done;
+}
+
+Task<bool> linetype(CommandInput& in) {
+  for (;;) {
+    const Answer option =
+        co_await in.ask(Ask(What::Keyword, "\nEnter an option [?/Create/Load/Set]: ").words("Create Load Set"));
+    if (option.kind != Answer::Kind::Keyword) break;
+    const Answer name = co_await in.ask(Ask(What::Line, "\nSpecify linetype name: "));
+    if (option.isKeyword("Set"))
+      static_cast<void>(setVariable(in.editor(), GC_T("CELTYPE"), VariableValue::of(GcView(name.text))));
+    else
+      static_cast<void>(co_await in.ask(Ask(What::Line, "\nEnter linetype file name: ")));
+  }
+  co_return true;
+}
+
+GcDbObjectId needStyle(GcDbDatabase& database, const GcText& name) {
+  GcDbObjectId id = recordNamed(database.textStyleTableId(), name);
+  GcDbTextStyleTable* styles = nullptr;
+  if (!id.isNull() || database.getSymbolTable(styles, GcDb::kForWrite) != Gcad::eOk) return id;
+  auto* style = new GcDbTextStyleTableRecord;
+  if (style->setName(name.c_str()) == Gcad::eOk && styles->add(id, style) == Gcad::eOk)
+    ignore(style->close());
+  else
+    delete style;
+  ignore(styles->close());
+  return id;
+}
+
+// A style is made or changed, and becomes the current one.
+Task<bool> style(CommandInput& in) {
+  const Answer name = co_await in.ask(Ask(What::Line, "\nEnter name of text style: "));
+  if (name.text.empty()) co_return false;
+  const GcDbObjectId id = needStyle(in.database(), name.text);
+  const Answer font = co_await in.ask(Ask(What::Line, "\nSpecify full font name or font filename: "));
+  const Answer height = co_await in.ask(Ask(What::Distance, "\nSpecify height of text <0>: "));
+  const Answer width = co_await in.ask(Ask(What::Real, "\nSpecify width factor <1>: "));
+  const Answer oblique = co_await in.ask(Ask(What::Angle, "\nSpecify obliquing angle <0>: "));
+  GcDbTextStyleTableRecord* record = nullptr;
+  if (gcdbOpenObject(record, id, GcDb::kForWrite) != Gcad::eOk) co_return false;
+  if (!font.text.empty()) ignore(record->setFileName(font.text.c_str()));
+  if (height.kind == Answer::Kind::Number) ignore(record->setTextSize(height.number));
+  if (width.kind == Answer::Kind::Number) ignore(record->setXScale(width.number));
+  if (oblique.kind == Answer::Kind::Number) ignore(record->setObliquingAngle(oblique.number));
+  ignore(record->close());
+  for (const char* prompt : {"\nDisplay text backwards? [Yes/No] <N>: ", "\nDisplay text upside-down? [Yes/No] <N>: "})
+    static_cast<void>(co_await in.ask(Ask(What::Keyword, prompt).words("Yes No")));
+  co_return in.database().setTextstyle(id) == Gcad::eOk;
+}
+
+constexpr Command kCommands[] = {
+    {"CHPROP", "", chprop},         {"CHANGE", "-CH", changeCommand},
+    {"COLOR", "-COLOR COL", color}, {"-LINETYPE", "LINETYPE LT -LT", linetype},
+    {"-STYLE", "STYLE ST", style},
+};
+
+}  // namespace
+
+std::span<const Command> propertyCommands() { return kCommands; }
+
+}  // namespace ed
