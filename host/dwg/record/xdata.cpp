@@ -42,20 +42,23 @@ GcText readString(RecordIn& record, BitReader& in) {
   return text;
 }
 
+// Handles are eight bytes here, the highest first.
+uint64_t readHandle(BitReader& in) { return __builtin_bswap64(in.rll()); }
+
 // One value; false when its code means nothing.
 bool readValue(RecordIn& record, BitReader& in, GcDbGroupList& out) {
   const int code = kFirstCode + in.rc();
   switch (code) {
     case 1000: out.put(GcDbGroup::ofText(code, readString(record, in))); return true;
     case kControl: out.put(GcDbGroup::ofText(code, in.rc() == 0 ? GC_T("{") : GC_T("}"))); return true;
-    case kLayer: out.put(GcDbGroup::ofText(code, record.context.nameOf(in.rll()))); return true;
+    case kLayer: out.put(GcDbGroup::ofText(code, record.context.nameOf(readHandle(in)))); return true;
     case kBinary: {
       std::string bytes(in.rc(), '\0');
       in.bytes(reinterpret_cast<uint8_t*>(bytes.data()), bytes.size());
       out.put(GcDbGroup::ofBinary(code, {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}));
       return true;
     }
-    case kHandle: out.put(GcDbGroup::ofInt(code, static_cast<int64_t>(in.rll()))); return true;
+    case kHandle: out.put(GcDbGroup::ofInt(code, static_cast<int64_t>(readHandle(in)))); return true;
     case 1010:
     case 1011:
     case 1012:
@@ -88,14 +91,14 @@ void writeValue(RecordOut& record, BitWriter& out, const GcDbGroup& group) {
   out.rc(static_cast<unsigned>(group.code - kFirstCode));
   switch (group.code) {
     case kControl: out.rc(group.text == GC_T("{") ? 0 : 1); return;
-    case kLayer: out.rll(record.context.handleOfLayer(group.text)); return;
+    case kLayer: out.rll(__builtin_bswap64(record.context.handleOfLayer(group.text))); return;
     case kBinary: {
       const auto bytes = group.bytes.size() > 255 ? group.bytes.first(255) : group.bytes;
       out.rc(static_cast<unsigned>(bytes.size()));
       out.bytes(bytes);
       return;
     }
-    case kHandle: out.rll(static_cast<uint64_t>(group.integer)); return;
+    case kHandle: out.rll(__builtin_bswap64(static_cast<uint64_t>(group.integer))); return;
     case 1070: out.rs(static_cast<unsigned>(group.asInt())); return;
     case 1071: out.rl(static_cast<uint32_t>(group.asInt())); return;
     default: break;

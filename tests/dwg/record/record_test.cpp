@@ -121,6 +121,24 @@ TEST(Record, ExtendedDataAndDictionariesComeAlong) {
   }
 }
 
+// Handles in extended data have their highest byte first, unlike all other numbers.
+TEST(Record, HandlesInExtendedData) {
+  Bench bench(kR2000);
+  auto* line = bench.add(new GcDbLine({1, 2, 3}, {4, 5, 6}));
+  GcDbGroupList xdata;
+  xdata.put(GcDbGroup::ofText(1001, GC_T("ACAD")));
+  xdata.put(GcDbGroup::ofInt(1005, 0x77A));
+  line->needExtra().xdata = xdata;
+  const WrittenRecord written = writeRecord(bench.context, *line, 0x13, {});
+  ignore(line->close());
+  bool found = false;
+  for (uint64_t at = 0; at + 72 <= written.body.size() * 8 && !found; ++at) {
+    BitReader in(written.body, at, at + 72);
+    found = in.rc() == 5 && in.bits(48) == 0 && in.bits(16) == 0x77A;
+  }
+  EXPECT_TRUE(found);
+}
+
 TEST(Record, TableRecords) {
   for (const int version : kVersions) {
     Bench bench(version);
