@@ -21,6 +21,8 @@
 #include "db/symboltable.h"
 #include "db/text.h"
 #include "db/transaction.h"
+#include "db/ucs.h"
+#include "db/view.h"
 #include "db/xline.h"
 #include "ed/cmdstack.h"
 #include "ed/gced.h"

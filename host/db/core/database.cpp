@@ -127,6 +127,14 @@ Gcad::ErrorStatus GcDbDatabase::setDimstyle(GcDbObjectId id) {
   return Gcad::eOk;
 }
 
+Gcad::ErrorStatus GcDbDatabase::setUcsBase(GcDbObjectId id) {
+  if (!id.isNull() && (id.database() != this || id.isErased() || id.objectClass() != GcDbUCSTableRecord::desc()))
+    return Gcad::eInvalidInput;
+  const GcString name = id.isNull() ? GcString() : static_cast<GcDbUCSTableRecord*>(id.stub()->object)->getName();
+  m_header->setText(GC_T("$UCSBASE"), view(name), 2);
+  return Gcad::eOk;
+}
+
 Gcad::ErrorStatus GcDbDatabase::setCecolor(const GcCmColor& color) {
   m_current.color = color;
   return Gcad::eOk;

@@ -28,3 +28,23 @@ const GcDbField GcDbUCSTableRecord::kFields[] = {
     each<&GcDbUCSTableRecord::m_orthoOrigins>(-1, "orthoOrigins", kOriginFields).from(GcDb::kDHL_AC1015),
 };
 GCDB_FIELD_COUNT(GcDbUCSTableRecord);
+
+Gcad::ErrorStatus GcDbUCSTableRecord::setUcsBaseOrigin(const GcGePoint3d& origin, int view) {
+  constexpr int kFirstView = 1;
+  constexpr int kLastView = 6;
+  if (view < kFirstView || view > kLastView) return Gcad::eInvalidInput;
+  assertWriteEnabled();
+  for (GcDbUCSOrthoOrigin& each : m_orthoOrigins) {
+    if (each.view != view) continue;
+    each.origin = origin;
+    return Gcad::eOk;
+  }
+  m_orthoOrigins.append(GcDbUCSOrthoOrigin{static_cast<int16_t>(view), origin});
+  return Gcad::eOk;
+}
+
+GcGePoint3d GcDbUCSTableRecord::ucsBaseOrigin(int view) const {
+  for (const GcDbUCSOrthoOrigin& each : m_orthoOrigins)
+    if (each.view == view) return each.origin;
+  return m_origin;
+}

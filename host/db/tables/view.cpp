@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "db/ucs.h"
+
 #include "host/db/describe/fieldio.h"
 
 GCDB_DEFINE_CLASS(GcDbViewTableRecord, "AcDbViewTableRecord")
@@ -116,5 +118,16 @@ Gcad::ErrorStatus GcDbAbstractViewTableRecord::setUcs(const GcGePoint3d& origin,
   m_ucsOrigin = origin;
   m_ucsXAxis = xAxis.normal();
   m_ucsYAxis = yAxis.normal();
+  m_ucsId.setNull();
   return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbAbstractViewTableRecord::setUcs(GcDbObjectId namedUcs) {
+  GcDbUCSTableRecord* ucs = nullptr;
+  Gcad::ErrorStatus status = gcdbOpenObject(ucs, namedUcs, GcDb::kForRead);
+  if (status != Gcad::eOk) return status;
+  status = setUcs(ucs->origin(), ucs->xAxis(), ucs->yAxis());
+  if (status == Gcad::eOk) m_ucsId = namedUcs;
+  ignore(ucs->close());
+  return status;
 }

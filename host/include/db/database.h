@@ -100,6 +100,9 @@ class GcDbDatabase : public GcRxObject {
   Gcad::ErrorStatus setCeltype(GcDbObjectId id);
   Gcad::ErrorStatus setTextstyle(GcDbObjectId id);
   Gcad::ErrorStatus setDimstyle(GcDbObjectId id);
+  // The named system that orthographic views of the drawing are based on; null for the world.
+  // Errors: eInvalidInput for anything but a system of this drawing.
+  Gcad::ErrorStatus setUcsBase(GcDbObjectId id);
   Gcad::ErrorStatus setCecolor(const GcCmColor& color);
   Gcad::ErrorStatus setCeltscale(double scale);
   Gcad::ErrorStatus setCelweight(GcDb::LineWeight weight);

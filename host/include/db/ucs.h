@@ -24,6 +24,10 @@ class GcDbUCSTableRecord : public GcDbSymbolTableRecord {
   void setXAxis(const GcGeVector3d& axis) { ignore(assign(m_xAxis, axis)); }
   [[nodiscard]] GcGeVector3d yAxis() const { return m_yAxis; }
   void setYAxis(const GcGeVector3d& axis) { ignore(assign(m_yAxis, axis)); }
+  // The origin of the system's orthographic view: 1 top, 2 bottom, 3 front, 4 back, 5 left, 6 right.
+  // Errors: eInvalidInput for another view.
+  Gcad::ErrorStatus setUcsBaseOrigin(const GcGePoint3d& origin, int view);
+  [[nodiscard]] GcGePoint3d ucsBaseOrigin(int view) const;  // the system's own origin when the view has none
 
  private:
   GcGePoint3d m_origin;

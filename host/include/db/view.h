@@ -25,6 +25,9 @@ class GcDbAbstractViewTableRecord : public GcDbSymbolTableRecord {
   [[nodiscard]] GcGeVector3d ucsXAxis() const { return m_ucsXAxis; }
   [[nodiscard]] GcGeVector3d ucsYAxis() const { return m_ucsYAxis; }
   Gcad::ErrorStatus setUcs(const GcGePoint3d& origin, const GcGeVector3d& xAxis, const GcGeVector3d& yAxis);
+  // Takes over a named system and remembers it. Errors: those of opening, eInvalidInput for axes without direction.
+  Gcad::ErrorStatus setUcs(GcDbObjectId namedUcs);
+  [[nodiscard]] GcDbObjectId ucsName() const { return m_ucsId; }  // null for a system without a name
 
  protected:
   GcDbAbstractViewTableRecord() = default;
