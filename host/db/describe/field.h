@@ -11,7 +11,8 @@
 //   count<&GcDbSpline::m_knots>(72, "knotCount"),                         // written from the size, ignored on reading
 // Chained on a row:
 //   .from(version), .until(version)   only files of these versions have it
-//   .when<&Class::method>()           only objects that answer true have it (echoes are read all the same)
+//   .when<&Class::method>()           only objects that answer true have it
+//   .readAnyway()                     the answer is about writing only
 //   .inFilesWhen<&Class::method>()    files have it only then; entity lists have it and it is read in any case
 //   .orElse(value), .orAxis(0)        its default where that is not zero, empty or null
 //   .also(code)                       read under a second code as well
@@ -128,6 +129,7 @@ struct GcDbField {
   int8_t defaultAxis = -1;                         // vectors: the default is the X (0), Y (1) or Z (2) axis
   GcDbGroup (*get)(const void* record) = nullptr;  // how files have it where the member alone does not say
   bool (*set)(void* record, const GcDbGroup& group) = nullptr;
+  bool readsAnyway = false;  // the predicate is about writing only
   bool isPart = false;   // Records: at most one, there when the object has any of its values
   bool inExtra = false;  // lives in the object's rare parts, which memory filers copy whole
   bool isEcho = false;   // another row has the same value for memory copies and transformations
@@ -170,6 +172,11 @@ struct GcDbField {
   }
   template <auto Method>
   constexpr GcDbField inFilesWhen() const;
+  constexpr GcDbField readAnyway() const {
+    GcDbField row = *this;
+    row.readsAnyway = true;
+    return row;
+  }
   constexpr GcDbField orElse(double value) const {
     GcDbField row = *this;
     row.defaultValue = value;
@@ -358,6 +365,7 @@ constexpr GcDbField fixed(const char* name) {
   row.code = Code;
   row.name = name;
   row.isEcho = true;
+  row.readsAnyway = true;
   row.at = gcdescribe::selfAt;
   row.get = [](const void*) { return GcDbGroup::ofInt(Code, Value); };
   row.set = [](void*, const GcDbGroup&) { return true; };

@@ -376,7 +376,7 @@ bool GcDbFieldReader::takeIn(Frame& frame, const GcDbGroup& group, int first, in
     const bool counts = row.code == group.code || (row.alsoCode != 0 && row.alsoCode == group.code) ||
                         (row.pieceCode != 0 && row.pieceCode == group.code) || row.takesAnyGroup();
     if ((!counts && !opens) || row.is == Is::Marker || !row.isIn(m_version) || isTaken(frame, i)) continue;
-    if (row.isGroupsOnly() || row.applies(frame.record)) return takeRow(frame, i, group);
+    if (row.inExtra || row.readsAnyway || row.applies(frame.record)) return takeRow(frame, i, group);
   }
   return false;
 }
@@ -607,7 +607,7 @@ struct FieldTransform {
       case Is::Normal: as<GcGeVector3d>(member) = newNormal; break;
       case Is::OcsPoint: ocsPoint(row, member); break;
       case Is::OcsVector:
-        if (row.kind == Kind::Vector3d) as<GcGeVector3d>(member) = ocs * as<GcGeVector3d>(member);
+        ocsVector(row, member);
         break;
       case Is::Length: as<double>(member) *= lengthFactor; break;
       case Is::Elevation: as<double>(member) = (ocs * GcGePoint3d(0, 0, as<double>(member))).z; break;
@@ -618,6 +618,14 @@ struct FieldTransform {
         break;
       }
       default: break;
+    }
+  }
+  void ocsVector(const GcDbField& row, void* member) const {
+    if (row.kind == Kind::Vector2d) {
+      const GcGeVector3d turned = ocs * GcGeVector3d(as<GcGeVector2d>(member).x, as<GcGeVector2d>(member).y, 0);
+      as<GcGeVector2d>(member) = {turned.x, turned.y};
+    } else {
+      as<GcGeVector3d>(member) = ocs * as<GcGeVector3d>(member);
     }
   }
   void ocsPoint(const GcDbField& row, void* member) const {

@@ -98,25 +98,33 @@ const GcDbField GcDbMText::kFields[] = {
     field<&GcDbMText::m_lineSpacingStyle>(73, "lineSpacingStyle", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
     field<&GcDbMText::m_lineSpacing>(44, "lineSpacing", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
     part<&GcDbMText::m_rare>("rare", kBackgroundFields),
-    embedded("Embedded Object").when<&GcDbMText::hasColumns>().from(GcDb::kDHL_AC1032),
-    fixed<70, 1>("embeddedVersion").when<&GcDbMText::hasColumns>().from(GcDb::kDHL_AC1032),
+    embedded("Embedded Object").when<&GcDbMText::hasColumns>().readAnyway().from(GcDb::kDHL_AC1032),
+    fixed<70, 1>("embeddedVersion").when<&GcDbMText::hasColumns>().readAnyway().from(GcDb::kDHL_AC1032),
     field<&GcDbMText::m_direction>(10, "embeddedDirection", Is::WcsVector)
         .when<&GcDbMText::hasColumns>()
+        .readAnyway()
         .from(GcDb::kDHL_AC1032)
         .echo(),
     field<&GcDbMText::m_location>(11, "embeddedLocation", Is::WcsPoint)
         .when<&GcDbMText::hasColumns>()
+        .readAnyway()
         .from(GcDb::kDHL_AC1032)
         .echo(),
     field<&GcDbMText::m_width>(40, "embeddedWidth", Is::Length)
         .when<&GcDbMText::hasColumns>()
+        .readAnyway()
         .from(GcDb::kDHL_AC1032)
         .echo(),
     field<&GcDbMText::m_definedHeight>(41, "embeddedHeight", Is::Length)
         .when<&GcDbMText::hasColumns>()
+        .readAnyway()
         .from(GcDb::kDHL_AC1032)
         .echo(),
-    part<&GcDbMText::m_rare>("columns", kColumnFields).when<&GcDbMText::hasColumns>().from(GcDb::kDHL_AC1032).echo(),
+    part<&GcDbMText::m_rare>("columns", kColumnFields)
+        .when<&GcDbMText::hasColumns>()
+        .readAnyway()
+        .from(GcDb::kDHL_AC1032)
+        .echo(),
 };
 GCDB_FIELD_COUNT(GcDbMText);
 

@@ -39,6 +39,12 @@ GcRxClass* classByFlags(const RawRecord& record) {
                       : flags & 32         ? "AcDb3dPolylineVertex"
                                            : "AcDb2dVertex");
   }
+  if (record.type == "INSERT") {
+    std::int64_t columns = 1, rows = 1;
+    if (const Tag* tag = record.find(70)) (void)tag->integer(columns);
+    if (const Tag* tag = record.find(71)) (void)tag->integer(rows);
+    return classNamed(columns > 1 || rows > 1 ? "AcDbMInsertBlock" : "AcDbBlockReference");
+  }
   constexpr const char* kDimensions[] = {"AcDbRotatedDimension",   "AcDbAlignedDimension", "AcDb2LineAngularDimension",
                                          "AcDbDiametricDimension", "AcDbRadialDimension",  "AcDb3PointAngularDimension",
                                          "AcDbOrdinateDimension"};
