@@ -1,12 +1,13 @@
 # The daily commands. Each installs what it needs first (tools/setup is instant when all is there).
 #   make build    build/bin/gcad with the module and the libraries beside it
 #   make run      the main job on the drawing and the program in examples/
-#   make test     everything CI runs: all tests, sanitizers, the Windows build, a brief fuzz run, format
+#   make test     what CI runs: format, names, all tests on the release build
+#   make test-all the same, then the tests with sanitizers and under Wine, and a brief fuzz run
 #   make windows  the same product for Windows in build-windows/bin
 #   make check    format, names and lint
 #   make bench    the benchmarks, by hand
 #   make clean    removes every build tree
-.PHONY: build run test windows check bench clean
+.PHONY: build run test test-all windows check bench clean
 .DEFAULT_GOAL := build
 
 build:
@@ -18,8 +19,12 @@ run: build
 	@tools/run-example
 
 test:
-	@tools/setup build tests windows fuzz check
+	@tools/setup build tests check
 	@tools/test
+
+test-all:
+	@tools/setup build tests windows fuzz check
+	@tools/test --all
 
 windows:
 	@tools/setup build tests windows

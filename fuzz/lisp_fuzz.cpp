@@ -21,8 +21,8 @@ class QuietHost : public HostCalls {
 
 // Programs made by chance shall not touch files.
 void takeAwayFiles(Interpreter& interpreter) {
-  for (const char* name : {"open", "load", "autoload", "vl-load-all", "vl-file-delete", "vl-file-rename", "vl-file-copy", "vl-mkdir",
-                           "vl-directory-files", "vl-filename-mktemp"})
+  for (const char* name : {"open", "load", "autoload", "vl-load-all", "vl-file-delete", "vl-file-rename",
+                           "vl-file-copy", "vl-mkdir", "vl-directory-files", "vl-filename-mktemp"})
     interpreter.setVariable(fromUtf8(name), LispValue::nil());
 }
 
@@ -32,11 +32,11 @@ void printsAsItReads(Vm& vm, LispValue value) {
   const Text first = vm.print(value, PrintStyle::Quoted);
   try {
     LispValue again;
-    Reader    reader(first, vm.heap(), vm.symbols());
+    Reader reader(first, vm.heap(), vm.symbols());
     if (!reader.next(again)) return;
     const Text second = vm.print(again, PrintStyle::Quoted);
-    LispValue  third;
-    Reader     rereader(second, vm.heap(), vm.symbols());
+    LispValue third;
+    Reader rereader(second, vm.heap(), vm.symbols());
     if (!rereader.next(third) || vm.print(third, PrintStyle::Quoted) != second) std::abort();
   } catch (const LispError&) {
     // <Entity name: ...> and its like need not read.
@@ -46,18 +46,18 @@ void printsAsItReads(Vm& vm, LispValue value) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  QuietHost          host;
-  Environment        environment;
+  QuietHost host;
+  Environment environment;
   InterpreterOptions options;
-  options.limits.depth      = 2000;
+  options.limits.depth = 2000;
   options.limits.stackSlots = 100'000;
-  options.limits.memory     = 64u << 20;
+  options.limits.memory = 64u << 20;
   Interpreter interpreter(host, environment, options);
   takeAwayFiles(interpreter);
   interpreter.vm().setStress(size % 2 == 1);
-  Watchdog               watchdog(interpreter, 0.5);
+  Watchdog watchdog(interpreter, 0.5);
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  const EvalResult       result = interpreter.evalFile(bytes, GC_T("fuzz"));
+  const EvalResult result = interpreter.evalFile(bytes, GC_T("fuzz"));
   if (result.status == EvalStatus::Done) printsAsItReads(interpreter.vm(), result.value);
   return 0;
 }

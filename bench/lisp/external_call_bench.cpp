@@ -8,7 +8,7 @@ namespace {
 // Reads its arguments as a conversion to a result buffer chain would: every value and every list element once.
 class ReadingHost : public lisp::HostCalls {
  public:
-  void            write(lisp::TextView) override {}
+  void write(lisp::TextView) override {}
   lisp::LispValue callExternal(int code, lisp::Args& args) override {
     for (uint32_t i = 0; i < args.count(); ++i) {
       lisp::LispValue v = args[i];
@@ -22,7 +22,7 @@ class ReadingHost : public lisp::HostCalls {
 };
 
 void calls(benchmark::State& state, const char* form) {
-  ReadingHost       host;
+  ReadingHost host;
   lisp::Environment environment;
   lisp::Interpreter interpreter(host, environment);
   interpreter.define(GC_T("host-call"), 7);

@@ -19,14 +19,14 @@ void printTrace(const lisp::EvalResult& result) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  lisp::HostCalls   host;
+  lisp::HostCalls host;
   lisp::Environment environment;
   lisp::Interpreter interpreter(host, environment);
-  bool              statistics = false;
-  int               code       = 0;
+  bool statistics = false;
+  int code = 0;
   for (int i = 1; i < argc && code == 0; ++i) {
     const std::string_view argument = argv[i];
-    lisp::EvalResult       result;
+    lisp::EvalResult result;
     if (argument == "--stress") {
       interpreter.vm().setStress(true);
       continue;

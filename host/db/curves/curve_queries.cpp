@@ -105,8 +105,7 @@ Gcad::ErrorStatus GcDbCurve::getPointAtDist(double dist, GcGePoint3d& point) con
   const GcDbCurvePath path(*this);
   if (path.status() != Gcad::eOk) return path.status();
   double t = 0;
-  return std::isfinite(dist) && path->paramAtDist(dist, t) && path->pointAt(t, point) ? Gcad::eOk
-                                                                                      : Gcad::eInvalidInput;
+  return std::isfinite(dist) && path->paramAtDist(dist, t) && path->pointAt(t, point) ? Gcad::eOk : Gcad::eInvalidInput;
 }
 
 Gcad::ErrorStatus GcDbCurve::getFirstDeriv(double param, GcGeVector3d& deriv) const {

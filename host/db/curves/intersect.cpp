@@ -51,12 +51,11 @@ void appendOnce(const std::vector<Found>& found, double near, GcArray<GcGePoint3
 
 }  // namespace
 
-Gcad::ErrorStatus GcDbEntity::intersectWith(const GcDbEntity* other, GcDb::Intersect mode,
-                                            GcArray<GcGePoint3d>& points, intptr_t, intptr_t) const {
+Gcad::ErrorStatus GcDbEntity::intersectWith(const GcDbEntity* other, GcDb::Intersect mode, GcArray<GcGePoint3d>& points,
+                                            intptr_t, intptr_t) const {
   if (other == nullptr) return Gcad::eNullEntityPointer;
   std::vector<GcGePath> own, others;
-  Gcad::ErrorStatus status =
-      gcdbDrawnPaths(*this, mode == GcDb::kExtendThis || mode == GcDb::kExtendBoth, own);
+  Gcad::ErrorStatus status = gcdbDrawnPaths(*this, mode == GcDb::kExtendThis || mode == GcDb::kExtendBoth, own);
   if (status == Gcad::eOk)
     status = gcdbDrawnPaths(*other, mode == GcDb::kExtendArg || mode == GcDb::kExtendBoth, others);
   if (status != Gcad::eOk) return status;

@@ -386,8 +386,7 @@ bool GcDbFieldReader::take(const GcDbGroup& group) {
   if (m_foreign) return false;
   while (m_depth > 0) {  // inside records: forward, then what was passed over but for the first, then out
     Frame& frame = m_frames[m_depth];
-    if (takeIn(frame, group, frame.cursor, frame.count) || takeIn(frame, group, 1, frame.cursor))
-      return true;
+    if (takeIn(frame, group, frame.cursor, frame.count) || takeIn(frame, group, 1, frame.cursor)) return true;
     --m_depth;
     Frame& outer = m_frames[m_depth];
     const GcDbField& row = rowOf(outer, outer.cursor);
@@ -606,9 +605,7 @@ struct FieldTransform {
       case Is::Direction: as<GcGeVector3d>(member) = (world * as<GcGeVector3d>(member)).normal(); break;
       case Is::Normal: as<GcGeVector3d>(member) = newNormal; break;
       case Is::OcsPoint: ocsPoint(row, member); break;
-      case Is::OcsVector:
-        ocsVector(row, member);
-        break;
+      case Is::OcsVector: ocsVector(row, member); break;
       case Is::Length: as<double>(member) *= lengthFactor; break;
       case Is::Elevation: as<double>(member) = (ocs * GcGePoint3d(0, 0, as<double>(member))).z; break;
       case Is::Angle: {

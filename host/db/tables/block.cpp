@@ -160,9 +160,12 @@ void GcDbBlockTableRecord::subSetOwned(const GcDbObjectIdArray& ids) {
   m_entities.clear();
   for (const GcDbObjectId id : ids) {
     if (!id.isValid()) continue;
-    if (id.objectClass() == GcDbBlockBegin::desc()) m_beginId = id;
-    else if (id.objectClass() == GcDbBlockEnd::desc()) m_endId = id;
-    else m_entities.append(id);
+    if (id.objectClass() == GcDbBlockBegin::desc())
+      m_beginId = id;
+    else if (id.objectClass() == GcDbBlockEnd::desc())
+      m_endId = id;
+    else
+      m_entities.append(id);
   }
 }
 

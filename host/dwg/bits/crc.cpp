@@ -11,8 +11,7 @@ constexpr std::array<T, 256> makeTable() {
   std::array<T, 256> table{};
   for (unsigned i = 0; i < 256; ++i) {
     T value = static_cast<T>(i);
-    for (int bit = 0; bit < 8; ++bit)
-      value = static_cast<T>((value & 1) != 0 ? (value >> 1) ^ Polynomial : value >> 1);
+    for (int bit = 0; bit < 8; ++bit) value = static_cast<T>((value & 1) != 0 ? (value >> 1) ^ Polynomial : value >> 1);
     table[i] = value;
   }
   return table;

@@ -128,8 +128,14 @@ class Builder {
     }
     const uint64_t address = m_out.size();
     const uint32_t pageSize = roundUp(kDataHeaderSize + packed.size());
-    uint32_t header[8] = {kDataPageType, section.id, static_cast<uint32_t>(packed.size()), pageSize,
-                          static_cast<uint32_t>(start), 0, 0, pageChecksum(packed, 0)};
+    uint32_t header[8] = {kDataPageType,
+                          section.id,
+                          static_cast<uint32_t>(packed.size()),
+                          pageSize,
+                          static_cast<uint32_t>(start),
+                          0,
+                          0,
+                          pageChecksum(packed, 0)};
     header[6] = pageChecksum(headerBytes(header).bytes, header[7]);
     for (uint32_t& word : header) word ^= dataMask(address);
     m_out.append(headerBytes(header).bytes);

@@ -14,7 +14,8 @@ class ByteWriter {
   [[nodiscard]] uint64_t size() const { return bytes.size(); }
   template <class T>
   void put(T value) {
-    for (unsigned i = 0; i < sizeof(T); ++i) bytes.push_back(static_cast<uint8_t>(static_cast<uint64_t>(value) >> (8 * i)));
+    for (unsigned i = 0; i < sizeof(T); ++i)
+      bytes.push_back(static_cast<uint8_t>(static_cast<uint64_t>(value) >> (8 * i)));
   }
   void u8(unsigned value) { put(static_cast<uint8_t>(value)); }
   void u16(unsigned value) { put(static_cast<uint16_t>(value)); }
@@ -25,7 +26,8 @@ class ByteWriter {
   void alignTo(uint64_t step) { zeros((step - bytes.size() % step) % step); }
   template <class T>
   void patch(uint64_t at, T value) {
-    for (unsigned i = 0; i < sizeof(T); ++i) bytes[at + i] = static_cast<uint8_t>(static_cast<uint64_t>(value) >> (8 * i));
+    for (unsigned i = 0; i < sizeof(T); ++i)
+      bytes[at + i] = static_cast<uint8_t>(static_cast<uint64_t>(value) >> (8 * i));
   }
 };
 

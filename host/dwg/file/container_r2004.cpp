@@ -134,7 +134,8 @@ class Opener {
   void dataPage(uint32_t id, const std::string& name, bool isPacked, std::span<uint8_t> room) {
     const auto at = m_pages.find(id);
     if (at == m_pages.end() || !holds(m_file, at->second.at, kDataHeaderSize)) {
-      note(m_report, GcDbLoadAction::Missing, 0, 0, "page " + std::to_string(id) + " of section " + name + " is missing");
+      note(m_report, GcDbLoadAction::Missing, 0, 0,
+           "page " + std::to_string(id) + " of section " + name + " is missing");
       return;
     }
     const uint64_t address = at->second.at;

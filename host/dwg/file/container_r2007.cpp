@@ -109,8 +109,8 @@ class Opener {
   }
 
   bool readPageMap() {
-    const std::vector<uint8_t> map = systemPage(kFirstPageAt + field(kPageMapAt), field(kPageMapPacked),
-                                                field(kPageMapSize), field(kPageMapRepeat));
+    const std::vector<uint8_t> map =
+        systemPage(kFirstPageAt + field(kPageMapAt), field(kPageMapPacked), field(kPageMapSize), field(kPageMapRepeat));
     uint64_t address = kFirstPageAt;
     for (uint64_t i = 0; holds(map, i, 16); i += 16) {
       const uint64_t size = u64(map, i);
@@ -127,8 +127,8 @@ class Opener {
     constexpr uint64_t kPageEntry = 56;
     const auto at = m_pages.find(field(kSectionMapId));
     if (at == m_pages.end()) return missing("the section map");
-    const std::vector<uint8_t> map = systemPage(at->second.at, field(kSectionMapPacked), field(kSectionMapSize),
-                                                field(kSectionMapRepeat));
+    const std::vector<uint8_t> map =
+        systemPage(at->second.at, field(kSectionMapPacked), field(kSectionMapSize), field(kSectionMapRepeat));
     for (uint64_t i = 0; holds(map, i, kSectionHead);) {
       const uint64_t size = u64(map, i);
       const uint64_t nameBytes = roundUp(u64(map, i + 32), 2);
@@ -174,7 +174,8 @@ class Opener {
     const auto at = m_pages.find(id);
     const uint64_t blocks = roundUp(roundUp(packedSize, 8), kDataMessage) / kDataMessage;
     if (at == m_pages.end() || packedSize > at->second.size || !holds(m_file, at->second.at, at->second.size)) {
-      note(m_report, GcDbLoadAction::Missing, 0, 0, "page " + std::to_string(id) + " of section " + name + " is missing");
+      note(m_report, GcDbLoadAction::Missing, 0, 0,
+           "page " + std::to_string(id) + " of section " + name + " is missing");
       return {};
     }
     const auto coded = part(m_file, at->second.at, at->second.size);

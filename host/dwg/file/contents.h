@@ -15,9 +15,9 @@ struct FileContents {
   uint64_t handseed = 0;
   std::vector<uint8_t> header;
   std::vector<uint8_t> classes;
-  std::vector<uint8_t> objects;  // records one after the other
-  std::vector<MapEntry> map;     // offsets into `objects`
-  uint64_t viewportTable = 0;    // AC1015: the handle of the (empty) list of viewport headers
+  std::vector<uint8_t> objects;      // records one after the other
+  std::vector<MapEntry> map;         // offsets into `objects`
+  uint64_t viewportTable = 0;        // AC1015: the handle of the (empty) list of viewport headers
   std::vector<uint64_t> pointedOut;  // handles the second header repeats
 };
 

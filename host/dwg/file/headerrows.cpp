@@ -8,9 +8,7 @@ constexpr HeaderRow var(HeaderOp op, const char* name, int code) {
   return {op, name, static_cast<int16_t>(code), 0, 0, 0, 255};
 }
 constexpr HeaderRow constant(HeaderOp op, double value) { return {op, nullptr, 0, value, 0, 0, 255}; }
-constexpr HeaderRow table(int which) {
-  return {HeaderOp::Table, nullptr, 0, 0, static_cast<uint8_t>(which), 0, 255};
-}
+constexpr HeaderRow table(int which) { return {HeaderOp::Table, nullptr, 0, 0, static_cast<uint8_t>(which), 0, 255}; }
 constexpr HeaderRow known(KnownRecord which) {
   return {HeaderOp::Known, nullptr, 0, 0, static_cast<uint8_t>(which), 0, 255};
 }

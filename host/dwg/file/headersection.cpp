@@ -162,7 +162,9 @@ class HeaderOut {
       case HeaderOp::BL: m_record.bl(static_cast<int32_t>(integer(row))); return;
       case HeaderOp::BLL: m_record.bll(static_cast<uint64_t>(integer(row))); return;
       case HeaderOp::RC: m_record.rc(static_cast<unsigned>(integer(row))); return;
-      case HeaderOp::BD: m_record.bd(row.name == nullptr ? row.constant : m_header.real(nameOfRow(row.name), row.constant)); return;
+      case HeaderOp::BD:
+        m_record.bd(row.name == nullptr ? row.constant : m_header.real(nameOfRow(row.name), row.constant));
+        return;
       case HeaderOp::BD3: m_record.bd3(point(nameOfRow(row.name))); return;
       case HeaderOp::RD2: {
         const GcGePoint3d p = m_header.point(nameOfRow(row.name));
@@ -202,7 +204,8 @@ class HeaderOut {
   void putColor(const HeaderRow& row) {
     const GcText name = nameOfRow(row.name);
     m_record.cmc(name == GC_T("$CECOLOR") ? m_database.cecolor()
-                                          : GcCmEntityColor::fromIndex(static_cast<int>(m_header.integer(name, static_cast<int64_t>(row.constant)))));
+                                          : GcCmEntityColor::fromIndex(static_cast<int>(
+                                                m_header.integer(name, static_cast<int64_t>(row.constant)))));
   }
   void putTime(const HeaderRow& row) {
     const GcText name = nameOfRow(row.name);

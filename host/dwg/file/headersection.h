@@ -27,8 +27,7 @@ struct HeaderReferences {
 };
 
 // Sets what needs no record; false when there is no readable header.
-bool readHeader(const Sections& sections, RecordContext& context, HeaderReferences& references,
-                GcDbLoadReport& report);
+bool readHeader(const Sections& sections, RecordContext& context, HeaderReferences& references, GcDbLoadReport& report);
 // Sets the rest: settings that name records, and what the database itself holds.
 void connectHeader(const RecordContext& context, const HeaderReferences& references);
 

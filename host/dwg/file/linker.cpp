@@ -97,9 +97,7 @@ class Linker {
     return parts;
   }
 
-  static bool isEntity(GcDbObjectId id) {
-    return id.isValid() && id.stub()->object->isKindOf(GcDbEntity::desc());
-  }
+  static bool isEntity(GcDbObjectId id) { return id.isValid() && id.stub()->object->isKindOf(GcDbEntity::desc()); }
   // Begin and end of a block, end of a sequence: owned, but no parts.
   static bool isFrame(GcDbObjectId id) {
     const GcRxClass* rxClass = id.objectClass();

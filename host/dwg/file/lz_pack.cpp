@@ -7,8 +7,8 @@ namespace gc::dwg {
 
 namespace {
 
-constexpr size_t kLeastCopy = 4;         // the hash finds runs of four bytes
-constexpr size_t kNearOffset = 0x400;    // told by two bytes
+constexpr size_t kLeastCopy = 4;          // the hash finds runs of four bytes
+constexpr size_t kNearOffset = 0x400;     // told by two bytes
 constexpr size_t kMiddleOffset = 0x4000;  // by three; farther ones by three too, of another range
 constexpr size_t kMostOffset = 0x7FFF;
 constexpr size_t kFirstLiterals = 4;  // the shortest run that can begin the data

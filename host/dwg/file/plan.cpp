@@ -26,9 +26,8 @@ class Planner {
     takeClasses();
     choose();
     if (m_context.version < kR2004) linkNeighbours();
-    std::sort(m_plan.objects.begin(), m_plan.objects.end(), [](const PlannedObject& a, const PlannedObject& b) {
-      return a.object->handle() < b.object->handle();
-    });
+    std::sort(m_plan.objects.begin(), m_plan.objects.end(),
+              [](const PlannedObject& a, const PlannedObject& b) { return a.object->handle() < b.object->handle(); });
     return std::move(m_plan);
   }
 
@@ -112,8 +111,7 @@ class Planner {
     const uint32_t fixed = ClassMap::fixedTypeOf(view(rxClass.name()));
     if (fixed != 0) return fixed;
     if (rxClass.dxfName() == nullptr) return 0;
-    return numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass,
-                         object.isKindOf(GcDbEntity::desc()));
+    return numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, object.isKindOf(GcDbEntity::desc()));
   }
 
   void choose() {
@@ -160,7 +158,8 @@ class Planner {
       RecordLinks& links = m_plan.objects[place->second].links;
       links.previous = i > 0 ? handles[i - 1] : 0;
       links.next = i + 1 < handles.size() ? handles[i + 1] : 0;
-      links.consecutive = (i == 0 || links.previous + 1 == handles[i]) && (links.next == 0 || links.next == handles[i] + 1);
+      links.consecutive =
+          (i == 0 || links.previous + 1 == handles[i]) && (links.next == 0 || links.next == handles[i] + 1);
     }
   }
 

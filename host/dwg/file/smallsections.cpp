@@ -40,7 +40,8 @@ std::vector<uint8_t> previewSection(const RecordContext& context, uint64_t addre
   constexpr uint64_t kCountAt = 20;
   constexpr uint64_t kEntrySize = 9;
   ByteWriter out;
-  if (const GcDbDwgSection* old = kept(context, "AcDb:Preview", false); old != nullptr && old->bytes.size() > kCountAt) {
+  if (const GcDbDwgSection* old = kept(context, "AcDb:Preview", false);
+      old != nullptr && old->bytes.size() > kCountAt) {
     out.bytes = old->bytes;
     const unsigned count = out.bytes[kCountAt];
     uint32_t least = UINT32_MAX;
@@ -93,7 +94,7 @@ std::vector<uint8_t> auxiliarySection(const RecordContext& context, const FileCo
   out.u8(0x01);
   out.u16(number);
   out.u16(0);
-  out.u32(1);           // saves
+  out.u32(1);  // saves
   out.u32(0xFFFFFFFF);
   out.u16(1);
   out.u16(0);

@@ -36,7 +36,8 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
   const WritePlan plan = planFile(context);
   FileContents contents = makeContents(context, plan);
   bytes = version < kR2004 ? buildR2000(context, contents) : buildR2004(context, contents);
-  if (plan.leftOut > 0) message = std::to_string(plan.leftOut) + " objects have no form in this version and were left out";
+  if (plan.leftOut > 0)
+    message = std::to_string(plan.leftOut) + " objects have no form in this version and were left out";
   return Gcad::eOk;
 }
 

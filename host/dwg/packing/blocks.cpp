@@ -112,7 +112,8 @@ inline GcDbObjectIdArray livingEntities(const RecordContext& context, const GcDb
 template <class Io>
 void ownedCount(Io& io) {
   int owned = 0;
-  if constexpr (Io::kWriting) owned = livingEntities(io.rec.context, static_cast<GcDbBlockTableRecord&>(objectOf(io))).length();
+  if constexpr (Io::kWriting)
+    owned = livingEntities(io.rec.context, static_cast<GcDbBlockTableRecord&>(objectOf(io))).length();
   io.registers[kOwnedCount] = static_cast<uint32_t>(io.rec.count(io.rec.bl(owned), 8));
 }
 

@@ -53,21 +53,21 @@ void arcPoint(Io& io) {
   io.setPoint(0, {p.x, p.y, held.z});
 }
 
-#define DIMENSION_HEAD(kind)                                                 \
-  section("AcDbDimension"), field(Op::RC, 280).from(kR2010),                 \
-      field(Op::BD3, 210), piece(textMiddle<PieceIn>, textMiddle<PieceOut>, {11}), \
-      piece(flags<PieceIn, kind>, flags<PieceOut, kind>, {70}), field(Op::T, 1), field(Op::BD, 53), \
-      field(Op::BD, 51), fixed(Op::BD, 1), fixed(Op::BD, 1), fixed(Op::BD, 1), field(Op::BD, 54).maybe(), \
-      field(Op::BS, 71).from(kR2000), field(Op::BS, 72).from(kR2000), field(Op::BD, 41).from(kR2000), \
-      field(Op::BD, 42).from(kR2000), field(Op::B, 73).from(kR2007), field(Op::B, 74).from(kR2007), \
-      field(Op::B, 75).from(kR2007), piece(cloneOffset<PieceIn>, cloneOffset<PieceOut>, {12})
+#define DIMENSION_HEAD(kind)                                                                                           \
+  section("AcDbDimension"), field(Op::RC, 280).from(kR2010), field(Op::BD3, 210),                                      \
+      piece(textMiddle<PieceIn>, textMiddle<PieceOut>, {11}),                                                          \
+      piece(flags<PieceIn, kind>, flags<PieceOut, kind>, {70}), field(Op::T, 1), field(Op::BD, 53), field(Op::BD, 51), \
+      fixed(Op::BD, 1), fixed(Op::BD, 1), fixed(Op::BD, 1), field(Op::BD, 54).maybe(), field(Op::BS, 71).from(kR2000), \
+      field(Op::BS, 72).from(kR2000), field(Op::BD, 41).from(kR2000), field(Op::BD, 42).from(kR2000),                  \
+      field(Op::B, 73).from(kR2007), field(Op::B, 74).from(kR2007), field(Op::B, 75).from(kR2007),                     \
+      piece(cloneOffset<PieceIn>, cloneOffset<PieceOut>, {12})
 
 #define DIMENSION_TAIL section("AcDbDimension"), field(Op::H, 3).as(5), field(Op::H, 2).as(5)
 #define DEFINITION_POINT section("AcDbDimension"), field(Op::BD3, 10)
 
 constinit const PackRow kRotated[] = {
-    DIMENSION_HEAD(0),    section("AcDbAlignedDimension"), field(Op::BD3, 13), field(Op::BD3, 14),
-    DEFINITION_POINT,     section("AcDbAlignedDimension"), field(Op::BD, 52),  field(Op::BD, 50),
+    DIMENSION_HEAD(0), section("AcDbAlignedDimension"), field(Op::BD3, 13), field(Op::BD3, 14),
+    DEFINITION_POINT,  section("AcDbAlignedDimension"), field(Op::BD, 52),  field(Op::BD, 50),
     DIMENSION_TAIL,
 };
 
@@ -88,35 +88,44 @@ constinit const PackRow kTwoLines[] = {
 };
 
 constinit const PackRow kThreePoints[] = {
-    DIMENSION_HEAD(5),  DEFINITION_POINT,    section("AcDb3PointAngularDimension"), field(Op::BD3, 13),
-    field(Op::BD3, 14), field(Op::BD3, 15), DIMENSION_TAIL,
+    DIMENSION_HEAD(5),  DEFINITION_POINT, section("AcDb3PointAngularDimension"), field(Op::BD3, 13), field(Op::BD3, 14),
+    field(Op::BD3, 15), DIMENSION_TAIL,
 };
 
 constinit const PackRow kRadial[] = {
-    DIMENSION_HEAD(4), DEFINITION_POINT, section("AcDbRadialDimension"), field(Op::BD3, 15), field(Op::BD, 40),
-    DIMENSION_TAIL,
+    DIMENSION_HEAD(4),  DEFINITION_POINT,  section("AcDbRadialDimension"),
+    field(Op::BD3, 15), field(Op::BD, 40), DIMENSION_TAIL,
 };
 
 constinit const PackRow kDiametric[] = {
-    DIMENSION_HEAD(3), section("AcDbDiametricDimension"), field(Op::BD3, 15), DEFINITION_POINT,
-    section("AcDbDiametricDimension"), field(Op::BD, 40), DIMENSION_TAIL,
+    DIMENSION_HEAD(3), section("AcDbDiametricDimension"), field(Op::BD3, 15),
+    DEFINITION_POINT,  section("AcDbDiametricDimension"), field(Op::BD, 40),
+    DIMENSION_TAIL,
 };
 
 constinit const PackRow kOrdinate[] = {
-    DIMENSION_HEAD(6),  DEFINITION_POINT,
-    section("AcDbOrdinateDimension"), field(Op::BD3, 13), field(Op::BD3, 14), section("AcDbDimension"),
-    piece(alongX<PieceIn>, alongX<PieceOut>, {70}), DIMENSION_TAIL,
+    DIMENSION_HEAD(6),
+    DEFINITION_POINT,
+    section("AcDbOrdinateDimension"),
+    field(Op::BD3, 13),
+    field(Op::BD3, 14),
+    section("AcDbDimension"),
+    piece(alongX<PieceIn>, alongX<PieceOut>, {70}),
+    DIMENSION_TAIL,
 };
 
 constinit const PackRow kArc[] = {
-    DIMENSION_HEAD(5),  DEFINITION_POINT,    section("AcDbArcDimension"), field(Op::BD3, 13), field(Op::BD3, 14),
-    field(Op::BD3, 15), field(Op::B, 70),   field(Op::BD, 40),           field(Op::BD, 41),  field(Op::B, 71),
-    field(Op::BD3, 16), field(Op::BD3, 17), DIMENSION_TAIL,
+    DIMENSION_HEAD(5),  DEFINITION_POINT,   section("AcDbArcDimension"),
+    field(Op::BD3, 13), field(Op::BD3, 14), field(Op::BD3, 15),
+    field(Op::B, 70),   field(Op::BD, 40),  field(Op::BD, 41),
+    field(Op::B, 71),   field(Op::BD3, 16), field(Op::BD3, 17),
+    DIMENSION_TAIL,
 };
 
 constinit const PackRow kLargeRadial[] = {
-    DIMENSION_HEAD(4),  DEFINITION_POINT,    section("AcDbRadialDimensionLarge"), field(Op::BD3, 13),
-    field(Op::BD, 40), field(Op::BD3, 14), field(Op::BD3, 15), DIMENSION_TAIL,
+    DIMENSION_HEAD(4),  DEFINITION_POINT,  section("AcDbRadialDimensionLarge"),
+    field(Op::BD3, 13), field(Op::BD, 40), field(Op::BD3, 14),
+    field(Op::BD3, 15), DIMENSION_TAIL,
 };
 
 #undef DIMENSION_HEAD

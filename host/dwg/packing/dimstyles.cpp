@@ -155,8 +155,6 @@ constinit const PackRow kDimStyle[] = {
 
 }  // namespace
 
-void addDimStyles(std::vector<ClassPacking>& list) {
-  list.push_back(packingOf("AcDbDimStyleTableRecord", kDimStyle));
-}
+void addDimStyles(std::vector<ClassPacking>& list) { list.push_back(packingOf("AcDbDimStyleTableRecord", kDimStyle)); }
 
 }  // namespace gc::dwg::packing

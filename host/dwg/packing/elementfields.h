@@ -43,7 +43,9 @@ class ElementFields {
     const double value = m_io.rec.bd(row == nullptr ? 0 : realOf(*row, m_element));
     if (!Io::kWriting && row != nullptr) setReal(*row, m_element, value);
   }
-  void rd2(int code, int nth = 0) { plane(code, nth, [&](const GcGePoint2d& p) { return m_io.rec.rd2(p); }); }
+  void rd2(int code, int nth = 0) {
+    plane(code, nth, [&](const GcGePoint2d& p) { return m_io.rec.rd2(p); });
+  }
   void bd3(int code, int nth = 0) {
     const GcDbField* row = m_of.row(code, nth);
     const GcGePoint3d value = m_io.rec.bd3(row == nullptr ? GcGePoint3d() : pointOf(*row, m_element));
@@ -65,9 +67,7 @@ class ElementFields {
     if (!Io::kWriting && row != nullptr) setId(*row, m_element, value);
   }
   // The nth array of the element whose count or first field has the code.
-  [[nodiscard]] Elements array(int code, int nth = 0) const {
-    return {m_of.arrayRow(code, nth), m_element};
-  }
+  [[nodiscard]] Elements array(int code, int nth = 0) const { return {m_of.arrayRow(code, nth), m_element}; }
 
  private:
   template <class F>

@@ -153,19 +153,15 @@ constinit const PackRow kLightweight[] = {
 };
 
 constinit const PackRow kVertex2d[] = {
-    section("AcDb2dVertex"),
-    field(Op::RC, 70),
-    field(Op::BD3, 10),
-    piece(vertexWidths<PieceIn>, vertexWidths<PieceOut>, {40, 41}),
-    field(Op::BD, 42),
-    field(Op::BL, 91).from(kR2010).maybe(),
+    section("AcDb2dVertex"), field(Op::RC, 70),
+    field(Op::BD3, 10),      piece(vertexWidths<PieceIn>, vertexWidths<PieceOut>, {40, 41}),
+    field(Op::BD, 42),       field(Op::BL, 91).from(kR2010).maybe(),
     field(Op::BD, 50),
 };
 
 constinit const PackRow kVertex3d[] = {section("AcDb3dPolylineVertex"), field(Op::RC, 70), field(Op::BD3, 10)};
 constinit const PackRow kMeshVertex[] = {section("AcDbPolygonMeshVertex"), field(Op::RC, 70), field(Op::BD3, 10)};
-constinit const PackRow kFaceMeshVertex[] = {section("AcDbPolyFaceMeshVertex"), field(Op::RC, 70),
-                                             field(Op::BD3, 10)};
+constinit const PackRow kFaceMeshVertex[] = {section("AcDbPolyFaceMeshVertex"), field(Op::RC, 70), field(Op::BD3, 10)};
 constinit const PackRow kFaceRecord[] = {
     section("AcDbFaceRecord"), field(Op::BS, 71), field(Op::BS, 72), field(Op::BS, 73), field(Op::BS, 74),
 };
@@ -200,9 +196,8 @@ void meshFlags(Io& io) {
   io.setNum(0, flags | Kind);
 }
 
-#define PARTS                                             \
-  piece(partCount<PieceIn>, partCount<PieceOut>, {}),     \
-      piece(partReferences<PieceIn>, partReferences<PieceOut>, {})
+#define PARTS \
+  piece(partCount<PieceIn>, partCount<PieceOut>, {}), piece(partReferences<PieceIn>, partReferences<PieceOut>, {})
 
 constinit const PackRow kPolyline2d[] = {
     section("AcDb2dPolyline"),
@@ -223,14 +218,10 @@ constinit const PackRow kPolyline3d[] = {
 };
 
 constinit const PackRow kPolygonMesh[] = {
-    section("AcDbPolygonMesh"),
-    piece(meshFlags<PieceIn, 16>, meshFlags<PieceOut, 16>, {70}),
-    field(Op::BS, 75),
-    field(Op::BS, 71),
-    field(Op::BS, 72),
-    field(Op::BS, 73),
-    field(Op::BS, 74),
-    PARTS,
+    section("AcDbPolygonMesh"), piece(meshFlags<PieceIn, 16>, meshFlags<PieceOut, 16>, {70}),
+    field(Op::BS, 75),          field(Op::BS, 71),
+    field(Op::BS, 72),          field(Op::BS, 73),
+    field(Op::BS, 74),          PARTS,
 };
 
 constinit const PackRow kPolyFaceMesh[] = {

@@ -68,7 +68,7 @@ constinit const PackRow kCircle[] = {
 };
 
 constinit const PackRow kArc[] = {
-    section("AcDbCircle"), field(Op::BD3, 10),  field(Op::BD, 40), field(Op::BT, 39),
+    section("AcDbCircle"), field(Op::BD3, 10), field(Op::BD, 40), field(Op::BT, 39),
     field(Op::BE, 210),    section("AcDbArc"), field(Op::BD, 50), field(Op::BD, 51),
 };
 

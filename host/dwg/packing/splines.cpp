@@ -7,8 +7,17 @@ namespace gc::dwg::packing {
 namespace {
 
 enum SplineField {
-  kFlags, kDegree, kKnotTolerance, kControlTolerance, kFitTolerance, kStartTangent, kEndTangent, kKnots, kWeights,
-  kControlPoints, kFitPoints
+  kFlags,
+  kDegree,
+  kKnotTolerance,
+  kControlTolerance,
+  kFitTolerance,
+  kStartTangent,
+  kEndTangent,
+  kKnots,
+  kWeights,
+  kControlPoints,
+  kFitPoints
 };
 
 enum SplineBits : unsigned { kClosed = 1, kPeriodic = 2, kRational = 4, kPlanar = 8, kLinear = 16 };
@@ -126,14 +135,8 @@ constinit const PackRow kLeader[] = {
 };
 
 constinit const PackRow kTolerance[] = {
-    section("AcDbFcf"),
-    fixed(Op::BS).until(kR2000),
-    fixed(Op::BD).until(kR2000),
-    fixed(Op::BD).until(kR2000),
-    field(Op::BD3, 10),
-    field(Op::BD3, 11),
-    field(Op::BD3, 210),
-    field(Op::T, 1),
+    section("AcDbFcf"),    fixed(Op::BS).until(kR2000), fixed(Op::BD).until(kR2000), fixed(Op::BD).until(kR2000),
+    field(Op::BD3, 10),    field(Op::BD3, 11),          field(Op::BD3, 210),         field(Op::T, 1),
     field(Op::H, 3).as(5),
 };
 

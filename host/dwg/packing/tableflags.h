@@ -43,8 +43,8 @@ template <class Io>
 void tableFlags(Io& io) {
   const unsigned bits = recordHead(io);
   if constexpr (!Io::kWriting)
-    ignore(static_cast<GcDbSymbolTableRecord*>(static_cast<GcDbObject*>(io.object))
-               ->setFlags(static_cast<int16_t>(bits)));
+    ignore(
+        static_cast<GcDbSymbolTableRecord*>(static_cast<GcDbObject*>(io.object))->setFlags(static_cast<int16_t>(bits)));
 }
 
 }  // namespace gc::dwg::packing

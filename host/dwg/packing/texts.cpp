@@ -7,8 +7,20 @@ namespace gc::dwg::packing {
 namespace {
 
 // The fields a text names to its pieces, in this order.
-enum TextField { kInsertion, kAlignment, kNormal, kThickness, kOblique, kRotation, kHeight, kWidth, kText, kGeneration,
-                 kHorizontal, kVertical };
+enum TextField {
+  kInsertion,
+  kAlignment,
+  kNormal,
+  kThickness,
+  kOblique,
+  kRotation,
+  kHeight,
+  kWidth,
+  kText,
+  kGeneration,
+  kHorizontal,
+  kVertical
+};
 
 // Bits that say what is left out because it has its usual value.
 enum TextOmits : unsigned {
@@ -89,13 +101,12 @@ void textBefore2000(Io& io) {
   io.bs(kGeneration);
   io.bs(kHorizontal);
   io.bs(kVertical);
-  if (io.num(kHorizontal) != 0 || io.num(kVertical) != 0)
-    io.setPoint(kAlignment, {aligned.x, aligned.y, elevation});
+  if (io.num(kHorizontal) != 0 || io.num(kVertical) != 0) io.setPoint(kAlignment, {aligned.x, aligned.y, elevation});
 }
 
-#define TEXT_BODY(vertical)                                                                                        \
-  piece(textBefore2000<PieceIn>, textBefore2000<PieceOut>, {10, 11, 210, 39, 51, 50, 40, 41, 1, 71, 72, vertical}) \
-      .until(kR2000),                                                                                              \
+#define TEXT_BODY(vertical)                                                                                          \
+  piece(textBefore2000<PieceIn>, textBefore2000<PieceOut>, {10, 11, 210, 39, 51, 50, 40, 41, 1, 71, 72, vertical})   \
+      .until(kR2000),                                                                                                \
       piece(textSince2000<PieceIn>, textSince2000<PieceOut>, {10, 11, 210, 39, 51, 50, 40, 41, 1, 71, 72, vertical}) \
           .from(kR2000)
 

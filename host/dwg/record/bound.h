@@ -14,7 +14,7 @@ struct BoundTable;
 
 struct BoundRow {
   const PackRow* pack = nullptr;
-  const GcDbField* field = nullptr;       // null: a constant, or a field the class does not keep
+  const GcDbField* field = nullptr;        // null: a constant, or a field the class does not keep
   const GcDbField* const* args = nullptr;  // of pieces and stored numbers; single ones may be null
   const BoundTable* elements = nullptr;    // Records
 };

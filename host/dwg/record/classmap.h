@@ -15,7 +15,7 @@ inline constexpr uint32_t kProxyEntity = 0x1F2;
 inline constexpr uint32_t kProxyObject = 0x1F3;
 
 struct TypeInfo {
-  GcText dxfName;              // group 0 of the type
+  GcText dxfName;                // group 0 of the type
   GcRxClass* rxClass = nullptr;  // null: not loaded, or nothing the database knows
   bool isEntity = false;
   bool isKnown = false;  // false: a number nobody describes

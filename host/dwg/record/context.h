@@ -46,13 +46,13 @@ struct RecordContext {
 // Links of an object to others that are no fields of its class.
 struct RecordLinks {
   enum class Mode : uint8_t { Owner = 0, PaperSpace = 1, ModelSpace = 2 };
-  Mode mode = Mode::Owner;     // entities: whether the owner is given or is one of the two spaces
-  bool consecutive = true;     // R13..R2000: the neighbours have the handles before and after this one
-  uint64_t previous = 0;       // R13..R2000 entities
+  Mode mode = Mode::Owner;  // entities: whether the owner is given or is one of the two spaces
+  bool consecutive = true;  // R13..R2000: the neighbours have the handles before and after this one
+  uint64_t previous = 0;    // R13..R2000 entities
   uint64_t next = 0;
-  uint64_t firstPart = 0;      // R13..R2000: ends of the chain of owned entities
+  uint64_t firstPart = 0;  // R13..R2000: ends of the chain of owned entities
   uint64_t lastPart = 0;
-  GcDbObjectIdArray parts;     // from AC1018 on: the owned entities themselves
+  GcDbObjectIdArray parts;  // from AC1018 on: the owned entities themselves
   GcDbObjectId sequenceEnd;
   bool hasParts = false;
 };

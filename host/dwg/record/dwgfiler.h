@@ -30,9 +30,13 @@ class RecordFiler : public GcDbDwgFiler {
   Gcad::ErrorStatus writeBytes(const void* bytes, uint64_t count) override;
 
   // One line per kind of value: the call of the record that passes it.
-#define GC_DWG_VALUE(Name, Type, take, put)                                                     \
-  Gcad::ErrorStatus read##Name(Type* value) override { return pass([&] { *value = take; }); } \
-  Gcad::ErrorStatus write##Name(Type value) override { return pass([&] { put; }); }
+#define GC_DWG_VALUE(Name, Type, take, put)            \
+  Gcad::ErrorStatus read##Name(Type* value) override { \
+    return pass([&] { *value = take; });               \
+  }                                                    \
+  Gcad::ErrorStatus write##Name(Type value) override { \
+    return pass([&] { put; });                         \
+  }
   GC_DWG_VALUE(Bool, bool, m_record.b(false), m_record.b(value))
   GC_DWG_VALUE(UInt8, uint8_t, static_cast<uint8_t>(m_record.rc(0)), m_record.rc(value))
   GC_DWG_VALUE(Int16, int16_t, static_cast<int16_t>(m_record.bs(0)), m_record.bs(value))
@@ -41,9 +45,13 @@ class RecordFiler : public GcDbDwgFiler {
   GC_DWG_VALUE(Int64, int64_t, static_cast<int64_t>(m_record.rll(0)), m_record.rll(static_cast<uint64_t>(value)))
   GC_DWG_VALUE(Double, double, m_record.bd(0), m_record.bd(value))
 #undef GC_DWG_VALUE
-#define GC_DWG_STRUCT(Name, Type, take, put)                                                    \
-  Gcad::ErrorStatus read##Name(Type* value) override { return pass([&] { *value = take; }); } \
-  Gcad::ErrorStatus write##Name(const Type& value) override { return pass([&] { put; }); }
+#define GC_DWG_STRUCT(Name, Type, take, put)                  \
+  Gcad::ErrorStatus read##Name(Type* value) override {        \
+    return pass([&] { *value = take; });                      \
+  }                                                           \
+  Gcad::ErrorStatus write##Name(const Type& value) override { \
+    return pass([&] { put; });                                \
+  }
   GC_DWG_STRUCT(Point2d, GcGePoint2d, m_record.rd2({}), m_record.rd2(value))
   GC_DWG_STRUCT(Point3d, GcGePoint3d, m_record.bd3({}), m_record.bd3(value))
   GC_DWG_STRUCT(Vector3d, GcGeVector3d, vectorOf(m_record.bd3({})), m_record.bd3({value.x, value.y, value.z}))

@@ -9,7 +9,7 @@ namespace gc::dwg {
 
 namespace {
 
-constexpr int16_t kWeights[] = {0,  5,  9,  13, 15, 18, 20,  25,  30,  35,  40,  50,
+constexpr int16_t kWeights[] = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
                                 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
 constexpr unsigned kByLayer = 29;
 constexpr unsigned kByBlock = 30;

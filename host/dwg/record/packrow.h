@@ -50,12 +50,12 @@ struct PackRow {
   Op op = Op::Section;
   uint8_t since = 0;
   uint8_t before = 255;
-  int16_t code = 0;         // group code in the class's description; 0: a constant that no class keeps
-  int8_t nth = 0;           // which of the fields of that code in the section
-  uint8_t handleCode = 0;   // H: 2..5; 0: by what the field means
-  bool optional = false;    // the description may lack it: read and dropped, written as `constant`
-  int8_t toRegister = -1;   // the value is kept for conditions of later rows
-  int8_t ifRegister = -1;   // only when (register & mask) != 0 is `ifSet`
+  int16_t code = 0;        // group code in the class's description; 0: a constant that no class keeps
+  int8_t nth = 0;          // which of the fields of that code in the section
+  uint8_t handleCode = 0;  // H: 2..5; 0: by what the field means
+  bool optional = false;   // the description may lack it: read and dropped, written as `constant`
+  int8_t toRegister = -1;  // the value is kept for conditions of later rows
+  int8_t ifRegister = -1;  // only when (register & mask) != 0 is `ifSet`
   bool ifSet = true;
   uint32_t ifMask = 0;
   Op countOp = Op::BL;  // Records

@@ -188,9 +188,7 @@ uint64_t handleInTable(GcDbObjectId tableId, GcView name) {
 
 }  // namespace
 
-uint64_t RecordContext::handleOfApplication(GcView name) const {
-  return handleInTable(database.regAppTableId(), name);
-}
+uint64_t RecordContext::handleOfApplication(GcView name) const { return handleInTable(database.regAppTableId(), name); }
 
 uint64_t RecordContext::handleOfLayer(GcView name) const { return handleInTable(database.layerTableId(), name); }
 

@@ -19,7 +19,7 @@ class RecordIn {
   RecordContext& context;
   uint64_t own;  // handle of the record
   BitReader data;
-  BitReader texts;    // from AC1021 on; empty when the record has no texts
+  BitReader texts;  // from AC1021 on; empty when the record has no texts
   BitReader handles;
   RecordLinks links;
   bool hasTexts = false;

@@ -34,7 +34,5 @@ struct GcGeBox {
   [[nodiscard]] double diagonal() const {
     return isEmpty() ? 0 : GcGeVector3d(hi[0] - lo[0], hi[1] - lo[1], hi[2] - lo[2]).length();
   }
-  [[nodiscard]] GcGeVector3d middle() const {
-    return {(lo[0] + hi[0]) / 2, (lo[1] + hi[1]) / 2, (lo[2] + hi[2]) / 2};
-  }
+  [[nodiscard]] GcGeVector3d middle() const { return {(lo[0] + hi[0]) / 2, (lo[1] + hi[1]) / 2, (lo[2] + hi[2]) / 2}; }
 };

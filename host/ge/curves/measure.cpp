@@ -71,9 +71,8 @@ double solve(const GcGeSpan& s, const GcGePole* poles, const GcGeMeasure::Piece&
   }
   for (int i = 0; i < 60; ++i) {
     // Measured from the nearer end, so that the error is that of the shorter way.
-    const double error = u - piece.u0 <= piece.u1 - u
-                             ? gaussLength(s, poles, piece.u0, u) - dist
-                             : (piece.length - dist) - gaussLength(s, poles, u, piece.u1);
+    const double error = u - piece.u0 <= piece.u1 - u ? gaussLength(s, poles, piece.u0, u) - dist
+                                                      : (piece.length - dist) - gaussLength(s, poles, u, piece.u1);
     (error > 0 ? high : low) = u;
     const double speed = gcgeSpeedAt(s, poles, u);
     double next = speed > 0 ? u - error / speed : low;

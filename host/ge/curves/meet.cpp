@@ -96,9 +96,8 @@ void joinStretches(std::vector<GcGeSharing>& stretches, double tol) {
 void tidy(const GcGePath& a, const GcGePath& b, double tol, GcGeMeetings& found) {
   joinStretches(found.stretches, tol);
   std::vector<GcGeMeeting>& points = found.points;
-  std::sort(points.begin(), points.end(), [](const GcGeMeeting& x, const GcGeMeeting& y) {
-    return x.ta != y.ta ? x.ta < y.ta : x.tb < y.tb;
-  });
+  std::sort(points.begin(), points.end(),
+            [](const GcGeMeeting& x, const GcGeMeeting& y) { return x.ta != y.ta ? x.ta < y.ta : x.tb < y.tb; });
   const double near = 16 * tol;
   std::vector<GcGeMeeting> kept;
   kept.reserve(points.size());
@@ -168,7 +167,8 @@ bool meetAtJointOnly(const GcGePath& path, const GcGeTree& tree, int i, int j) {
   const bool next = sj == si + 1;
   const bool wraps = path.isClosed() && si == 0 && sj == static_cast<int>(path.spans().size()) - 1;
   if (!next && !wraps) return false;
-  if (a.kind == Kind::Line && b.kind == Kind::Line) return a.b.crossProduct(b.b).lengthSqrd() > 0 || a.b.dotProduct(b.b) > 0;
+  if (a.kind == Kind::Line && b.kind == Kind::Line)
+    return a.b.crossProduct(b.b).lengthSqrd() > 0 || a.b.dotProduct(b.b) > 0;
   const bool touching = next ? j == i + 1 : i == 0 && j == static_cast<int>(tree.leaves.size()) - 1;
   return touching && partAtJoint(path, tree, next ? i : j, next ? j : i);
 }
@@ -203,10 +203,9 @@ GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol) {
     const size_t before = found.points.size();
     GcGeMeetPair({&path, &tree, i, {}}, {&path, &tree, j, {}}, tol, found).solve();
     if (found.points.size() > before && areNeighbours(path, tree, i, j))
-      found.points.erase(
-          std::remove_if(found.points.begin() + static_cast<long>(before), found.points.end(),
-                         [&](const GcGeMeeting& p) { return samePlace(path, p.ta, p.tb, near); }),
-          found.points.end());
+      found.points.erase(std::remove_if(found.points.begin() + static_cast<long>(before), found.points.end(),
+                                        [&](const GcGeMeeting& p) { return samePlace(path, p.ta, p.tb, near); }),
+                         found.points.end());
   };
   Descent(tree, tree, {}, tol, pair).runSelf();
   for (GcGeMeeting& p : found.points)

@@ -14,10 +14,10 @@ struct Part {
   int degree = 1;
   double v0 = 0, v1 = 1;  // of the leaf
   GcGeBox box;
-  GcGeVector3d way;          // unit chord; zero when the ends fall together
-  double length = 0;         // of the chord
-  double deviation = 0;      // of the hull from the chord's line
-  double sine = 0;           // of the largest angle between a leg and the chord; 1 when over a quarter turn
+  GcGeVector3d way;      // unit chord; zero when the ends fall together
+  double length = 0;     // of the chord
+  double deviation = 0;  // of the hull from the chord's line
+  double sine = 0;       // of the largest angle between a leg and the chord; 1 when over a quarter turn
   double extent = 0;
 
   void measure() {

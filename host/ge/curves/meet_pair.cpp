@@ -34,9 +34,7 @@ GcGeOnPath GcGeMeetSide::closestTo(const GcGeVector3d& p) const {
   return on;
 }
 
-void GcGeMeetPair::meet(double ua, double ub) {
-  m_found.points.push_back({a.tAt(ua), b.tAt(ub), a.pointAt(ua)});
-}
+void GcGeMeetPair::meet(double ua, double ub) { m_found.points.push_back({a.tAt(ua), b.tAt(ub), a.pointAt(ua)}); }
 
 bool GcGeMeetPair::meetIfInside(double ua, double ub) {
   const GcGeLeaf &la = a.range(), &lb = b.range();

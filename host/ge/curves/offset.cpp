@@ -142,7 +142,8 @@ class Trimmer {
     std::stable_sort(at.begin(), at.end(), [&](int x, int y) { return cuts[x].t < cuts[y].t; });
     for (size_t i = 0; i < at.size(); ++i) place[at[i]] = static_cast<int>(i);
     m_sorted.clear();
-    for (const int i : at) m_sorted.push_back({cuts[i].t, cuts[i].partner < 0 ? -1 : place[cuts[i].partner], cuts[i].corner});
+    for (const int i : at)
+      m_sorted.push_back({cuts[i].t, cuts[i].partner < 0 ? -1 : place[cuts[i].partner], cuts[i].corner});
     m_slices.clear();
     for (size_t i = 0; i < m_sorted.size(); ++i) {
       const bool last = i + 1 == m_sorted.size();
@@ -177,8 +178,8 @@ class Trimmer {
       if (!slice.valid || slice.next >= 0) continue;
       const GcGeVector3d at = pointAt(slice.t1);
       for (int j = 0; j < count; ++j)
-        if (m_slices[j].valid && !m_slices[j].targeted &&
-            (pointAt(m_slices[j].t0) - at).length() <= 64 * m_tol.point && take(slice, j))
+        if (m_slices[j].valid && !m_slices[j].targeted && (pointAt(m_slices[j].t0) - at).length() <= 64 * m_tol.point &&
+            take(slice, j))
           break;
     }
   }

@@ -155,7 +155,8 @@ class Maker {
     size_t i = 0;
     while (i < m_run.size()) {
       size_t take = 1;
-      while (i + 2 * take <= m_run.size() && !crossesCusp(i, 2 * take) && fits(s, start, m_run[i + 2 * take - 1])) take *= 2;
+      while (i + 2 * take <= m_run.size() && !crossesCusp(i, 2 * take) && fits(s, start, m_run[i + 2 * take - 1]))
+        take *= 2;
       fit(s, start, m_run[i + take - 1], 0);
       start = m_run[i + take - 1];
       i += take;
@@ -184,7 +185,8 @@ class Maker {
   static GcGeVector3d hermite(const Sample& from, const Sample& to, double part) {
     const double range = to.u - from.u, q = 1 - part;
     const GcGeVector3d p1 = from.point + from.first * (range / 3), p2 = to.point - to.first * (range / 3);
-    return from.point * (q * q * q) + p1 * (3 * q * q * part) + p2 * (3 * q * part * part) + to.point * (part * part * part);
+    return from.point * (q * q * q) + p1 * (3 * q * q * part) + p2 * (3 * q * part * part) +
+           to.point * (part * part * part);
   }
 
   [[nodiscard]] bool fits(const GcGeSpan& s, const Sample& from, const Sample& to) const {

@@ -13,8 +13,12 @@ GcGePath& GcGePath::operator=(GcGePath&&) noexcept = default;
 GcGePath::~GcGePath() = default;
 
 GcGePath::GcGePath(const GcGePath& other)
-    : m_origin(other.m_origin), m_spans(other.m_spans), m_poles(other.m_poles), m_closed(other.m_closed),
-      m_periodic(other.m_periodic), m_size(other.m_size) {}
+    : m_origin(other.m_origin),
+      m_spans(other.m_spans),
+      m_poles(other.m_poles),
+      m_closed(other.m_closed),
+      m_periodic(other.m_periodic),
+      m_size(other.m_size) {}
 
 GcGePath& GcGePath::operator=(const GcGePath& other) {
   if (this != &other) *this = GcGePath(other);

@@ -41,8 +41,8 @@ class GcGePath {
   // From `base` along the unit direction; u0 and u1 are distances and the parameters, infinite ones allowed.
   void addUnbounded(const GcGePoint3d& base, const GcGeVector3d& unitDirection, double u0, double u1);
   // center + x cos(f) + y sin(f) for f from startRad on by sweepRad; x and y are conjugate radii.
-  void addArc(const GcGePoint3d& center, const GcGeVector3d& x, const GcGeVector3d& y, double startRad,
-              double sweepRad, double t0, double t1);
+  void addArc(const GcGePoint3d& center, const GcGeVector3d& x, const GcGeVector3d& y, double startRad, double sweepRad,
+              double t0, double t1);
   // The circular arc between two points that a bulge (tangent of a quarter of its sweep) describes, about the unit
   // normal; a straight line when the bulge is zero.
   void addBulge(const GcGePoint3d& from, const GcGePoint3d& to, double bulge, const GcGeVector3d& normal, double t0,

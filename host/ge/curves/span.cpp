@@ -69,12 +69,9 @@ GcGeJet bezierJet(const GcGePole* poles, int n, double u) {
 
 GcGeJet gcgeJetAt(const GcGeSpan& span, const GcGePole* poles, double u) {
   switch (span.kind) {
-    case GcGeSpan::Kind::Line:
-      return {span.a + span.b * u, span.b, {}};
-    case GcGeSpan::Kind::Arc:
-      return arcJet(span, u);
-    case GcGeSpan::Kind::Bezier:
-      break;
+    case GcGeSpan::Kind::Line: return {span.a + span.b * u, span.b, {}};
+    case GcGeSpan::Kind::Arc: return arcJet(span, u);
+    case GcGeSpan::Kind::Bezier: break;
   }
   const GcGePole* own = poles + span.firstPole;
   return span.degree == 3 && !span.rational ? cubicJet(own, u) : bezierJet(own, span.degree, u);

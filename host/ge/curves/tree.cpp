@@ -26,12 +26,8 @@ class Maker {
   void add(int index) {
     const GcGeSpan& s = m_path.spans()[index];
     switch (s.kind) {
-      case GcGeSpan::Kind::Line:
-        addLine(index, s);
-        break;
-      case GcGeSpan::Kind::Arc:
-        addArc(index, s);
-        break;
+      case GcGeSpan::Kind::Line: addLine(index, s); break;
+      case GcGeSpan::Kind::Arc: addArc(index, s); break;
       case GcGeSpan::Kind::Bezier: {
         GcGePole poles[GcGeSpan::kMostDegree + 1];
         const GcGePole* own = m_path.poles() + s.firstPole;

@@ -16,9 +16,9 @@ struct GcGeLeaf {
 
 struct GcGeTree {
   std::vector<GcGeLeaf> leaves;
-  std::vector<GcGePole> poles;     // Bezier leaves cut to their part, arcs as rational quadratics
-  std::vector<GcGeBox> boxes;       // all levels, leaves first
-  std::vector<int> levelStart;     // index of a level's first box; one more entry at the end
+  std::vector<GcGePole> poles;  // Bezier leaves cut to their part, arcs as rational quadratics
+  std::vector<GcGeBox> boxes;   // all levels, leaves first
+  std::vector<int> levelStart;  // index of a level's first box; one more entry at the end
 
   explicit GcGeTree(const GcGePath& path);
   [[nodiscard]] int levels() const { return static_cast<int>(levelStart.size()) - 1; }
@@ -28,7 +28,7 @@ struct GcGeTree {
 
 // A leaf as a (rational) Bezier curve with parameter v in [0, 1].
 struct GcGeLeafCurve {
-  GcGePole line[2];             // storage for lines
+  GcGePole line[2];  // storage for lines
   const GcGePole* poles = nullptr;
   int degree = 1;
   bool rational = false;

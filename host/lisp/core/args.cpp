@@ -60,27 +60,27 @@ Symbol* Args::cellSymbol() {
 
 uint64_t Args::entityName() {
   const LispValue v = any();
-  const auto*     e = objectOf<EntityName>(v, ObjectType::EntityName);
+  const auto* e = objectOf<EntityName>(v, ObjectType::EntityName);
   if (!e) failType(m_vm, kLentityp, v);
   return e->id;
 }
 
 SelectionSet& Args::selectionSet() {
   const LispValue v = any();
-  auto*           s = objectOf<SelectionSet>(v, ObjectType::SelectionSet);
+  auto* s = objectOf<SelectionSet>(v, ObjectType::SelectionSet);
   if (!s) failType(m_vm, kLselsetp, v);
   return *s;
 }
 
 File& Args::file() {
   const LispValue v = any();
-  auto*           f = objectOf<File>(v, ObjectType::File);
+  auto* f = objectOf<File>(v, ObjectType::File);
   if (!f) failType(m_vm, "streamp", v);
   return *f;
 }
 
 int pointOf(LispValue v, double xyz[3]) {
-  xyz[2]    = 0;
+  xyz[2] = 0;
   int count = 0;
   for (; v.isPair() && count < 3; v = v.tail(), ++count) {
     if (!v.head().isNumber()) return 0;
@@ -90,8 +90,8 @@ int pointOf(LispValue v, double xyz[3]) {
 }
 
 int Args::point(double xyz[3]) {
-  const LispValue v     = any();
-  const int       count = pointOf(v, xyz);
+  const LispValue v = any();
+  const int count = pointOf(v, xyz);
   if (count == 0) {
     Text message = fromUtf8("bad argument type: 2D/3D point: ");
     appendValue(message, v, PrintStyle::Quoted, m_vm);

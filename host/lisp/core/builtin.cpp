@@ -13,7 +13,7 @@ const Builtin* g_first = nullptr;  // set while the program starts, constant aft
 
 BuiltinRegistration::BuiltinRegistration(Builtin& row) {
   row.next = g_first;
-  g_first  = &row;
+  g_first = &row;
 }
 
 const Builtin* firstBuiltin() { return g_first; }
@@ -27,10 +27,10 @@ const Builtin* findBuiltin(std::string_view name) {
 
 Builtin::Counts Builtin::counts() const {
   std::string_view text = signature;
-  Counts           counts{0, 0};
-  int              brackets = 0;
-  bool             first    = true;  // the builtin's own name
-  size_t           i        = 1;
+  Counts counts{0, 0};
+  int brackets = 0;
+  bool first = true;  // the builtin's own name
+  size_t i = 1;
   while (i < text.size() && !(text[i] == ')' && brackets == 0)) {
     const char c = text[i];
     if (c == '[') {
@@ -40,12 +40,12 @@ Builtin::Counts Builtin::counts() const {
     } else if (c == ' ') {
       ++i;
     } else {
-      const size_t end  = text.find_first_of(" []", i);
-      size_t       stop = std::min(end, text.size());
+      const size_t end = text.find_first_of(" []", i);
+      size_t stop = std::min(end, text.size());
       if (brackets == 0 || end == std::string_view::npos) stop = std::min(stop, text.find(')', i));
       std::string_view word = text.substr(i, stop - i);
-      i                     = stop;
-      const bool repeated   = word.ends_with("...");
+      i = stop;
+      const bool repeated = word.ends_with("...");
       if (first) {
         first = false;
       } else {

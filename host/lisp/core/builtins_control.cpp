@@ -11,18 +11,22 @@ LISP_SPECIAL("quote", SpecialForm::Quote, "(quote x)", "x itself, unevaluated; a
 LISP_SPECIAL("setq", SpecialForm::Setq, "(setq [symbol value]...)", "Sets each symbol in turn; the last value.")
 LISP_SPECIAL("if", SpecialForm::If, "(if test then [else])", "then if test is not nil, else otherwise.")
 LISP_SPECIAL("progn", SpecialForm::Progn, "(progn [form]...)", "Evaluates the forms in turn; the last value.")
-LISP_SPECIAL("while", SpecialForm::While, "(while test [form]...)", "Repeats the forms while test is not nil; the last value.")
+LISP_SPECIAL("while", SpecialForm::While, "(while test [form]...)",
+             "Repeats the forms while test is not nil; the last value.")
 LISP_SPECIAL("and", SpecialForm::And, "(and [form]...)", "T if no form gives nil; stops at the first that does.")
 LISP_SPECIAL("or", SpecialForm::Or, "(or [form]...)", "T if some form gives non-nil; stops there.")
-LISP_SPECIAL("cond", SpecialForm::Cond, "(cond [(test form ...)]...)", "The forms of the first clause whose test is not nil.")
+LISP_SPECIAL("cond", SpecialForm::Cond, "(cond [(test form ...)]...)",
+             "The forms of the first clause whose test is not nil.")
 LISP_SPECIAL("lambda", SpecialForm::Lambda, "(lambda (argument ... / local ...) form...)", "A function without a name.")
 LISP_SPECIAL("function", SpecialForm::Function, "(function f)", "Like quote, for functions: a lambda is compiled.")
-LISP_SPECIAL("defun", SpecialForm::Defun, "(defun name (argument ... / local ...) form...)", "Defines a function; its symbol.")
+LISP_SPECIAL("defun", SpecialForm::Defun, "(defun name (argument ... / local ...) form...)",
+             "Defines a function; its symbol.")
 LISP_SPECIAL("defun-q", SpecialForm::DefunQ, "(defun-q name (argument ... / local ...) form...)",
              "Defines a function that is kept as a list.")
 LISP_SPECIAL("foreach", SpecialForm::Foreach, "(foreach symbol list [form]...)",
              "Evaluates the forms for each element; the last value.")
-LISP_SPECIAL("repeat", SpecialForm::Repeat, "(repeat count [form]...)", "Evaluates the forms count times; the last value.")
+LISP_SPECIAL("repeat", SpecialForm::Repeat, "(repeat count [form]...)",
+             "Evaluates the forms count times; the last value.")
 
 LISP_NATIVE("eval", "(eval form) -> value", "Evaluates the value of form once more.", 0) {
   const LispValue form = native.slot(0);
@@ -31,9 +35,10 @@ LISP_NATIVE("eval", "(eval form) -> value", "Evaluates the value of form once mo
   return native.tailCall(LispValue::of(static_cast<Object*>(native.vm().functionOfForm(form))), 0);
 }
 
-LISP_NATIVE("apply", "(apply function list) -> value", "Calls the function with the elements of list as arguments.", 0) {
-  uint32_t  count = 0;
-  LispValue rest  = native.slot(1);
+LISP_NATIVE("apply", "(apply function list) -> value", "Calls the function with the elements of list as arguments.",
+            0) {
+  uint32_t count = 0;
+  LispValue rest = native.slot(1);
   if (!rest.isList()) failType(native.vm(), kListp, rest);
   for (; rest.isPair(); rest = rest.tail(), ++count) native.push(rest.head());
   return native.tailCall(native.slot(0), count);
@@ -42,8 +47,8 @@ LISP_NATIVE("apply", "(apply function list) -> value", "Calls the function with 
 LISP_NATIVE("vl-catch-all-apply", "(vl-catch-all-apply function [list]) -> value | error object",
             "Like apply, but an error ends only this call and is returned as an object.", 0) {
   if (native.state() == 1) return native.done(native.result());
-  uint32_t  count = 0;
-  LispValue rest  = native.argCount() > 1 ? native.slot(1) : LispValue::nil();
+  uint32_t count = 0;
+  LispValue rest = native.argCount() > 1 ? native.slot(1) : LispValue::nil();
   if (!rest.isList()) failType(native.vm(), kListp, rest);
   for (; rest.isPair(); rest = rest.tail(), ++count) native.push(rest.head());
   native.state() = 1;
@@ -54,9 +59,10 @@ LISP_BUILTIN("vl-catch-all-error-p", "(vl-catch-all-error-p x) -> T | nil", "Whe
   return LispValue::boolean(objectOf<CatchError>(args.any(), ObjectType::CatchError));
 }
 
-LISP_BUILTIN("vl-catch-all-error-message", "(vl-catch-all-error-message error) -> string", "The message of an error object.") {
-  const LispValue v     = args.any();
-  const auto*     error = objectOf<CatchError>(v, ObjectType::CatchError);
+LISP_BUILTIN("vl-catch-all-error-message", "(vl-catch-all-error-message error) -> string",
+             "The message of an error object.") {
+  const LispValue v = args.any();
+  const auto* error = objectOf<CatchError>(v, ObjectType::CatchError);
   if (!error) failType(args.vm(), "vl-catch-all-error-p", v);
   return args.newString(TextView(error->message));
 }
@@ -72,7 +78,10 @@ namespace {
 
 }  // namespace
 
-LISP_BUILTIN("exit", "(exit [code])", "Ends the running program with the error \"quit / exit abort\"; a code is handed to the host.") { leave(args); }
+LISP_BUILTIN("exit", "(exit [code])",
+             "Ends the running program with the error \"quit / exit abort\"; a code is handed to the host.") {
+  leave(args);
+}
 LISP_BUILTIN("quit", "(quit [code])", "The same as exit.") { leave(args); }
 
 LISP_BUILTIN("vl-exit-with-error", "(vl-exit-with-error message)", "Ends the running program with that error.") {
@@ -84,7 +93,8 @@ LISP_BUILTIN("vl-exit-with-value", "(vl-exit-with-value x)", "Ends the running p
   throw LispError(ErrorKind::ExitValue, fromUtf8("quit / exit abort"));
 }
 
-LISP_BUILTIN("type", "(type x) -> symbol | nil", "INT, REAL, STR, LIST, SYM, SUBR, USUBR, EXRXSUBR, FILE, ENAME, PICKSET ...") {
+LISP_BUILTIN("type", "(type x) -> symbol | nil",
+             "INT, REAL, STR, LIST, SYM, SUBR, USUBR, EXRXSUBR, FILE, ENAME, PICKSET ...") {
   return args.vm().typeOf(args.any());
 }
 
@@ -114,10 +124,10 @@ LISP_BUILTIN("vl-symbol-value", "(vl-symbol-value symbol) -> value", "The symbol
 
 LISP_BUILTIN("atoms-family", "(atoms-family format [names]) -> list",
              "All defined symbols, as symbols (0) or names (1); with names, which of them are defined.") {
-  Vm&           vm       = args.vm();
-  const bool    asNames  = args.integer() == 1;
-  const auto    shown    = [&](Symbol& s) { return asNames ? args.newString(s.text()) : LispValue::of(&s); };
-  ListBuilder   out(vm);
+  Vm& vm = args.vm();
+  const bool asNames = args.integer() == 1;
+  const auto shown = [&](Symbol& s) { return asNames ? args.newString(s.text()) : LispValue::of(&s); };
+  ListBuilder out(vm);
   if (args.moreNotNil()) {
     for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail()) {
       if (!rest.head().isString()) failType(vm, kStringp, rest.head());
@@ -157,7 +167,7 @@ LISP_BUILTIN("vl-load-all", "(vl-load-all file) -> nil", "Loads a file into ever
 
 LISP_BUILTIN("vl-bt", "(vl-bt) -> nil", "Prints the functions that are running, innermost first.") {
   Text text = fromUtf8("\nBacktrace:");
-  int  level = 0;
+  int level = 0;
   for (const TraceLine& line : args.vm().backTrace(1000)) {
     appendAscii(text, "\n[");
     appendInteger(text, level++);
@@ -173,14 +183,15 @@ LISP_BUILTIN("vl-bt", "(vl-bt) -> nil", "Prints the functions that are running, 
   return LispValue::nil();
 }
 
-LISP_BUILTIN("defun-q-list-ref", "(defun-q-list-ref symbol) -> list | nil", "The list of a function made with defun-q.") {
+LISP_BUILTIN("defun-q-list-ref", "(defun-q-list-ref symbol) -> list | nil",
+             "The list of a function made with defun-q.") {
   const LispValue value = args.cellSymbol()->value;
   return value.isPair() ? value : LispValue::nil();
 }
 
 LISP_BUILTIN("defun-q-list-set", "(defun-q-list-set symbol list) -> symbol", "Defines a function by its list.") {
   Symbol* symbol = args.cellSymbol();
-  symbol->value  = args.list();
+  symbol->value = args.list();
   return LispValue::of(symbol);
 }
 
@@ -232,8 +243,8 @@ LISP_BUILTIN("%untrace", "(%untrace symbol...) -> symbol", "What untrace becomes
 
 // The body of every traced function: the slot behind the arguments holds the stand-in.
 LISP_NATIVE("%traced-call", "(%traced-call [x]...) -> value", "Calls a traced function.", 1) {
-  Vm&         vm       = native.vm();
-  const auto* standIn  = objectOf<Function>(native.extra(0), ObjectType::Function);
+  Vm& vm = native.vm();
+  const auto* standIn = objectOf<Function>(native.extra(0), ObjectType::Function);
   if (native.state() == 1) {
     --vm.printDepth();
     printTraced(vm, "Leaving ", standIn->name, native.result());
@@ -249,18 +260,18 @@ LISP_NATIVE("%traced-call", "(%traced-call [x]...) -> value", "Calls a traced fu
 }
 
 void Vm::traceFunction(Symbol* symbol, bool on) {
-  auto*      function = objectOf<Function>(symbol->value, ObjectType::Function);
-  const bool traced   = function && function->paramCount == Function::kAnyCount;
+  auto* function = objectOf<Function>(symbol->value, ObjectType::Function);
+  const bool traced = function && function->paramCount == Function::kAnyCount;
   if (on == traced) return;
   if (!on) {
     symbol->value = function->source;
     return;
   }
-  Function* standIn   = m_heap.create<Function>(ObjectType::Function);
+  Function* standIn = m_heap.create<Function>(ObjectType::Function);
   standIn->paramCount = Function::kAnyCount;
-  standIn->name       = symbol;
-  standIn->source     = symbol->value;
-  symbol->value       = LispValue::of(static_cast<Object*>(standIn));
+  standIn->name = symbol;
+  standIn->source = symbol->value;
+  symbol->value = LispValue::of(static_cast<Object*>(standIn));
 }
 
 }  // namespace lisp

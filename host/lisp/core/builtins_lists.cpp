@@ -11,8 +11,8 @@ namespace {
 
 // Follows car and cdr as the letters between c and r say, from the right.
 LispValue follow(Args& args, std::string_view letters) {
-  LispValue v     = args.any();
-  bool      first = true;
+  LispValue v = args.any();
+  bool first = true;
   for (size_t i = letters.size(); i-- > 0; first = false) {
     if (v.isNil()) return v;
     if (!v.isPair()) failType(args.vm(), first ? kListp : kConsp, v);
@@ -23,20 +23,19 @@ LispValue follow(Args& args, std::string_view letters) {
 
 }  // namespace
 
-#define LISP_CXR(letters)                                                                                    \
+#define LISP_CXR(letters)                                                                                         \
   LISP_BUILTIN("c" letters "r", "(c" letters "r list) -> x", "Follows car (a) and cdr (d) from right to left.") { \
-    return follow(args, letters);                                                                            \
+    return follow(args, letters);                                                                                 \
   }
-LISP_CXR("a") LISP_CXR("d")
-LISP_CXR("aa") LISP_CXR("ad") LISP_CXR("da") LISP_CXR("dd")
-LISP_CXR("aaa") LISP_CXR("aad") LISP_CXR("ada") LISP_CXR("add")
-LISP_CXR("daa") LISP_CXR("dad") LISP_CXR("dda") LISP_CXR("ddd")
-LISP_CXR("aaaa") LISP_CXR("aaad") LISP_CXR("aada") LISP_CXR("aadd")
-LISP_CXR("adaa") LISP_CXR("adad") LISP_CXR("adda") LISP_CXR("addd")
-LISP_CXR("daaa") LISP_CXR("daad") LISP_CXR("dada") LISP_CXR("dadd")
-LISP_CXR("ddaa") LISP_CXR("ddad") LISP_CXR("ddda") LISP_CXR("dddd")
+LISP_CXR("a")
+LISP_CXR("d") LISP_CXR("aa") LISP_CXR("ad") LISP_CXR("da") LISP_CXR("dd") LISP_CXR("aaa") LISP_CXR("aad")
+    LISP_CXR("ada") LISP_CXR("add") LISP_CXR("daa") LISP_CXR("dad") LISP_CXR("dda") LISP_CXR("ddd") LISP_CXR("aaaa")
+        LISP_CXR("aaad") LISP_CXR("aada") LISP_CXR("aadd") LISP_CXR("adaa") LISP_CXR("adad") LISP_CXR("adda")
+            LISP_CXR("addd") LISP_CXR("daaa") LISP_CXR("daad") LISP_CXR("dada") LISP_CXR("dadd") LISP_CXR("ddaa")
+                LISP_CXR("ddad") LISP_CXR("ddda") LISP_CXR("dddd")
 
-LISP_BUILTIN("cons", "(cons x list) -> list", "A list with x in front; with an atom second, a dotted pair.") {
+                    LISP_BUILTIN("cons", "(cons x list) -> list",
+                                 "A list with x in front; with an atom second, a dotted pair.") {
   return args.cons(args[0], args[1]);
 }
 
@@ -68,8 +67,8 @@ LISP_BUILTIN("append", "(append [list]...) -> list", "One list of all elements."
 
 LISP_BUILTIN("length", "(length list) -> integer", "The number of elements.") {
   const LispValue whole = args.list();
-  int32_t         n     = 0;
-  LispValue       rest  = whole;
+  int32_t n = 0;
+  LispValue rest = whole;
   for (; rest.isPair(); rest = rest.tail()) ++n;
   if (rest) failType(args.vm(), kListp, rest);
   return LispValue::integer(n);
@@ -77,7 +76,7 @@ LISP_BUILTIN("length", "(length list) -> integer", "The number of elements.") {
 
 LISP_BUILTIN("vl-list-length", "(vl-list-length list) -> integer | nil", "Like length; nil for a dotted list.") {
   LispValue rest = args.list();
-  int32_t   n    = 0;
+  int32_t n = 0;
   for (; rest.isPair(); rest = rest.tail()) ++n;
   return rest ? LispValue::nil() : LispValue::integer(n);
 }
@@ -126,9 +125,9 @@ LISP_BUILTIN("last", "(last list) -> x | nil", "The last element.") {
 
 LISP_BUILTIN("subst", "(subst new old list) -> list", "The list with every element equal to old replaced.") {
   const LispValue fresh = args.any();
-  const LispValue old   = args.any();
-  ListBuilder     out(args.vm());
-  LispValue       rest = args.list();
+  const LispValue old = args.any();
+  ListBuilder out(args.vm());
+  LispValue rest = args.list();
   for (; rest.isPair(); rest = rest.tail()) out.add(isEqual(rest.head(), old) ? fresh : rest.head());
   out.closeWith(rest);
   return out.list();
@@ -148,7 +147,7 @@ LISP_BUILTIN("not", "(not x) -> T | nil", "Whether x is nil.") { return LispValu
 
 LISP_BUILTIN("vl-remove", "(vl-remove x list) -> list", "The list without the elements equal to x.") {
   const LispValue x = args.any();
-  ListBuilder     out(args.vm());
+  ListBuilder out(args.vm());
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail())
     if (!isEqual(rest.head(), x)) out.add(rest.head());
   return out.list();
@@ -156,7 +155,7 @@ LISP_BUILTIN("vl-remove", "(vl-remove x list) -> list", "The list without the el
 
 LISP_BUILTIN("vl-position", "(vl-position x list) -> integer | nil", "Index of the first element equal to x, from 0.") {
   const LispValue x = args.any();
-  int32_t         n = 0;
+  int32_t n = 0;
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail(), ++n)
     if (isEqual(rest.head(), x)) return LispValue::integer(n);
   return LispValue::nil();

@@ -72,11 +72,11 @@ namespace {
 StepResult filter(Native& native, bool wanted) {
   if (native.state() == 0) checkLists(native, 2);
   if (native.state() == 1 && static_cast<bool>(native.result()) == wanted) collect(native, native.extra(2));
-  native.state()       = 1;
+  native.state() = 1;
   const LispValue rest = native.slot(1);
   if (!rest.isPair()) return native.done(native.extra(0));
   native.extra(2) = rest.head();
-  native.slot(1)  = rest.tail();
+  native.slot(1) = rest.tail();
   native.push(rest.head());
   return native.call(native.slot(0), 1);
 }
@@ -98,7 +98,8 @@ StepResult findTail(Native& native, bool wanted) {
 
 }  // namespace
 
-LISP_NATIVE("vl-remove-if", "(vl-remove-if function list) -> list", "The elements for which the function gives nil.", 3) {
+LISP_NATIVE("vl-remove-if", "(vl-remove-if function list) -> list", "The elements for which the function gives nil.",
+            3) {
   return filter(native, false);
 }
 LISP_NATIVE("vl-remove-if-not", "(vl-remove-if-not function list) -> list",

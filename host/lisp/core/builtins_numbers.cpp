@@ -22,7 +22,7 @@ LispValue foldNumbers(Args& args, Core id, LispValue start) {
 // Whether each neighbouring pair is in the relation.
 LispValue chain(Args& args, Core id) {
   const bool ordering = id != Core::Equal && id != Core::NotEqual;
-  bool       holds    = true;
+  bool holds = true;
   for (uint32_t i = 0; i + 1 < args.count(); ++i) {
     if (holds) holds = compare(args.vm(), id, args[i], args[i + 1]);
     if (!holds && !ordering) break;
@@ -68,10 +68,13 @@ LISP_BUILTIN("1-", "(1- number) -> number", "The number less one.") {
   return arithmetic(args.vm(), Core::Subtract, args.any(), LispValue::integer(1));
 }
 
-LISP_BUILTIN("=", "(= x...) -> T | nil", "Whether all are equal: numbers by value, strings by text, lists by identity.") {
+LISP_BUILTIN("=", "(= x...) -> T | nil",
+             "Whether all are equal: numbers by value, strings by text, lists by identity.") {
   return chain(args, Core::Equal);
 }
-LISP_BUILTIN("/=", "(/= x...) -> T | nil", "Whether each differs from the next.") { return chain(args, Core::NotEqual); }
+LISP_BUILTIN("/=", "(/= x...) -> T | nil", "Whether each differs from the next.") {
+  return chain(args, Core::NotEqual);
+}
 LISP_BUILTIN("<", "(< x...) -> T | nil", "Whether numbers or strings ascend.") { return chain(args, Core::Less); }
 LISP_BUILTIN(">", "(> x...) -> T | nil", "Whether numbers or strings descend.") { return chain(args, Core::Greater); }
 LISP_BUILTIN("<=", "(<= x...) -> T | nil", "Whether no number or string is less than the one before.") {
@@ -80,11 +83,14 @@ LISP_BUILTIN("<=", "(<= x...) -> T | nil", "Whether no number or string is less 
 LISP_BUILTIN(">=", "(>= x...) -> T | nil", "Whether no number or string is greater than the one before.") {
   return chain(args, Core::GreaterEqual);
 }
-LISP_BUILTIN("eq", "(eq x y) -> T | nil", "Whether both are the same object, or equal strings or numbers of one type.") {
+LISP_BUILTIN("eq", "(eq x y) -> T | nil",
+             "Whether both are the same object, or equal strings or numbers of one type.") {
   return LispValue::boolean(isEq(args[0], args[1]));
 }
-LISP_BUILTIN("equal", "(equal x y [fuzz]) -> T | nil", "Whether both have equal structure; numbers may differ by fuzz.") {
-  return LispValue::boolean(isEqual(args[0], args[1], args.count() > 2 ? (args.skip(), args.skip(), args.real()) : 0.0));
+LISP_BUILTIN("equal", "(equal x y [fuzz]) -> T | nil",
+             "Whether both have equal structure; numbers may differ by fuzz.") {
+  return LispValue::boolean(
+      isEqual(args[0], args[1], args.count() > 2 ? (args.skip(), args.skip(), args.real()) : 0.0));
 }
 
 LISP_BUILTIN("rem", "(rem [number]...) -> number", "The remainder of the division, with the sign of the first.") {
@@ -111,10 +117,10 @@ namespace {
 LispValue extreme(Args& args, Core better) {
   if (!args.more()) return LispValue::integer(0);
   LispValue best = args.number();
-  bool      real = best.isReal();
+  bool real = best.isReal();
   while (args.more()) {
     const LispValue v = args.number();
-    real              = real || v.isReal();
+    real = real || v.isReal();
     if (compare(args.vm(), better, v, best)) best = v;
   }
   return real ? LispValue::real(best.asDouble()) : best;
@@ -122,8 +128,12 @@ LispValue extreme(Args& args, Core better) {
 
 }  // namespace
 
-LISP_BUILTIN("max", "(max [number]...) -> number", "The greatest; real if any number is.") { return extreme(args, Core::Greater); }
-LISP_BUILTIN("min", "(min [number]...) -> number", "The least; real if any number is.") { return extreme(args, Core::Less); }
+LISP_BUILTIN("max", "(max [number]...) -> number", "The greatest; real if any number is.") {
+  return extreme(args, Core::Greater);
+}
+LISP_BUILTIN("min", "(min [number]...) -> number", "The least; real if any number is.") {
+  return extreme(args, Core::Less);
+}
 
 LISP_BUILTIN("fix", "(fix number) -> integer", "The number without its fraction; a real when beyond 32 bits.") {
   const LispValue v = args.number();
@@ -145,15 +155,22 @@ LISP_BUILTIN("sqrt", "(sqrt number) -> real", "The square root.") {
   if (x < 0) failDomain(args, x);
   return LispValue::real(std::sqrt(x));
 }
-LISP_BUILTIN("exp", "(exp number) -> real", "e to the power of the number.") { return LispValue::real(std::exp(args.real())); }
+LISP_BUILTIN("exp", "(exp number) -> real", "e to the power of the number.") {
+  return LispValue::real(std::exp(args.real()));
+}
 LISP_BUILTIN("log", "(log number) -> real", "The natural logarithm.") {
   const double x = args.real();
   if (!(x > 0)) failDomain(args, x);
   return LispValue::real(std::log(x));
 }
-LISP_BUILTIN("sin", "(sin angle) -> real", "The sine of an angle in radians.") { return LispValue::real(std::sin(args.real())); }
-LISP_BUILTIN("cos", "(cos angle) -> real", "The cosine of an angle in radians.") { return LispValue::real(std::cos(args.real())); }
-LISP_BUILTIN("atan", "(atan y [x]) -> real", "The angle whose tangent is y, or y/x in the quadrant of both, in radians.") {
+LISP_BUILTIN("sin", "(sin angle) -> real", "The sine of an angle in radians.") {
+  return LispValue::real(std::sin(args.real()));
+}
+LISP_BUILTIN("cos", "(cos angle) -> real", "The cosine of an angle in radians.") {
+  return LispValue::real(std::cos(args.real()));
+}
+LISP_BUILTIN("atan", "(atan y [x]) -> real",
+             "The angle whose tangent is y, or y/x in the quadrant of both, in radians.") {
   const double y = args.real();
   return LispValue::real(args.moreNotNil() ? std::atan2(y, args.real()) : std::atan(y));
 }
@@ -192,16 +209,18 @@ LISP_BUILTIN("logior", "(logior [integer]...) -> integer", "The bits that are se
   return LispValue::integer(bits);
 }
 LISP_BUILTIN("~", "(~ integer) -> integer", "All bits inverted.") { return LispValue::integer(~args.integer()); }
-LISP_BUILTIN("lsh", "(lsh integer count) -> integer", "The bits shifted left, or right for a negative count; zeros move in.") {
-  const auto    bits  = static_cast<uint32_t>(args.integer());
+LISP_BUILTIN("lsh", "(lsh integer count) -> integer",
+             "The bits shifted left, or right for a negative count; zeros move in.") {
+  const auto bits = static_cast<uint32_t>(args.integer());
   const int32_t count = args.integer();
   if (count <= -32 || count >= 32) return LispValue::integer(0);
   return LispValue::integer(static_cast<int32_t>(count >= 0 ? bits << count : bits >> -count));
 }
-LISP_BUILTIN("boole", "(boole operator integer...) -> integer",
-             "Bitwise: operator bit 1 counts bits set in both, 2 in the first only, 4 in the second only, 8 in neither.") {
-  const int32_t op   = args.integer();
-  int32_t       bits = args.integer();
+LISP_BUILTIN(
+    "boole", "(boole operator integer...) -> integer",
+    "Bitwise: operator bit 1 counts bits set in both, 2 in the first only, 4 in the second only, 8 in neither.") {
+  const int32_t op = args.integer();
+  int32_t bits = args.integer();
   while (args.more()) {
     const int32_t a = bits, b = args.integer();
     bits = (op & 1 ? a & b : 0) | (op & 2 ? a & ~b : 0) | (op & 4 ? ~a & b : 0) | (op & 8 ? ~a & ~b : 0);

@@ -33,7 +33,8 @@ LispValue printAs(Args& args, PrintStyle style) {
 LISP_BUILTIN("princ", "(princ [x [file]]) -> x", "Prints x as it reads. Without arguments: nothing, silently.") {
   return printAs(args, PrintStyle::Raw);
 }
-LISP_BUILTIN("prin1", "(prin1 [x [file]]) -> x", "Prints x with strings quoted. Without arguments: nothing, silently.") {
+LISP_BUILTIN("prin1", "(prin1 [x [file]]) -> x",
+             "Prints x with strings quoted. Without arguments: nothing, silently.") {
   return printAs(args, PrintStyle::Quoted);
 }
 LISP_BUILTIN("print", "(print [x [file]]) -> x", "Prints a newline, x with strings quoted, and a space.") {
@@ -57,7 +58,7 @@ LISP_BUILTIN("write-line", "(write-line string [file]) -> string", "Prints a str
 }
 LISP_BUILTIN("write-char", "(write-char code [file]) -> code", "Prints the character of that code.") {
   const int32_t code = args.integer();
-  Text          text;
+  Text text;
   if (code > 0) appendCodePoint(text, static_cast<uint32_t>(code));
   emit(args, text, args[1]);
   return args[0];
@@ -80,18 +81,22 @@ LISP_BUILTIN("alert", "(alert string) -> nil", "Shows a message.") {
 LISP_BUILTIN("open", "(open name mode [encoding]) -> file | nil",
              "Opens a text file: mode \"r\" to read, \"w\" to write anew, \"a\" to append.") {
   const TextView name = args.string();
-  const Text     mode = lowerCase(args.string());
+  const Text mode = lowerCase(args.string());
   FileHandle::Mode how;
-  if (mode == GC_T("r")) how = FileHandle::Mode::Read;
-  else if (mode == GC_T("w")) how = FileHandle::Mode::Write;
-  else if (mode == GC_T("a")) how = FileHandle::Mode::Append;
-  else fail("bad argument value: open mode");
+  if (mode == GC_T("r"))
+    how = FileHandle::Mode::Read;
+  else if (mode == GC_T("w"))
+    how = FileHandle::Mode::Write;
+  else if (mode == GC_T("a"))
+    how = FileHandle::Mode::Append;
+  else
+    fail("bad argument value: open mode");
   std::unique_ptr<FileHandle> handle(FileHandle::open(name, how));
   if (!handle) return LispValue::nil();
   if (how == FileHandle::Mode::Write && args.more() && args.string() == GC_T("utf8-bom")) handle->write("\xEF\xBB\xBF");
-  File* file   = args.vm().heap().create<File>(ObjectType::File);
+  File* file = args.vm().heap().create<File>(ObjectType::File);
   file->handle = std::move(handle);
-  file->name   = Text(name);
+  file->name = Text(name);
   return LispValue::of(static_cast<Object*>(file));
 }
 
@@ -127,7 +132,7 @@ LISP_BUILTIN("read-char", "(read-char [file]) -> code | nil", "The next characte
     return LispValue::integer(static_cast<uint16_t>(c));
   }
   FileHandle& file = openHandle(args, args[0]);
-  const int   byte = file.readByte();
+  const int byte = file.readByte();
   if (byte < 0) return LispValue::nil();
   if (byte < 0xC0) return LispValue::integer(byte);
   // The lead byte of a UTF-8 sequence: its followers belong to the character.
@@ -143,7 +148,8 @@ LISP_BUILTIN("read-char", "(read-char [file]) -> code | nil", "The next characte
 
 // ---- the file system
 
-LISP_BUILTIN("findfile", "(findfile name) -> full name | nil", "Looks for a file, as named and along the support path.") {
+LISP_BUILTIN("findfile", "(findfile name) -> full name | nil",
+             "Looks for a file, as named and along the support path.") {
   const Text found = args.vm().environment().findFile(args.string());
   return found.empty() ? LispValue::nil() : args.newString(TextView(found));
 }
@@ -154,10 +160,11 @@ LISP_BUILTIN("findtrustedfile", "(findtrustedfile name) -> full name | nil", "Th
 LISP_BUILTIN("vl-file-delete", "(vl-file-delete name) -> T | nil", "Deletes a file.") {
   return LispValue::boolean(files::remove(args.string()));
 }
-LISP_BUILTIN("vl-file-copy", "(vl-file-copy from to [append]) -> bytes | nil", "Copies a file, or appends it to another.") {
-  const TextView from   = args.string();
-  const TextView to     = args.string();
-  const int64_t  copied = files::copy(from, to, args.moreNotNil());
+LISP_BUILTIN("vl-file-copy", "(vl-file-copy from to [append]) -> bytes | nil",
+             "Copies a file, or appends it to another.") {
+  const TextView from = args.string();
+  const TextView to = args.string();
+  const int64_t copied = files::copy(from, to, args.moreNotNil());
   return copied < 0 ? LispValue::nil() : LispValue::integer(static_cast<int32_t>(copied));
 }
 LISP_BUILTIN("vl-file-rename", "(vl-file-rename from to) -> T | nil", "Renames a file.") {
@@ -167,7 +174,8 @@ LISP_BUILTIN("vl-file-rename", "(vl-file-rename from to) -> T | nil", "Renames a
 LISP_BUILTIN("vl-file-size", "(vl-file-size name) -> bytes | nil", "The size of a file; 0 for a directory.") {
   const int64_t bytes = files::size(args.string());
   if (bytes < 0) return LispValue::nil();
-  return bytes <= INT32_MAX ? LispValue::integer(static_cast<int32_t>(bytes)) : LispValue::real(static_cast<double>(bytes));
+  return bytes <= INT32_MAX ? LispValue::integer(static_cast<int32_t>(bytes))
+                            : LispValue::real(static_cast<double>(bytes));
 }
 LISP_BUILTIN("vl-file-systime", "(vl-file-systime name) -> list | nil",
              "Last change: year, month, day of the week, day, hour, minute, second, millisecond.") {
@@ -197,7 +205,7 @@ LISP_BUILTIN("vl-filename-extension", "(vl-filename-extension name) -> string | 
 
 LISP_BUILTIN("vl-filename-mktemp", "(vl-filename-mktemp [pattern [directory [extension]]]) -> string",
              "A file name that is not in use.") {
-  Text pattern   = args.moreNotNil() ? Text(args.string()) : (args.skip(), Text(GC_T("$VL~~")));
+  Text pattern = args.moreNotNil() ? Text(args.string()) : (args.skip(), Text(GC_T("$VL~~")));
   Text directory = args.moreNotNil() ? Text(args.string()) : (args.skip(), Text());
   Text extension = args.moreNotNil() ? Text(args.string()) : Text();
   if (directory.empty()) directory = files::directoryOf(pattern);
@@ -213,7 +221,8 @@ LISP_BUILTIN("vl-filename-mktemp", "(vl-filename-mktemp [pattern [directory [ext
     appendInteger(name, static_cast<int64_t>(number));
     name.append(extension);
     // Names given out once are not given out again, even before the file exists.
-    if (!files::exists(name) && !files::isDirectory(name) && args.vm().takeTemporaryName(name)) return args.newString(TextView(name));
+    if (!files::exists(name) && !files::isDirectory(name) && args.vm().takeTemporaryName(name))
+      return args.newString(TextView(name));
   }
 }
 

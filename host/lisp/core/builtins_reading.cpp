@@ -10,7 +10,7 @@ namespace lisp {
 
 LISP_BUILTIN("read", "(read [string]) -> value", "The first value written in the string; nil if there is none.") {
   if (!args.more()) return LispValue::nil();
-  Reader    reader(args.string(), args.vm().heap(), args.vm().symbols());
+  Reader reader(args.string(), args.vm().heap(), args.vm().symbols());
   LispValue value;
   reader.next(value);
   return value;
@@ -20,10 +20,10 @@ namespace {
 
 // A file being loaded, form by form.
 struct LoadJob {
-  Text          text;
+  Text text;
   FormPositions positions;
   CompileSource source;
-  Reader        reader;
+  Reader reader;
   LoadJob(Vm& vm, Text content, const Text& name)
       : text(std::move(content)),
         source{std::make_shared<const Text>(name), &positions},
@@ -42,9 +42,9 @@ Text findProgram(Vm& vm, TextView name) {
 LispValue openJob(Vm& vm, const Text& path) {
   std::string bytes;
   if (!files::readWhole(path, bytes)) return LispValue::nil();
-  Text  text      = isValidUtf8(bytes) ? decodeSource(bytes) : vm.environment().decodeLegacy(bytes);
-  auto* opaque    = vm.heap().create<Opaque>(ObjectType::Opaque);
-  opaque->kind    = &kLoadJobType;
+  Text text = isValidUtf8(bytes) ? decodeSource(bytes) : vm.environment().decodeLegacy(bytes);
+  auto* opaque = vm.heap().create<Opaque>(ObjectType::Opaque);
+  opaque->kind = &kLoadJobType;
   opaque->payload = reinterpret_cast<uint64_t>(new LoadJob(vm, std::move(text), path));
   return LispValue::of(static_cast<Object*>(opaque));
 }
@@ -58,7 +58,7 @@ LISP_NATIVE("load", "(load name [onfailure]) -> value",
   if (native.state() == 0) {
     if (!native.slot(0).isString()) failType(vm, kStringp, native.slot(0));
     const TextView name = native.slot(0).asString()->view();
-    native.extra(0)     = openJob(vm, findProgram(vm, name));
+    native.extra(0) = openJob(vm, findProgram(vm, name));
     if (native.extra(0).isNil()) {
       if (native.argCount() < 2) {
         Text message = fromUtf8("LOAD failed: ");
@@ -66,7 +66,7 @@ LISP_NATIVE("load", "(load name [onfailure]) -> value",
         throw LispError(std::move(message));
       }
       const LispValue other = native.slot(1);
-      const bool      calls = other.isObject() && !objectOf<Opaque>(other, ObjectType::Opaque) &&
+      const bool calls = other.isObject() && !objectOf<Opaque>(other, ObjectType::Opaque) &&
                          (objectOf<Subr>(other, ObjectType::Subr) || objectOf<Function>(other, ObjectType::Function));
       return calls ? native.tailCall(other, 0) : native.done(other);
     }
@@ -74,7 +74,7 @@ LISP_NATIVE("load", "(load name [onfailure]) -> value",
   } else {
     native.extra(1) = native.result();
   }
-  auto&     job = *reinterpret_cast<LoadJob*>(objectOf<Opaque>(native.extra(0), ObjectType::Opaque)->payload);
+  auto& job = *reinterpret_cast<LoadJob*>(objectOf<Opaque>(native.extra(0), ObjectType::Opaque)->payload);
   LispValue form;
   if (!job.reader.next(form)) return native.done(native.extra(1));
   return native.call(LispValue::of(static_cast<Object*>(compileForm(vm, form, job.source))), 0);
@@ -82,7 +82,7 @@ LISP_NATIVE("load", "(load name [onfailure]) -> value",
 
 // (autoload "file" '("name" ...)) defines each name so that its first call loads the file.
 LISP_BUILTIN("autoload", "(autoload file names) -> nil", "Makes commands known that load the file when first called.") {
-  Vm&             vm   = args.vm();
+  Vm& vm = args.vm();
   const LispValue file = args.stringValue();
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail()) {
     if (!rest.head().isString()) failType(vm, kStringp, rest.head());
@@ -91,9 +91,10 @@ LISP_BUILTIN("autoload", "(autoload file names) -> nil", "Makes commands known t
     Symbol* symbol = vm.symbols().intern(name);
     if (symbol->value) continue;
     // (() (load file) (name)), callable as it is
-    const LispValue load = vm.heap().cons(LispValue::of(vm.symbols().intern("LOAD")), args.cons(file, LispValue::nil()));
+    const LispValue load =
+        vm.heap().cons(LispValue::of(vm.symbols().intern("LOAD")), args.cons(file, LispValue::nil()));
     const LispValue call = args.cons(LispValue::of(symbol), LispValue::nil());
-    symbol->value        = args.cons(LispValue::nil(), args.cons(load, args.cons(call, LispValue::nil())));
+    symbol->value = args.cons(LispValue::nil(), args.cons(load, args.cons(call, LispValue::nil())));
   }
   return LispValue::nil();
 }

@@ -26,7 +26,7 @@ class MergeSort {
   bool next(uint32_t& first, uint32_t& second) {
     for (;;) {
       if (m_left < m_middle && m_right < m_end) {
-        first  = m_from[m_left];
+        first = m_from[m_left];
         second = m_from[m_right];
         return true;
       }
@@ -49,20 +49,21 @@ class MergeSort {
  private:
   void startRun() {
     const auto size = m_from.size();
-    m_left          = m_end;
+    m_left = m_end;
     m_middle = m_right = std::min(m_left + m_width, size);
-    m_end    = std::min(m_middle + m_width, size);
+    m_end = std::min(m_middle + m_width, size);
   }
 
   std::vector<uint32_t> m_from, m_to;
-  size_t                m_width = 1, m_left = 0, m_middle = 0, m_right = 0, m_end = 0, m_out = 0;
+  size_t m_width = 1, m_left = 0, m_middle = 0, m_right = 0, m_end = 0, m_out = 0;
 };
 
 // The elements (kept alive by the list they come from) and the sort under way.
 struct SortJob {
   std::vector<LispValue> items;
-  MergeSort              sort;
-  explicit SortJob(std::vector<LispValue> elements) : items(std::move(elements)), sort(static_cast<uint32_t>(items.size())) {}
+  MergeSort sort;
+  explicit SortJob(std::vector<LispValue> elements)
+      : items(std::move(elements)), sort(static_cast<uint32_t>(items.size())) {}
 };
 
 const OpaqueType kSortJobType = {"SORT", [](uint64_t, Text&) {},
@@ -71,8 +72,8 @@ const OpaqueType kSortJobType = {"SORT", [](uint64_t, Text&) {},
 LispValue newJob(Vm& vm, LispValue list) {
   std::vector<LispValue> items;
   for (; list.isPair(); list = list.tail()) items.push_back(list.head());
-  auto* opaque    = vm.heap().create<Opaque>(ObjectType::Opaque);
-  opaque->kind    = &kSortJobType;
+  auto* opaque = vm.heap().create<Opaque>(ObjectType::Opaque);
+  opaque->kind = &kSortJobType;
   opaque->payload = reinterpret_cast<uint64_t>(new SortJob(std::move(items)));
   return LispValue::of(static_cast<Object*>(opaque));
 }
@@ -88,7 +89,7 @@ StepResult sortStep(Native& native, LispValue (*result)(Vm&, const SortJob&)) {
     native.extra(0) = newJob(vm, native.slot(0));
   }
   auto* opaque = objectOf<Opaque>(native.extra(0), ObjectType::Opaque);
-  auto& job    = *reinterpret_cast<SortJob*>(opaque->payload);
+  auto& job = *reinterpret_cast<SortJob*>(opaque->payload);
   if (native.state() == 1) job.sort.answer(static_cast<bool>(native.result()));
   native.state() = 1;
   uint32_t first = 0, second = 0;
@@ -105,13 +106,13 @@ StepResult sortStep(Native& native, LispValue (*result)(Vm&, const SortJob&)) {
 
 LispValue sortedItems(Vm& vm, const SortJob& job) {
   ListBuilder out(vm);
-  LispValue   previous;
-  bool        first = true;
+  LispValue previous;
+  bool first = true;
   for (const uint32_t index : job.sort.order()) {
     const LispValue item = job.items[index];
     if (first || !merges(item, previous)) out.add(item);
     previous = item;
-    first    = false;
+    first = false;
   }
   return out.list();
 }
@@ -129,11 +130,13 @@ LISP_NATIVE("vl-sort", "(vl-sort list function) -> list",
   return sortStep(native, sortedItems);
 }
 
-LISP_NATIVE("vl-sort-i", "(vl-sort-i list function) -> list", "The indices of the elements in the order of the function.", 1) {
+LISP_NATIVE("vl-sort-i", "(vl-sort-i list function) -> list",
+            "The indices of the elements in the order of the function.", 1) {
   return sortStep(native, sortedIndices);
 }
 
-LISP_BUILTIN("acad_strlsort", "(acad_strlsort strings) -> list", "The strings in alphabetical order, case aside at first.") {
+LISP_BUILTIN("acad_strlsort", "(acad_strlsort strings) -> list",
+             "The strings in alphabetical order, case aside at first.") {
   std::vector<LispValue> items;
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail()) {
     if (!rest.head().isString()) failType(args.vm(), kStringp, rest.head());
@@ -141,7 +144,7 @@ LISP_BUILTIN("acad_strlsort", "(acad_strlsort strings) -> list", "The strings in
   }
   std::stable_sort(items.begin(), items.end(), [](LispValue a, LispValue b) {
     const TextView x = a.asString()->view(), y = b.asString()->view();
-    const Text     u = upperCase(x), v = upperCase(y);
+    const Text u = upperCase(x), v = upperCase(y);
     return u != v ? u < v : x < y;
   });
   ListBuilder out(args.vm());

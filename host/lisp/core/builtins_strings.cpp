@@ -35,10 +35,10 @@ LISP_BUILTIN("strcat", "(strcat [string]...) -> string", "The strings joined.") 
     length += args[i].asString()->length;
   }
   StringObject* out = args.vm().heap().newString(length);
-  GCHAR*        at  = out->data();
+  GCHAR* at = out->data();
   for (uint32_t i = 0; i < args.count(); ++i) {
     const TextView part = args[i].asString()->view();
-    at                  = std::copy(part.begin(), part.end(), at);
+    at = std::copy(part.begin(), part.end(), at);
   }
   return LispValue::of(out);
 }
@@ -50,11 +50,11 @@ LISP_BUILTIN("strlen", "(strlen [string]...) -> integer", "The number of charact
 }
 
 LISP_BUILTIN("substr", "(substr string start [length]) -> string", "A part of the string; start counts from 1.") {
-  const TextView text  = args.string();
-  const int32_t  start = args.integer();
+  const TextView text = args.string();
+  const int32_t start = args.integer();
   if (start < 1) failValue(args, "positive", LispValue::integer(start));
   const size_t length = args.moreNotNil() ? natural(args) : TextView::npos;
-  const size_t from   = static_cast<size_t>(start) - 1;
+  const size_t from = static_cast<size_t>(start) - 1;
   return args.newString(from >= text.size() ? TextView() : text.substr(from, length));
 }
 
@@ -98,7 +98,7 @@ LISP_BUILTIN("wcmatch", "(wcmatch string pattern) -> T | nil",
 LISP_BUILTIN("snvalid", "(snvalid name [flag]) -> T | nil",
              "Whether the name suits a symbol table; flag 1 allows a vertical bar.") {
   const TextView name = args.string();
-  const bool     bar  = args.moreNotNil() && args.integer() == 1;
+  const bool bar = args.moreNotNil() && args.integer() == 1;
   if (name.empty() || name.size() > 255) return LispValue::nil();
   for (const GCHAR c : name) {
     const bool forbidden = TextView(GC_T("<>/\\\":;?*,=`")).find(c) != TextView::npos || (c == GC_T('|') && !bar);
@@ -113,20 +113,20 @@ LISP_BUILTIN("snvalid", "(snvalid name [flag]) -> T | nil",
 LISP_BUILTIN("vl-string-search", "(vl-string-search pattern string [start]) -> integer | nil",
              "Where the pattern begins in the string, from 0; nil if it does not occur.") {
   const TextView pattern = args.string();
-  const TextView text    = args.string();
-  const size_t   start   = args.moreNotNil() ? natural(args) : 0;
-  const size_t   at      = start > text.size() ? TextView::npos : text.find(pattern, start);
+  const TextView text = args.string();
+  const size_t start = args.moreNotNil() ? natural(args) : 0;
+  const size_t at = start > text.size() ? TextView::npos : text.find(pattern, start);
   return at == TextView::npos ? LispValue::nil() : LispValue::integer(static_cast<int32_t>(at));
 }
 
 LISP_BUILTIN("vl-string-position", "(vl-string-position code string [start [from-end]]) -> integer | nil",
              "Where the character of that code is, from 0; with from-end the last one.") {
-  const int32_t  code  = args.integer();
-  const TextView text  = args.string();
-  const size_t   start = args.moreNotNil() ? natural(args) : (args.skip(), size_t{0});
-  const bool     last  = args.moreNotNil();
-  const auto     unit  = static_cast<GCHAR>(code);
-  size_t         at    = TextView::npos;
+  const int32_t code = args.integer();
+  const TextView text = args.string();
+  const size_t start = args.moreNotNil() ? natural(args) : (args.skip(), size_t{0});
+  const bool last = args.moreNotNil();
+  const auto unit = static_cast<GCHAR>(code);
+  size_t at = TextView::npos;
   if (start <= text.size()) at = last ? text.rfind(unit) : text.find(unit, start);
   if (at == TextView::npos || at < start) return LispValue::nil();
   return LispValue::integer(static_cast<int32_t>(at));
@@ -134,12 +134,12 @@ LISP_BUILTIN("vl-string-position", "(vl-string-position code string [start [from
 
 LISP_BUILTIN("vl-string-subst", "(vl-string-subst new old string [start]) -> string",
              "The string with the first occurrence of old, from start on, replaced.") {
-  const TextView  fresh  = args.string();
-  const TextView  old    = args.string();
+  const TextView fresh = args.string();
+  const TextView old = args.string();
   const LispValue string = args.stringValue();
-  const TextView  text   = string.asString()->view();
-  const size_t    start  = args.moreNotNil() ? natural(args) : 0;
-  const size_t    at     = start > text.size() || old.empty() ? TextView::npos : text.find(old, start);
+  const TextView text = string.asString()->view();
+  const size_t start = args.moreNotNil() ? natural(args) : 0;
+  const size_t at = start > text.size() || old.empty() ? TextView::npos : text.find(old, start);
   if (at == TextView::npos) return string;
   Text out(text.substr(0, at));
   out.append(fresh).append(text.substr(at + old.size()));
@@ -149,8 +149,8 @@ LISP_BUILTIN("vl-string-subst", "(vl-string-subst new old string [start]) -> str
 LISP_BUILTIN("vl-string-translate", "(vl-string-translate from to string) -> string",
              "The string with each character of from replaced by the one at its place in to.") {
   const TextView from = args.string();
-  const TextView to   = args.string();
-  Text           out(args.string());
+  const TextView to = args.string();
+  Text out(args.string());
   for (GCHAR& c : out) {
     const size_t at = from.find(c);
     if (at < to.size()) c = to[at];
@@ -161,9 +161,9 @@ LISP_BUILTIN("vl-string-translate", "(vl-string-translate from to string) -> str
 namespace {
 
 LispValue trim(Args& args, bool left, bool right) {
-  const TextView set  = args.string();
-  TextView       text = args.string();
-  const size_t   from = left ? text.find_first_not_of(set) : 0;
+  const TextView set = args.string();
+  TextView text = args.string();
+  const size_t from = left ? text.find_first_not_of(set) : 0;
   if (from == TextView::npos) return args.newString(TextView());
   text.remove_prefix(from);
   if (right) text = text.substr(0, text.find_last_not_of(set) + 1);
@@ -172,7 +172,8 @@ LispValue trim(Args& args, bool left, bool right) {
 
 }  // namespace
 
-LISP_BUILTIN("vl-string-trim", "(vl-string-trim characters string) -> string", "The string without these characters at its ends.") {
+LISP_BUILTIN("vl-string-trim", "(vl-string-trim characters string) -> string",
+             "The string without these characters at its ends.") {
   return trim(args, true, true);
 }
 LISP_BUILTIN("vl-string-left-trim", "(vl-string-left-trim characters string) -> string",
@@ -184,21 +185,23 @@ LISP_BUILTIN("vl-string-right-trim", "(vl-string-right-trim characters string) -
   return trim(args, false, true);
 }
 
-LISP_BUILTIN("vl-string-elt", "(vl-string-elt string position) -> integer", "The code of the character there, from 0.") {
+LISP_BUILTIN("vl-string-elt", "(vl-string-elt string position) -> integer",
+             "The code of the character there, from 0.") {
   const TextView text = args.string();
-  const size_t   at   = natural(args);
+  const size_t at = natural(args);
   if (at >= text.size()) failValue(args, "string position out of range", LispValue::integer(static_cast<int32_t>(at)));
   return LispValue::integer(static_cast<uint16_t>(text[at]));
 }
 
-LISP_BUILTIN("vl-string-mismatch", "(vl-string-mismatch string1 string2 [position1 [position2 [ignore-case]]]) -> integer",
+LISP_BUILTIN("vl-string-mismatch",
+             "(vl-string-mismatch string1 string2 [position1 [position2 [ignore-case]]]) -> integer",
              "The length of what both strings have in common from these positions.") {
-  const TextView a      = args.string();
-  const TextView b      = args.string();
-  const size_t   i      = args.moreNotNil() ? natural(args) : (args.skip(), size_t{0});
-  const size_t   j      = args.moreNotNil() ? natural(args) : (args.skip(), size_t{0});
-  const bool     fold   = args.moreNotNil();
-  size_t         common = 0;
+  const TextView a = args.string();
+  const TextView b = args.string();
+  const size_t i = args.moreNotNil() ? natural(args) : (args.skip(), size_t{0});
+  const size_t j = args.moreNotNil() ? natural(args) : (args.skip(), size_t{0});
+  const bool fold = args.moreNotNil();
+  size_t common = 0;
   while (i + common < a.size() && j + common < b.size()) {
     const GCHAR x = a[i + common], y = b[j + common];
     if (x != y && !(fold && toUpper(x) == toUpper(y))) break;
@@ -209,7 +212,7 @@ LISP_BUILTIN("vl-string-mismatch", "(vl-string-mismatch string1 string2 [positio
 
 LISP_BUILTIN("vl-string->list", "(vl-string->list string) -> list", "The codes of the characters.") {
   const TextView text = args.string();
-  LispValue      out;
+  LispValue out;
   for (size_t i = text.size(); i-- > 0;) out = args.cons(LispValue::integer(static_cast<uint16_t>(text[i])), out);
   return out;
 }

@@ -36,45 +36,49 @@ AngleFormat angleFormat(Args& args) {
 
 LISP_BUILTIN("rtos", "(rtos number [mode [precision]]) -> string",
              "A length as text: mode 1 scientific, 2 decimal, 3 engineering, 4 architectural, 5 fractional.") {
-  const double value     = args.real();
-  const auto   format    = lengthFormat(args);
-  const int    precision = integerOr(args, "LUPREC");
-  return args.newString(TextView(formatLength(value, format, precision, args.vm().environment().unitVariable("DIMZIN"))));
+  const double value = args.real();
+  const auto format = lengthFormat(args);
+  const int precision = integerOr(args, "LUPREC");
+  return args.newString(
+      TextView(formatLength(value, format, precision, args.vm().environment().unitVariable("DIMZIN"))));
 }
 
-LISP_BUILTIN("angtos", "(angtos angle [mode [precision]]) -> string",
-             "An angle in radians as text: mode 0 degrees, 1 with minutes and seconds, 2 grads, 3 radians, 4 surveyor's.") {
-  const double radians   = args.real();
-  const auto   format    = angleFormat(args);
-  const int    precision = integerOr(args, "AUPREC");
-  const auto&  world     = args.vm().environment();
+LISP_BUILTIN(
+    "angtos", "(angtos angle [mode [precision]]) -> string",
+    "An angle in radians as text: mode 0 degrees, 1 with minutes and seconds, 2 grads, 3 radians, 4 surveyor's.") {
+  const double radians = args.real();
+  const auto format = angleFormat(args);
+  const int precision = integerOr(args, "AUPREC");
+  const auto& world = args.vm().environment();
   return args.newString(
       TextView(formatAngle(radians, format, precision, world.angleBase(), world.unitVariable("ANGDIR") == 1)));
 }
 
 LISP_BUILTIN("distof", "(distof string [mode]) -> real | nil", "The length that the string writes, as rtos does.") {
-  const TextView text  = args.string();
-  double         value = 0;
+  const TextView text = args.string();
+  double value = 0;
   return parseLength(text, lengthFormat(args), value) ? LispValue::real(value) : LispValue::nil();
 }
 
-LISP_BUILTIN("angtof", "(angtof string [mode]) -> real | nil", "The angle in radians that the string writes, as angtos does.") {
-  const TextView text  = args.string();
-  const auto&    world = args.vm().environment();
-  double         value = 0;
-  const bool     good  = parseAngle(text, angleFormat(args), world.angleBase(), world.unitVariable("ANGDIR") == 1, value);
+LISP_BUILTIN("angtof", "(angtof string [mode]) -> real | nil",
+             "The angle in radians that the string writes, as angtos does.") {
+  const TextView text = args.string();
+  const auto& world = args.vm().environment();
+  double value = 0;
+  const bool good = parseAngle(text, angleFormat(args), world.angleBase(), world.unitVariable("ANGDIR") == 1, value);
   return good ? LispValue::real(value) : LispValue::nil();
 }
 
-LISP_BUILTIN("cvunit", "(cvunit value from to) -> number | list | nil", "A number or a point, converted between units.") {
+LISP_BUILTIN("cvunit", "(cvunit value from to) -> number | list | nil",
+             "A number or a point, converted between units.") {
   const LispValue what = args.any();
-  const TextView  from = args.string();
-  const TextView  to   = args.string();
+  const TextView from = args.string();
+  const TextView to = args.string();
   if (what.isNumber()) {
     double value = what.asDouble();
     return convertUnits(value, from, to) ? LispValue::real(value) : LispValue::nil();
   }
-  double    xyz[3];
+  double xyz[3];
   const int count = pointOf(what, xyz);
   if (count == 0) failType(args.vm(), kNumberp, what);
   for (int i = 0; i < count; ++i)
@@ -84,14 +88,16 @@ LISP_BUILTIN("cvunit", "(cvunit value from to) -> number | list | nil", "A numbe
 
 // ---- geometry
 
-LISP_BUILTIN("distance", "(distance point1 point2) -> real", "The distance of two points; in the plane unless both have a z.") {
-  double     a[3], b[3];
-  const int  m = args.point(a), n = args.point(b);
+LISP_BUILTIN("distance", "(distance point1 point2) -> real",
+             "The distance of two points; in the plane unless both have a z.") {
+  double a[3], b[3];
+  const int m = args.point(a), n = args.point(b);
   const double z = m == 3 && n == 3 ? b[2] - a[2] : 0.0;
   return LispValue::real(std::hypot(b[0] - a[0], b[1] - a[1], z));
 }
 
-LISP_BUILTIN("angle", "(angle point1 point2) -> real", "The direction in the plane from the first to the second point, radians.") {
+LISP_BUILTIN("angle", "(angle point1 point2) -> real",
+             "The direction in the plane from the first to the second point, radians.") {
   double a[3], b[3];
   args.point(a);
   args.point(b);
@@ -99,9 +105,10 @@ LISP_BUILTIN("angle", "(angle point1 point2) -> real", "The direction in the pla
   return LispValue::real(radians < 0 ? radians + 2 * kPi : radians + 0.0);
 }
 
-LISP_BUILTIN("polar", "(polar point angle distance) -> point", "The point at that direction (radians) and distance in the plane.") {
-  double       p[3];
-  const int    count   = args.point(p);
+LISP_BUILTIN("polar", "(polar point angle distance) -> point",
+             "The point at that direction (radians) and distance in the plane.") {
+  double p[3];
+  const int count = args.point(p);
   const double radians = args.real(), length = args.real();
   p[0] += length * std::cos(radians);
   p[1] += length * std::sin(radians);
@@ -116,7 +123,7 @@ namespace {
 bool intersectLines(const double* a, const double* b, const double* c, const double* d, bool onSegments, double* at) {
   double u[3], v[3], w[3];
   for (int i = 0; i < 3; ++i) u[i] = b[i] - a[i], v[i] = d[i] - c[i], w[i] = c[i] - a[i];
-  const auto   dot = [](const double* p, const double* q) { return p[0] * q[0] + p[1] * q[1] + p[2] * q[2]; };
+  const auto dot = [](const double* p, const double* q) { return p[0] * q[0] + p[1] * q[1] + p[2] * q[2]; };
   const double n[3] = {u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
   const double uu = dot(u, u), vv = dot(v, v), nn = dot(n, n);
   if (nn <= 1e-20 * uu * vv || nn == 0) return false;
@@ -136,12 +143,12 @@ bool intersectLines(const double* a, const double* b, const double* c, const dou
 LISP_BUILTIN("inters", "(inters point1 point2 point3 point4 [onseg]) -> point | nil",
              "Where the lines 1-2 and 3-4 meet; with onseg nil the lines are endless.") {
   double p[4][3];
-  int    count = 3;
+  int count = 3;
   for (auto& point : p) count = std::min(count, args.point(point));
   if (count == 2)
     for (auto& point : p) point[2] = 0;
   const bool onSegments = !args.more() || args.any();
-  double     at[3];
+  double at[3];
   return intersectLines(p[0], p[1], p[2], p[3], onSegments, at) ? args.newPoint(at, count) : LispValue::nil();
 }
 

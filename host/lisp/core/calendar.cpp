@@ -8,7 +8,7 @@ namespace lisp {
 
 Moment localMoment(int64_t secondsSince1970, int millisecond) {
   const auto seconds = static_cast<std::time_t>(secondsSince1970);
-  std::tm    parts{};
+  std::tm parts{};
 #ifdef _WIN32
   localtime_s(&parts, &seconds);
 #else
@@ -20,7 +20,7 @@ Moment localMoment(int64_t secondsSince1970, int millisecond) {
 
 Moment localNow() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
-  const auto ms  = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
   return localMoment(ms / 1000, static_cast<int>(ms % 1000));
 }
 
@@ -33,26 +33,26 @@ constexpr int64_t kJulianDayOf1970 = 2440588;
 double julianDate(const Moment& m) {
   using namespace std::chrono;
   const sys_days day = year(m.year) / m.month / m.day;
-  const double   ms  = ((m.hour * 60.0 + m.minute) * 60.0 + m.second) * 1000.0 + m.millisecond;
+  const double ms = ((m.hour * 60.0 + m.minute) * 60.0 + m.second) * 1000.0 + m.millisecond;
   return static_cast<double>(day.time_since_epoch().count() + kJulianDayOf1970) + ms / 86400000.0;
 }
 
 Moment momentOf(double date) {
   using namespace std::chrono;
   double whole = std::floor(date);
-  auto   ms    = static_cast<int64_t>(std::floor((date - whole) * 86400000.0 + 0.5));
+  auto ms = static_cast<int64_t>(std::floor((date - whole) * 86400000.0 + 0.5));
   if (ms >= 86400000) ms = 0, ++whole;
   whole = std::fmin(std::fmax(whole, 0.0), 1e7);
-  const sys_days       day{days(static_cast<int64_t>(whole) - kJulianDayOf1970)};
+  const sys_days day{days(static_cast<int64_t>(whole) - kJulianDayOf1970)};
   const year_month_day date3(day);
-  Moment               m;
-  m.year        = static_cast<int>(date3.year());
-  m.month       = static_cast<int>(static_cast<unsigned>(date3.month()));
-  m.day         = static_cast<int>(static_cast<unsigned>(date3.day()));
-  m.weekday     = static_cast<int>(weekday(day).c_encoding());
-  m.hour        = static_cast<int>(ms / 3600000);
-  m.minute      = static_cast<int>(ms / 60000 % 60);
-  m.second      = static_cast<int>(ms / 1000 % 60);
+  Moment m;
+  m.year = static_cast<int>(date3.year());
+  m.month = static_cast<int>(static_cast<unsigned>(date3.month()));
+  m.day = static_cast<int>(static_cast<unsigned>(date3.day()));
+  m.weekday = static_cast<int>(weekday(day).c_encoding());
+  m.hour = static_cast<int>(ms / 3600000);
+  m.minute = static_cast<int>(ms / 60000 % 60);
+  m.second = static_cast<int>(ms / 1000 % 60);
   m.millisecond = static_cast<int>(ms % 1000);
   return m;
 }
@@ -61,7 +61,7 @@ namespace {
 
 constexpr const char* kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
                                    "July",    "August",   "September", "October", "November", "December"};
-constexpr const char* kDays[]   = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+constexpr const char* kDays[] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
 
 void appendPadded(Text& out, int value, int width) {
   Text digits;
@@ -101,14 +101,14 @@ bool startsWith(TextView text, std::string_view ascii) {
 }  // namespace
 
 Text formatDate(const Moment& m, TextView picture) {
-  const Text upper       = upperCase(picture);
+  const Text upper = upperCase(picture);
   const bool twelveHours = upper.find(GC_T("AM/PM")) != Text::npos || upper.find(GC_T("A/P")) != Text::npos;
-  Text       out;
+  Text out;
   for (size_t at = 0; at < picture.size();) {
     const TextView rest = picture.substr(at);
     if (startsWith(rest, "AM/PM") || startsWith(rest, "A/P")) {
       const bool longForm = startsWith(rest, "AM/PM");
-      const bool small    = rest[0] == GC_T('a');
+      const bool small = rest[0] == GC_T('a');
       appendAscii(out, m.hour < 12 ? (small ? "a" : "A") : (small ? "p" : "P"));
       if (longForm) appendAscii(out, small ? "m" : "M");
       at += longForm ? 5 : 3;

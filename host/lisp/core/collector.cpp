@@ -11,11 +11,11 @@ namespace lisp {
 
 namespace {
 
-constexpr size_t kMinTrigger   = 16u << 20;
-constexpr size_t kMarkPerByte  = 4;     // bytes marked for each byte allocated: marking ends before the heap doubles
-constexpr size_t kObjectCost   = 32;    // what one marked or swept object counts for, bytes
-constexpr size_t kSpareBlocks  = 64;    // empty blocks kept for what comes next, beside half the filled ones
-constexpr size_t kFreeAtOnce   = 8;     // blocks given back in one step: the system takes its time for each
+constexpr size_t kMinTrigger = 16u << 20;
+constexpr size_t kMarkPerByte = 4;   // bytes marked for each byte allocated: marking ends before the heap doubles
+constexpr size_t kObjectCost = 32;   // what one marked or swept object counts for, bytes
+constexpr size_t kSpareBlocks = 64;  // empty blocks kept for what comes next, beside half the filled ones
+constexpr size_t kFreeAtOnce = 8;    // blocks given back in one step: the system takes its time for each
 
 using Clock = std::chrono::steady_clock;
 
@@ -26,8 +26,8 @@ bool pointsToHeap(LispValue v) { return v.tag() >= LispValue::kConsTag && v.tag(
 }  // namespace
 
 bool Marker::markCons(const Cons* c) {
-  uint64_t&      word = ConsBlock::of(c)->mark[ConsBlock::indexOf(c) / 64];
-  const uint64_t bit  = 1ull << ConsBlock::indexOf(c) % 64;
+  uint64_t& word = ConsBlock::of(c)->mark[ConsBlock::indexOf(c) / 64];
+  const uint64_t bit = 1ull << ConsBlock::indexOf(c) % 64;
   if (word & bit) return false;
   word |= bit;
   return true;
@@ -75,7 +75,7 @@ size_t Marker::drain(size_t budget) {
     }
     // Head first and the tail kept for later: the stack then stays short on long lists. A list of atoms is walked here.
     for (;;) {
-      const Cons*     c    = v.asCons();
+      const Cons* c = v.asCons();
       const LispValue tail = c->tail;
       if (c->head.isPair()) {
         mark(tail);
@@ -101,7 +101,7 @@ size_t Marker::drain(size_t budget) {
 
 void Heap::startMarking() {
   while (m_phase == Phase::Sweeping) sweepSome(SIZE_MAX);
-  m_phase  = Phase::Marking;
+  m_phase = Phase::Marking;
   m_colour ^= 1;
   for (ConsBlock* block : m_blocks) {
     std::memset(block->mark, 0, sizeof block->mark);
@@ -118,9 +118,9 @@ void Heap::finishMarking() {
   while (m_client.visitWeak(marker));
   m_client.dropDeadWeak(marker);
 
-  size_t                  liveCells = 0;
+  size_t liveCells = 0;
   std::vector<ConsBlock*> kept, empty;
-  const ConsBlock*        current = m_cursor != m_runEnd ? ConsBlock::of(m_cursor) : nullptr;
+  const ConsBlock* current = m_cursor != m_runEnd ? ConsBlock::of(m_cursor) : nullptr;
   for (ConsBlock* block : m_blocks) {
     size_t count = 0;
     for (const uint64_t word : block->mark) count += static_cast<size_t>(std::popcount(word));
@@ -133,20 +133,20 @@ void Heap::finishMarking() {
   kept.insert(kept.end(), empty.begin(), empty.begin() + static_cast<ptrdiff_t>(spare));
   m_condemned.insert(m_condemned.end(), empty.begin() + static_cast<ptrdiff_t>(spare), empty.end());
   m_blocks.swap(kept);
-  m_block  = 0;
+  m_block = 0;
   m_cursor = m_runEnd = nullptr;
 
   m_unswept = m_objects;
   m_objects = nullptr;
-  m_phase   = Phase::Sweeping;
-  m_fresh   = 0;
+  m_phase = Phase::Sweeping;
+  m_fresh = 0;
   m_statistics.collections++;
   m_statistics.liveBytes = liveCells * sizeof(Cons);
 }
 
 void Heap::freeCondemned(size_t count) {
   for (; count > 0 && !m_condemned.empty(); --count) {
-    ::operator delete(m_condemned.back(), std::align_val_t{ConsBlock::kBytes});
+    ::operator delete (m_condemned.back(), std::align_val_t{ConsBlock::kBytes});
     m_condemned.pop_back();
   }
 }
@@ -155,10 +155,10 @@ void Heap::sweepSome(size_t count) {
   freeCondemned(count == SIZE_MAX ? SIZE_MAX : kFreeAtOnce);
   while (m_unswept && count-- > 0) {
     Object* object = m_unswept;
-    m_unswept      = object->next;
+    m_unswept = object->next;
     if (object->colour == m_colour) {
       object->next = m_objects;
-      m_objects    = object;
+      m_objects = object;
     } else {
       freeObject(object);
     }
@@ -167,7 +167,7 @@ void Heap::sweepSome(size_t count) {
   m_phase = Phase::Idle;
   m_statistics.liveBytes += m_objectBytes;
   m_statistics.bytes = m_blocks.size() * ConsBlock::kBytes + m_objectBytes;
-  m_trigger          = kMinTrigger + m_statistics.liveBytes * 3 / 4;
+  m_trigger = kMinTrigger + m_statistics.liveBytes * 3 / 4;
 }
 
 void Heap::work(size_t amount) {
@@ -186,7 +186,7 @@ void Heap::safePoint() {
     const auto start = Clock::now();
     // An allocation spree between two safe points is paid back in bounded instalments.
     const size_t amount = m_debt < 4 * kStepBytes ? m_debt : 4 * kStepBytes;
-    m_debt              = 0;
+    m_debt = 0;
     work(amount);
     const double pause = secondsSince(start);
     m_statistics.totalPauseS += pause;
@@ -200,7 +200,7 @@ void Heap::enforceMemoryLimit() {
   collect();
   const bool below = m_statistics.bytes <= m_memoryLimit;
   const bool again = m_statistics.bytes <= m_memoryCeiling;
-  m_memoryCeiling  = below ? m_memoryLimit : m_statistics.bytes + m_memoryLimit / 16;
+  m_memoryCeiling = below ? m_memoryLimit : m_statistics.bytes + m_memoryLimit / 16;
   if (!below && !again) fail(ErrorKind::MemoryLimit, "memory limit reached");
 }
 

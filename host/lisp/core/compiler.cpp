@@ -32,17 +32,17 @@ Function* Compiler::form(LispValue form) {
 
 Function* Compiler::function(Symbol* name, LispValue parameters, LispValue forms) {
   std::vector<Symbol*> variables;
-  uint32_t             paramCount = 0;
+  uint32_t paramCount = 0;
   if (parseParameters(parameters, variables, paramCount)) {
     body(forms, Want::Value);
   } else {
     failWith("bad argument list");
   }
-  Function* f     = finish(name);
+  Function* f = finish(name);
   f->variableList = std::move(variables);
-  f->variables    = f->variableList.data();
-  f->paramCount   = paramCount;
-  f->localCount   = static_cast<uint32_t>(f->variableList.size()) - paramCount;
+  f->variables = f->variableList.data();
+  f->paramCount = paramCount;
+  f->localCount = static_cast<uint32_t>(f->variableList.size()) - paramCount;
   return f;
 }
 
@@ -68,14 +68,14 @@ bool Compiler::parseParameters(LispValue parameters, std::vector<Symbol*>& varia
 
 Function* Compiler::finish(Symbol* name) {
   emit(Op::Return);
-  Function* f  = m_vm.heap().create<Function>(ObjectType::Function);
-  f->words     = std::move(m_words);
-  f->code      = f->words.data();
+  Function* f = m_vm.heap().create<Function>(ObjectType::Function);
+  f->words = std::move(m_words);
+  f->code = f->words.data();
   f->constants = std::move(m_constants);
   f->positions = std::move(m_positions);
-  f->maxStack  = static_cast<uint32_t>(m_maxDepth) + 2;
-  f->name      = name;
-  f->file      = m_source.file;
+  f->maxStack = static_cast<uint32_t>(m_maxDepth) + 2;
+  f->name = name;
+  f->file = m_source.file;
   return f;
 }
 
@@ -99,8 +99,8 @@ void Compiler::valueWord(LispValue v) {
 // The target is set once it is known; the jump just emitted is remembered.
 void Compiler::use(Label& target) {
   if (target.at >= 0) {
-    const Word head  = m_words[m_head];
-    m_words[m_head]  = packHead(static_cast<Op>(head & 0xFF), headA(head), target.at - static_cast<int32_t>(m_head));
+    const Word head = m_words[m_head];
+    m_words[m_head] = packHead(static_cast<Op>(head & 0xFF), headA(head), target.at - static_cast<int32_t>(m_head));
   } else {
     target.uses.push_back(m_head);
   }
@@ -115,7 +115,7 @@ void Compiler::place(Label& label) {
   label.at = static_cast<int32_t>(m_words.size());
   for (const size_t at : label.uses) {
     const Word head = m_words[at];
-    m_words[at]     = packHead(static_cast<Op>(head & 0xFF), headA(head), label.at - static_cast<int32_t>(at));
+    m_words[at] = packHead(static_cast<Op>(head & 0xFF), headA(head), label.at - static_cast<int32_t>(at));
   }
 }
 
@@ -192,8 +192,8 @@ void Compiler::list(LispValue form, Want want) {
   mark(form);
   const LispValue head = form.head();
   if (head.isCellSymbol()) {
-    Symbol*     symbol = head.asSymbol();
-    const Subr* subr   = objectOf<Subr>(symbol->value, ObjectType::Subr);
+    Symbol* symbol = head.asSymbol();
+    const Subr* subr = objectOf<Subr>(symbol->value, ObjectType::Subr);
     if (subr && subr->kind() == SubrKind::Special) return special(static_cast<SpecialForm>(subr->special), form, want);
     if (subr && subr->kind() == SubrKind::Macro) return macro(symbol, form, want);
     if (subr && m_vm.symbols().isCore(symbol) && symbol->value == symbol->builtin)
@@ -251,7 +251,7 @@ void Compiler::callHead(LispValue head, LispValue forms) {
 
 void Compiler::macro(Symbol* head, LispValue form, Want want) {
   const Subr* subr = objectOf<Subr>(head->value, ObjectType::Subr);
-  Args        args(m_vm, &form, 1);
+  Args args(m_vm, &form, 1);
   expression(subr->body(args), want);
 }
 
@@ -260,7 +260,7 @@ Core Compiler::activeCore(LispValue form, uint32_t& count) const {
   if (!form.isPair() || !form.head().isCellSymbol()) return Core::Count;
   Symbol* symbol = form.head().asSymbol();
   if (!m_vm.symbols().isCore(symbol) || !(symbol->value == symbol->builtin)) return Core::Count;
-  count          = 0;
+  count = 0;
   LispValue rest = form.tail();
   for (; rest.isPair(); rest = rest.tail()) ++count;
   return rest.isNil() ? m_vm.symbols().coreOf(symbol) : Core::Count;
@@ -268,8 +268,8 @@ Core Compiler::activeCore(LispValue form, uint32_t& count) const {
 
 // Emits a binary instruction for the cheapest places of its operands.
 void Compiler::binary(Op ss, LispValue left, LispValue right, uint32_t a) {
-  Simple     l           = simple(left);
-  Simple     r           = simple(right);
+  Simple l = simple(left);
+  Simple r = simple(right);
   const bool commutative = ss == Op::AddSS || ss == Op::MultiplySS;
   if (commutative && l.kind == Simple::Constant && r.kind == Simple::Variable) std::swap(l, r);
   if (l.kind == Simple::Variable && r.kind != Simple::None) {
@@ -340,10 +340,10 @@ Op arithmeticOp(Core id) {
 }  // namespace
 
 void Compiler::access(Core id, LispValue argument) {
-  const uint32_t path   = pathOf(id);
-  const bool     single = path <= 2;
-  const Op       onTop  = single ? (path == 1 ? Op::Car : Op::Cdr) : Op::Cxr;
-  const uint32_t a      = static_cast<uint32_t>(id) | path << 8;
+  const uint32_t path = pathOf(id);
+  const bool single = path <= 2;
+  const Op onTop = single ? (path == 1 ? Op::Car : Op::Cdr) : Op::Cxr;
+  const uint32_t a = static_cast<uint32_t>(id) | path << 8;
   if (argument.isCellSymbol()) {
     emit(single ? (path == 1 ? Op::CarVar : Op::CdrVar) : Op::CxrVar, a);
     symbolWord(argument.asSymbol());
@@ -391,7 +391,7 @@ bool Compiler::core(Core id, LispValue form, Want want) {
   uint32_t count = 0;
   if (activeCore(form, count) == Core::Count) return false;
   const LispValue arguments = form.tail();
-  bool            done      = false;
+  bool done = false;
   if (id == Core::List && count > 0) {
     uint32_t pushed = 0;
     this->arguments(arguments, pushed);
@@ -463,18 +463,19 @@ void Compiler::test(LispValue form, Label& target, bool sense) {
   }
   const SourcePosition outer = m_at;
   mark(form);
-  const Subr* subr = form.head().isCellSymbol() ? objectOf<Subr>(form.head().asSymbol()->value, ObjectType::Subr) : nullptr;
-  const bool  shallow  = m_nesting < kMaxNesting;
-  const bool  special  = subr && subr->kind() == SubrKind::Special && shallow;
-  const auto  which    = special ? static_cast<SpecialForm>(subr->special) : SpecialForm::Quote;
-  uint32_t    count    = 0;
-  const Core  id       = shallow ? activeCore(form, count) : Core::Count;
+  const Subr* subr =
+      form.head().isCellSymbol() ? objectOf<Subr>(form.head().asSymbol()->value, ObjectType::Subr) : nullptr;
+  const bool shallow = m_nesting < kMaxNesting;
+  const bool special = subr && subr->kind() == SubrKind::Special && shallow;
+  const auto which = special ? static_cast<SpecialForm>(subr->special) : SpecialForm::Quote;
+  uint32_t count = 0;
+  const Core id = shallow ? activeCore(form, count) : Core::Count;
   ++m_nesting;
   if (which == SpecialForm::And || which == SpecialForm::Or) {
     // `decisive`: the truth of one operand that settles the whole.
     const bool decisive = which == SpecialForm::Or;
-    Label      end;
-    LispValue  rest = form.tail();
+    Label end;
+    LispValue rest = form.tail();
     if (!rest.isPair() && sense != decisive) jump(Op::Jump, 0, target);
     for (; rest.isPair(); rest = rest.tail()) {
       if (decisive == sense) {

@@ -20,13 +20,26 @@ namespace lisp {
 class Vm;
 
 enum class SpecialForm : uint32_t {
-  Quote, Setq, If, Progn, While, And, Or, Cond, Lambda, Function, Defun, DefunQ, Foreach, Repeat
+  Quote,
+  Setq,
+  If,
+  Progn,
+  While,
+  And,
+  Or,
+  Cond,
+  Lambda,
+  Function,
+  Defun,
+  DefunQ,
+  Foreach,
+  Repeat
 };
 
 // What is known of the text a form comes from.
 struct CompileSource {
   std::shared_ptr<const Text> file;
-  const FormPositions*        positions = nullptr;
+  const FormPositions* positions = nullptr;
 };
 
 // A function without parameters that evaluates `form`.
@@ -45,7 +58,7 @@ class Compiler {
  private:
   enum class Want : uint8_t { Value, Effect };
   struct Label {
-    int32_t             at = -1;
+    int32_t at = -1;
     std::vector<size_t> uses;
   };
   // An operand that needs no code: a variable or a constant.
@@ -90,30 +103,30 @@ class Compiler {
   Core activeCore(LispValue form, uint32_t& count) const;
   Simple simple(LispValue form) const;
 
-  void   emit(Op op, uint32_t a = 0, int32_t b = 0);
-  void   word(Word w) { m_words.push_back(w); }
-  void   valueWord(LispValue v);
-  void   symbolWord(const Symbol* s) { word(reinterpret_cast<Word>(s)); }
-  void   jump(Op op, uint32_t a, Label& target);
-  void   use(Label& target);
-  void   place(Label& label);
-  void   failWith(std::string_view asciiMessage);
-  void   failType(std::string_view predicate, LispValue culprit);
-  void   adjust(int by);
-  void   mark(LispValue form);
+  void emit(Op op, uint32_t a = 0, int32_t b = 0);
+  void word(Word w) { m_words.push_back(w); }
+  void valueWord(LispValue v);
+  void symbolWord(const Symbol* s) { word(reinterpret_cast<Word>(s)); }
+  void jump(Op op, uint32_t a, Label& target);
+  void use(Label& target);
+  void place(Label& label);
+  void failWith(std::string_view asciiMessage);
+  void failType(std::string_view predicate, LispValue culprit);
+  void adjust(int by);
+  void mark(LispValue form);
   Function* finish(Symbol* name);
-  bool   parseParameters(LispValue parameters, std::vector<Symbol*>& variables, uint32_t& paramCount);
+  bool parseParameters(LispValue parameters, std::vector<Symbol*>& variables, uint32_t& paramCount);
 
-  Vm&                       m_vm;
-  const CompileSource&      m_source;
-  int                       m_nesting;
-  std::vector<Word>         m_words;
-  std::vector<LispValue>    m_constants;
+  Vm& m_vm;
+  const CompileSource& m_source;
+  int m_nesting;
+  std::vector<Word> m_words;
+  std::vector<LispValue> m_constants;
   std::vector<CodePosition> m_positions;
-  SourcePosition            m_at;
-  size_t                    m_head     = 0;  // offset of the instruction being emitted
-  int                       m_depth    = 0;
-  int                       m_maxDepth = 0;
+  SourcePosition m_at;
+  size_t m_head = 0;  // offset of the instruction being emitted
+  int m_depth = 0;
+  int m_maxDepth = 0;
 };
 
 }  // namespace lisp

@@ -38,8 +38,7 @@ void Compiler::special(SpecialForm which, LispValue form, Want want) {
 // The forms in turn; the last one's value is the value, nil when there is none.
 void Compiler::body(LispValue forms, Want want) {
   if (!forms.isPair() && want == Want::Value) constant(LispValue::nil());
-  for (; forms.isPair(); forms = forms.tail())
-    expression(forms.head(), forms.tail().isPair() ? Want::Effect : want);
+  for (; forms.isPair(); forms = forms.tail()) expression(forms.head(), forms.tail().isPair() ? Want::Effect : want);
 }
 
 void Compiler::quote(LispValue form) {
@@ -49,8 +48,9 @@ void Compiler::quote(LispValue form) {
   // A quoted lambda will be called sooner or later: compiled now, its positions are still known.
   if (value.isPair() && value.head() == LispValue::of(m_vm.names().lambda) && value.tail().isPair() &&
       !m_vm.functionCache().find(value.asCons()))
-    m_vm.functionCache().add(value.asCons(),
-                             Compiler(m_vm, m_source, m_nesting).function(nullptr, value.tail().head(), value.tail().tail()));
+    m_vm.functionCache().add(
+        value.asCons(),
+        Compiler(m_vm, m_source, m_nesting).function(nullptr, value.tail().head(), value.tail().tail()));
   constant(value);
 }
 
@@ -84,10 +84,10 @@ void Compiler::assign(LispValue target, LispValue valueForm, Want want) {
 
 // (setq x (1+ x)), (setq x (+ x 2)) and the like in one instruction.
 bool Compiler::addToVariable(Symbol* target, LispValue valueForm) {
-  uint32_t   count = 0;
-  const Core id    = activeCore(valueForm, count);
+  uint32_t count = 0;
+  const Core id = activeCore(valueForm, count);
   const bool unary = (id == Core::Increment || id == Core::Decrement) && count == 1;
-  const bool sum   = (id == Core::Add || id == Core::Subtract) && count == 2;
+  const bool sum = (id == Core::Add || id == Core::Subtract) && count == 2;
   if (!unary && !sum) return false;
   if (!(valueForm.tail().head() == LispValue::of(target))) return false;
   int32_t by = id == Core::Increment ? 1 : -1;
@@ -111,9 +111,9 @@ void Compiler::ifForm(LispValue form, Want want) {
     if (want == Want::Effect) emit(Op::Pop), adjust(-1);
     return;
   }
-  const LispValue then     = form.tail().tail();
+  const LispValue then = form.tail().tail();
   const LispValue otherwise = then.tail();
-  Label           elseLabel, end;
+  Label elseLabel, end;
   test(form.tail().head(), elseLabel, false);
   expression(then.head(), want);
   if (want == Want::Effect && !otherwise.isPair()) return place(elseLabel);
@@ -141,8 +141,8 @@ void Compiler::whileForm(LispValue form, Want want) {
 }
 
 void Compiler::andOr(LispValue form, Want want) {
-  const bool isOr = static_cast<SpecialForm>(objectOf<Subr>(form.head().asSymbol()->value, ObjectType::Subr)->special) ==
-                    SpecialForm::Or;
+  const bool isOr = static_cast<SpecialForm>(
+                        objectOf<Subr>(form.head().asSymbol()->value, ObjectType::Subr)->special) == SpecialForm::Or;
   Label settled, end;
   for (LispValue rest = form.tail(); rest.isPair(); rest = rest.tail()) {
     if (want == Want::Effect && !rest.tail().isPair())
@@ -227,7 +227,7 @@ void Compiler::foreachForm(LispValue form, Want want) {
     return;
   }
   Symbol* variable = rest.head().asSymbol();
-  Label   top, end;
+  Label top, end;
   if (want == Want::Value) constant(LispValue::nil());
   expression(rest.tail().head(), Want::Value);
   emit(Op::CheckList);

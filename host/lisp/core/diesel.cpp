@@ -72,7 +72,7 @@ class Macro {
   }
 
   Text apply(const Text& name, const std::vector<Text>& p) {
-    const auto text  = [&](size_t i) { return i < p.size() ? p[i] : Text(); };
+    const auto text = [&](size_t i) { return i < p.size() ? p[i] : Text(); };
     const auto value = [&](size_t i) { return i < p.size() ? leadingReal(p[i]) : 0.0; };
     const auto truth = [](bool b) { return Text(b ? GC_T("1") : GC_T("0")); };
     if (name == GC_T("edtime")) return editTime(value(1), text(2));
@@ -137,20 +137,28 @@ class Macro {
 
   // Operators over all their arguments.
   Text fold(const Text& name, const std::vector<Text>& p) {
-    static constexpr const GCHAR* kOperators[] = {GC_T("+"), GC_T("-"), GC_T("*"), GC_T("/"), GC_T("and"), GC_T("or"), GC_T("xor")};
+    static constexpr const GCHAR* kOperators[] = {GC_T("+"),   GC_T("-"),  GC_T("*"),  GC_T("/"),
+                                                  GC_T("and"), GC_T("or"), GC_T("xor")};
     if (std::find(std::begin(kOperators), std::end(kOperators), name) == std::end(kOperators) || p.size() < 2)
       return GC_T("$(") + name + GC_T(")??");
     double result = leadingReal(p[1]);
     const auto asBits = [](double v) { return static_cast<int64_t>(v); };
     for (size_t i = 2; i < p.size(); ++i) {
       const double v = leadingReal(p[i]);
-      if (name == GC_T("+")) result += v;
-      else if (name == GC_T("-")) result -= v;
-      else if (name == GC_T("*")) result *= v;
-      else if (name == GC_T("/")) result = v != 0 ? result / v : 0;
-      else if (name == GC_T("and")) result = static_cast<double>(asBits(result) & asBits(v));
-      else if (name == GC_T("or")) result = static_cast<double>(asBits(result) | asBits(v));
-      else result = static_cast<double>(asBits(result) ^ asBits(v));
+      if (name == GC_T("+"))
+        result += v;
+      else if (name == GC_T("-"))
+        result -= v;
+      else if (name == GC_T("*"))
+        result *= v;
+      else if (name == GC_T("/"))
+        result = v != 0 ? result / v : 0;
+      else if (name == GC_T("and"))
+        result = static_cast<double>(asBits(result) & asBits(v));
+      else if (name == GC_T("or"))
+        result = static_cast<double>(asBits(result) | asBits(v));
+      else
+        result = static_cast<double>(asBits(result) ^ asBits(v));
     }
     return number(result);
   }
@@ -160,10 +168,10 @@ class Macro {
     return formatDate(julian == 0 ? localNow() : momentOf(julian), format);
   }
 
-  TextView           m_text;
+  TextView m_text;
   const Environment& m_environment;
-  int                m_nesting;
-  size_t             m_at = 0;
+  int m_nesting;
+  size_t m_at = 0;
 };
 
 }  // namespace

@@ -9,7 +9,7 @@
 
 namespace lisp {
 
-Environment::Environment()  = default;
+Environment::Environment() = default;
 Environment::~Environment() = default;
 
 int Environment::unitVariable(const char* name) const {

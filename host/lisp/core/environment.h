@@ -15,7 +15,7 @@ class Environment {
   virtual ~Environment();
 
   // LUNITS, LUPREC, AUNITS, AUPREC, DIMZIN, ANGDIR as integers; ANGBASE in radians.
-  virtual int    unitVariable(const char* name) const;
+  virtual int unitVariable(const char* name) const;
   virtual double angleBase() const;
   // The full name of a file: as given if it exists, else found along the support path; empty when absent.
   virtual Text findFile(TextView name) const;
@@ -34,7 +34,7 @@ class Environment {
   std::vector<Text>& supportPath() { return m_supportPath; }
 
  private:
-  std::vector<Text>    m_supportPath;
+  std::vector<Text> m_supportPath;
   std::map<Text, Text> m_entries;
 };
 

@@ -8,20 +8,20 @@
 namespace lisp {
 
 enum class ErrorKind : uint8_t {
-  Error,        // an ordinary error with a message
-  Exit,         // exit, quit; may carry a code for the host
-  ExitValue,    // vl-exit-with-value: ends the top-level form with a value
-  Cancelled,    // interrupted by the user
-  TimeLimit,    // not catchable by programs
+  Error,      // an ordinary error with a message
+  Exit,       // exit, quit; may carry a code for the host
+  ExitValue,  // vl-exit-with-value: ends the top-level form with a value
+  Cancelled,  // interrupted by the user
+  TimeLimit,  // not catchable by programs
   MemoryLimit,
 };
 
 struct LispError {
   ErrorKind kind = ErrorKind::Error;
-  Text      message;
-  int       exitCode = 0;
-  bool      silent   = false;  // no message when nothing handles it: exit with a code
-  bool      reported = false;  // *error* has run or the message has been printed
+  Text message;
+  int exitCode = 0;
+  bool silent = false;    // no message when nothing handles it: exit with a code
+  bool reported = false;  // *error* has run or the message has been printed
 
   explicit LispError(Text text) : message(std::move(text)) {}
   LispError(ErrorKind k, Text text) : kind(k), message(std::move(text)) {}

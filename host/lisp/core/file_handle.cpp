@@ -43,7 +43,7 @@ std::FILE* openFile(const fs::path& path, FileHandle::Mode mode) {
 
 }  // namespace
 
-File::File()  = default;
+File::File() = default;
 File::~File() = default;
 
 FileHandle* FileHandle::open(TextView name, Mode mode) {
@@ -78,7 +78,7 @@ bool readWhole(TextView name, std::string& bytes) {
   if (isDirectory(name)) return false;
   std::FILE* file = openFile(pathOf(name), FileHandle::Mode::Read);
   if (!file) return false;
-  char   buffer[16384];
+  char buffer[16384];
   size_t count = 0;
   while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0) bytes.append(buffer, count);
   std::fclose(file);
@@ -108,7 +108,7 @@ bool rename(TextView from, TextView to) {
 }
 
 int64_t copy(TextView from, TextView to, bool append) {
-  std::string     bytes;
+  std::string bytes;
   std::error_code error;
   if (!readWhole(from, bytes)) return -1;
   if (!append && fs::exists(pathOf(to), error)) return -1;
@@ -116,7 +116,7 @@ int64_t copy(TextView from, TextView to, bool append) {
   std::FILE* file = openFile(pathOf(to), append ? FileHandle::Mode::Append : FileHandle::Mode::Write);
   if (!file) return -1;
   const size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file);
-  const bool   closed  = std::fclose(file) == 0;
+  const bool closed = std::fclose(file) == 0;
   return closed && written == bytes.size() ? static_cast<int64_t>(written) : -1;
 }
 
@@ -134,20 +134,22 @@ bool makeDirectory(TextView name) {
 
 bool modified(TextView name, Moment& local) {
   std::error_code error;
-  const auto      at = fs::last_write_time(pathOf(name), error);
+  const auto at = fs::last_write_time(pathOf(name), error);
   if (error) return false;
-  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(at).time_since_epoch()).count();
+  const auto ms =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(at).time_since_epoch())
+          .count();
   local = localMoment(ms / 1000, static_cast<int>(ms % 1000));
   return true;
 }
 
 std::vector<Text> list(TextView directory, bool directories, bool plainFiles) {
   std::vector<Text> names;
-  std::error_code   error;
-  const fs::path    path = directory.empty() ? fs::path(".") : pathOf(directory);
+  std::error_code error;
+  const fs::path path = directory.empty() ? fs::path(".") : pathOf(directory);
   for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
     std::error_code ignored;
-    const bool      isDir = it->is_directory(ignored);
+    const bool isDir = it->is_directory(ignored);
     if (isDir ? directories : plainFiles) names.push_back(textOf(it->path().filename()));
   }
   if (directories && isDirectory(directory.empty() ? TextView(GC_T(".")) : directory)) {
@@ -159,13 +161,13 @@ std::vector<Text> list(TextView directory, bool directories, bool plainFiles) {
 
 Text absolute(TextView name) {
   std::error_code error;
-  const fs::path  path = fs::absolute(pathOf(name), error);
+  const fs::path path = fs::absolute(pathOf(name), error);
   return error ? Text(name) : textOf(path.lexically_normal());
 }
 
 Text temporaryDirectory() {
   std::error_code error;
-  const fs::path  path = fs::temp_directory_path(error);
+  const fs::path path = fs::temp_directory_path(error);
   return error ? Text(GC_T(".")) : textOf(path);
 }
 

@@ -10,7 +10,7 @@ void FormPositions::clear() {
 
 size_t FormPositions::slotOf(const Cons* list) const {
   const size_t mask = m_entries.size() - 1;
-  size_t       slot = (reinterpret_cast<uintptr_t>(list) >> 4) * 0x9E3779B97F4A7C15u >> 20 & mask;
+  size_t slot = (reinterpret_cast<uintptr_t>(list) >> 4) * 0x9E3779B97F4A7C15u >> 20 & mask;
   while (m_entries[slot].list && m_entries[slot].list != list) slot = (slot + 1) & mask;
   return slot;
 }

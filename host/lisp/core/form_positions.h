@@ -10,7 +10,7 @@
 namespace lisp {
 
 struct SourcePosition {
-  uint32_t line   = 0;  // from 1; 0: unknown
+  uint32_t line = 0;    // from 1; 0: unknown
   uint32_t column = 0;  // from 1, in UTF-16 units
 };
 
@@ -22,13 +22,13 @@ class FormPositions {
 
  private:
   struct Entry {
-    const Cons*    list = nullptr;
+    const Cons* list = nullptr;
     SourcePosition at;
   };
   size_t slotOf(const Cons* list) const;
 
   std::vector<Entry> m_entries = std::vector<Entry>(64);
-  size_t             m_count   = 0;
+  size_t m_count = 0;
 };
 
 }  // namespace lisp

@@ -4,7 +4,7 @@ namespace lisp {
 
 size_t FunctionCache::slotOf(const Cons* list) const {
   const size_t mask = m_entries.size() - 1;
-  size_t       slot = (reinterpret_cast<uintptr_t>(list) >> 4) * 0x9E3779B97F4A7C15u >> 20 & mask;
+  size_t slot = (reinterpret_cast<uintptr_t>(list) >> 4) * 0x9E3779B97F4A7C15u >> 20 & mask;
   while (m_entries[slot].list && m_entries[slot].list != list) slot = (slot + 1) & mask;
   return slot;
 }
@@ -34,7 +34,8 @@ void FunctionCache::add(const Cons* list, Function* function) {
 bool FunctionCache::markLiving(Marker& marker) const {
   bool any = false;
   for (const Entry& e : m_entries)
-    if (e.list && marker.isMarked(LispValue::of(const_cast<Cons*>(e.list)))) any |= marker.mark(LispValue::of(static_cast<Object*>(e.function)));
+    if (e.list && marker.isMarked(LispValue::of(const_cast<Cons*>(e.list))))
+      any |= marker.mark(LispValue::of(static_cast<Object*>(e.function)));
   return any;
 }
 

@@ -11,7 +11,7 @@ namespace lisp {
 class FunctionCache {
  public:
   Function* find(const Cons* list) const;
-  void      add(const Cons* list, Function* function);
+  void add(const Cons* list, Function* function);
 
   // For the collector: marks functions of marked lists; true when that marked anything new.
   bool markLiving(Marker& marker) const;
@@ -19,14 +19,14 @@ class FunctionCache {
 
  private:
   struct Entry {
-    const Cons* list     = nullptr;
-    Function*   function = nullptr;
+    const Cons* list = nullptr;
+    Function* function = nullptr;
   };
   size_t slotOf(const Cons* list) const;
-  void   insertAll(const std::vector<Entry>& entries, size_t slots);
+  void insertAll(const std::vector<Entry>& entries, size_t slots);
 
   std::vector<Entry> m_entries = std::vector<Entry>(256);
-  size_t             m_count   = 0;
+  size_t m_count = 0;
 };
 
 }  // namespace lisp

@@ -13,7 +13,7 @@ namespace {
 // Sets bits [from, to) of a bitmap.
 void setBits(uint64_t* words, size_t from, size_t to) {
   while (from < to) {
-    const size_t bit   = from % 64;
+    const size_t bit = from % 64;
     const size_t count = to - from < 64 - bit ? to - from : 64 - bit;
     const uint64_t mask = count == 64 ? ~0ull : ((1ull << count) - 1) << bit;
     words[from / 64] |= mask;
@@ -42,11 +42,11 @@ Heap::~Heap() {
     }
   }
   freeCondemned(SIZE_MAX);
-  for (ConsBlock* block : m_blocks) ::operator delete(block, std::align_val_t{ConsBlock::kBytes});
+  for (ConsBlock* block : m_blocks) ::operator delete (block, std::align_val_t{ConsBlock::kBytes});
 }
 
 void Heap::newBlock() {
-  auto* block = static_cast<ConsBlock*>(::operator new(ConsBlock::kBytes, std::align_val_t{ConsBlock::kBytes}));
+  auto* block = static_cast<ConsBlock*>(::operator new (ConsBlock::kBytes, std::align_val_t{ConsBlock::kBytes}));
   std::memset(block->live, 0, sizeof block->live);
   std::memset(block->mark, 0, sizeof block->mark);
   setBits(block->live, 0, ConsBlock::kFirstCell);
@@ -58,12 +58,12 @@ void Heap::newBlock() {
 bool Heap::findRun() {
   size_t from = m_runEnd ? ConsBlock::indexOf(m_runEnd - 1) + 1 : 0;
   for (; m_block < m_blocks.size(); ++m_block, from = 0) {
-    ConsBlock*   block = m_blocks[m_block];
+    ConsBlock* block = m_blocks[m_block];
     const size_t start = findBit(block->live, from, false);
     if (start == ConsBlock::kCells) continue;
     const size_t end = findBit(block->live, start, true);
-    m_cursor         = block->cell(start);
-    m_runEnd         = block->cell(end);
+    m_cursor = block->cell(start);
+    m_runEnd = block->cell(end);
     return true;
   }
   m_cursor = m_runEnd = nullptr;
@@ -83,7 +83,7 @@ void Heap::nextRun() {
 // Cells handed out while marking runs count as marked.
 void Heap::blackenRun() {
   if (m_cursor == m_runEnd) return;
-  ConsBlock*   block = ConsBlock::of(m_cursor);
+  ConsBlock* block = ConsBlock::of(m_cursor);
   const size_t start = ConsBlock::indexOf(m_cursor);
   setBits(block->mark, start, start + static_cast<size_t>(m_runEnd - m_cursor));
 }
@@ -111,18 +111,18 @@ void* Heap::account(size_t bytes) {
 }
 
 void Heap::enlist(Object* object, ObjectType type) {
-  object->type   = type;
+  object->type = type;
   object->colour = m_colour;
-  object->next   = m_objects;
-  m_objects      = object;
+  object->next = m_objects;
+  m_objects = object;
 }
 
 StringObject* Heap::newString(size_t length) {
   if (length > UINT32_MAX / 4) fail(ErrorKind::MemoryLimit, "string too long");
-  const size_t bytes  = sizeof(StringObject) + (length + 1) * sizeof(GCHAR);
-  auto*        object = static_cast<StringObject*>(account(bytes));
-  object->flags       = 0;
-  object->length      = static_cast<uint32_t>(length);
+  const size_t bytes = sizeof(StringObject) + (length + 1) * sizeof(GCHAR);
+  auto* object = static_cast<StringObject*>(account(bytes));
+  object->flags = 0;
+  object->length = static_cast<uint32_t>(length);
   object->data()[length] = 0;
   enlist(object, ObjectType::String);
   return object;

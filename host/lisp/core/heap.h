@@ -39,9 +39,9 @@ class HeapClient {
 };
 
 struct ConsBlock {
-  static constexpr size_t kBytes     = 256 * 1024;
-  static constexpr size_t kCells     = kBytes / sizeof(Cons);
-  static constexpr size_t kWords     = kCells / 64;
+  static constexpr size_t kBytes = 256 * 1024;
+  static constexpr size_t kCells = kBytes / sizeof(Cons);
+  static constexpr size_t kWords = kCells / 64;
   static constexpr size_t kFirstCell = 2 * kWords * sizeof(uint64_t) / sizeof(Cons);
   static_assert(kFirstCell % 8 == 0);
 
@@ -56,18 +56,18 @@ struct ConsBlock {
 };
 
 struct HeapStatistics {
-  size_t   bytes         = 0;  // cells in blocks plus objects, garbage not yet swept included
-  size_t   liveBytes     = 0;  // after the last collection
-  uint64_t collections   = 0;
-  double   longestPauseS = 0;  // of a single step, seconds
-  double   totalPauseS   = 0;
+  size_t bytes = 0;      // cells in blocks plus objects, garbage not yet swept included
+  size_t liveBytes = 0;  // after the last collection
+  uint64_t collections = 0;
+  double longestPauseS = 0;  // of a single step, seconds
+  double totalPauseS = 0;
 };
 
 class Heap {
  public:
   explicit Heap(HeapClient& client) : m_client(client) {}
   ~Heap();
-  Heap(const Heap&)            = delete;
+  Heap(const Heap&) = delete;
   Heap& operator=(const Heap&) = delete;
 
   LispValue cons(LispValue head, LispValue tail) {
@@ -79,7 +79,7 @@ class Heap {
   }
   // Units after the zero-terminated length are the caller's to fill.
   StringObject* newString(size_t length);
-  LispValue     string(TextView text);
+  LispValue string(TextView text);
   template <class T>
   T* create(ObjectType type) {
     T* object = new (account(sizeof(T))) T();
@@ -103,42 +103,42 @@ class Heap {
   enum class Phase : uint8_t { Idle, Marking, Sweeping };
   static constexpr size_t kStepBytes = 64 * 1024;  // allocation after which a step of work is due
 
-  void  nextRun();
-  bool  findRun();
-  void  newBlock();
+  void nextRun();
+  bool findRun();
+  void newBlock();
   void* account(size_t bytes);
-  void  enlist(Object* object, ObjectType type);
-  void  startMarking();
-  void  finishMarking();
-  void  sweepSome(size_t count);
-  void  freeCondemned(size_t count);
-  void  freeObject(Object* object);
-  void  blackenRun();
-  void  charge(size_t bytes);
-  void  work(size_t amount);
-  void  poisonDeadCells();
-  void  collectAll();
-  void  enforceMemoryLimit();
+  void enlist(Object* object, ObjectType type);
+  void startMarking();
+  void finishMarking();
+  void sweepSome(size_t count);
+  void freeCondemned(size_t count);
+  void freeObject(Object* object);
+  void blackenRun();
+  void charge(size_t bytes);
+  void work(size_t amount);
+  void poisonDeadCells();
+  void collectAll();
+  void enforceMemoryLimit();
 
-  HeapClient&             m_client;
-  Cons*                   m_cursor = nullptr;
-  Cons*                   m_runEnd = nullptr;
-  size_t                  m_block  = 0;  // index of the block the run lies in
+  HeapClient& m_client;
+  Cons* m_cursor = nullptr;
+  Cons* m_runEnd = nullptr;
+  size_t m_block = 0;  // index of the block the run lies in
   std::vector<ConsBlock*> m_blocks;
   std::vector<ConsBlock*> m_condemned;  // empty, to be given back
-  std::vector<LispValue>  m_grey;
-  Object*                 m_objects  = nullptr;
-  Object*                 m_unswept  = nullptr;
-  uint8_t                 m_colour   = 0;
-  Phase                   m_phase    = Phase::Idle;
-  bool                    m_stress   = false;
-  size_t                  m_debt     = 0;  // bytes allocated since the last step
-  size_t                  m_fresh    = 0;  // bytes allocated since the last collection ended
-  size_t                  m_trigger  = 16u << 20;
-  size_t                  m_memoryLimit   = 0;
-  size_t                  m_memoryCeiling = 0;  // where the next error is due
-  size_t                  m_objectBytes = 0;
-  HeapStatistics          m_statistics;
+  std::vector<LispValue> m_grey;
+  Object* m_objects = nullptr;
+  Object* m_unswept = nullptr;
+  uint8_t m_colour = 0;
+  Phase m_phase = Phase::Idle;
+  bool m_stress = false;
+  size_t m_debt = 0;   // bytes allocated since the last step
+  size_t m_fresh = 0;  // bytes allocated since the last collection ended
+  size_t m_trigger = 16u << 20;
+  size_t m_memoryLimit = 0;
+  size_t m_memoryCeiling = 0;  // where the next error is due
+  size_t m_objectBytes = 0;
+  HeapStatistics m_statistics;
 };
 
 // Marks values; handed to the client when roots are taken.

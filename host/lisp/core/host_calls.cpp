@@ -24,7 +24,7 @@ bool HostCalls::readLine(Text&) { return false; }
 LispValue HostCalls::callExternal(int, Args&) { return LispValue::nil(); }
 
 void HostCalls::formatEntityName(uint64_t id, Text& out) {
-  char       buffer[20];
+  char buffer[20];
   const auto end = std::to_chars(buffer, buffer + sizeof buffer, id, 16).ptr;
   appendAscii(out, std::string_view(buffer, static_cast<size_t>(end - buffer)));
 }

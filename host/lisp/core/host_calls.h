@@ -20,7 +20,7 @@ class HostCalls {
   virtual void formatEntityName(uint64_t id, Text& out);
   // The number within <Selection set: ...>, and the end of the last reference to it.
   virtual uint64_t selectionSetNumber(uint64_t handle);
-  virtual void     releaseSelectionSet(uint64_t handle);
+  virtual void releaseSelectionSet(uint64_t handle);
   // (alert text); the default writes the text and a newline.
   virtual void alert(TextView text);
   // Diagnostics that are no command line output; the default writes UTF-8 to the standard error.

@@ -37,11 +37,13 @@ EvalResult Interpreter::guarded(OnError onError, Work work) {
   const bool before = m_vm.setReporting(onError == OnError::Report);
   const auto failed = [&](LispError& error) {
     if (onError == OnError::Report && !error.reported) m_vm.report(error);
-    result.status   = statusOf(error.kind);
-    result.message  = error.message;
+    result.status = statusOf(error.kind);
+    result.message = error.message;
     result.exitCode = error.exitCode;
-    if (error.kind == ErrorKind::ExitValue) result.value = m_vm.exitValue;
-    else if (error.reported) result.trace = m_vm.lastTrace();
+    if (error.kind == ErrorKind::ExitValue)
+      result.value = m_vm.exitValue;
+    else if (error.reported)
+      result.trace = m_vm.lastTrace();
   };
   try {
     result.value = work();
@@ -59,13 +61,13 @@ EvalResult Interpreter::guarded(OnError onError, Work work) {
 EvalResult Interpreter::evalFormsFrom(TextView text, TextView name, FormObserver* observer, OnError onError) {
   FormPositions positions;
   CompileSource source{std::make_shared<const Text>(name), &positions};
-  Reader        reader(text, m_vm.heap(), m_vm.symbols(), &positions);
-  EvalResult    last;
+  Reader reader(text, m_vm.heap(), m_vm.symbols(), &positions);
+  EvalResult last;
   for (bool more = true; more;) {
-    bool       reading = true;
-    EvalResult result  = guarded(onError, [&] {
+    bool reading = true;
+    EvalResult result = guarded(onError, [&] {
       LispValue form;
-      more    = reader.next(form);
+      more = reader.next(form);
       reading = false;
       return more ? m_vm.eval(form, source) : LispValue::nil();
     });
@@ -112,19 +114,19 @@ LispValue Interpreter::symbol(TextView name) { return tokenValue(name, m_vm.symb
 
 LispValue Interpreter::entityName(uint64_t id) {
   auto* object = m_vm.heap().create<EntityName>(ObjectType::EntityName);
-  object->id   = id;
+  object->id = id;
   return LispValue::of(static_cast<Object*>(object));
 }
 
 LispValue Interpreter::selectionSet(uint64_t handle) {
-  auto* object   = m_vm.heap().create<SelectionSet>(ObjectType::SelectionSet);
+  auto* object = m_vm.heap().create<SelectionSet>(ObjectType::SelectionSet);
   object->handle = handle;
   return LispValue::of(static_cast<Object*>(object));
 }
 
 LispValue Interpreter::opaque(const OpaqueType& type, uint64_t payload) {
-  auto* object    = m_vm.heap().create<Opaque>(ObjectType::Opaque);
-  object->kind    = &type;
+  auto* object = m_vm.heap().create<Opaque>(ObjectType::Opaque);
+  object->kind = &type;
   object->payload = payload;
   return LispValue::of(static_cast<Object*>(object));
 }

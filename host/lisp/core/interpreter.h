@@ -14,19 +14,19 @@ namespace lisp {
 
 enum class EvalStatus : uint8_t {
   Done,
-  Error,        // reported already: by *error*, or printed
-  Exit,         // exit or quit; exitCode says with what
-  Cancelled,    // interrupted
+  Error,      // reported already: by *error*, or printed
+  Exit,       // exit or quit; exitCode says with what
+  Cancelled,  // interrupted
   TimeLimit,
   MemoryLimit,
 };
 
 struct EvalResult {
-  EvalStatus             status = EvalStatus::Done;
-  LispValue              value;        // root it before the next evaluation if it is to stay
-  Text                   message;      // of the error
-  int                    exitCode = 0;
-  std::vector<TraceLine> trace;        // innermost function first, with file and line
+  EvalStatus status = EvalStatus::Done;
+  LispValue value;  // root it before the next evaluation if it is to stay
+  Text message;     // of the error
+  int exitCode = 0;
+  std::vector<TraceLine> trace;  // innermost function first, with file and line
 };
 
 // What becomes of an error that no program catches.
@@ -44,7 +44,7 @@ class FormObserver {
 };
 
 struct InterpreterOptions {
-  VmLimits                     limits;
+  VmLimits limits;
   std::shared_ptr<SharedSpace> shared;  // blackboard and registry in common; null: of its own
 };
 
@@ -53,7 +53,7 @@ class Interpreter {
   // Host and environment must outlive the interpreter.
   Interpreter(HostCalls& host, Environment& environment, InterpreterOptions options = {});
   ~Interpreter();
-  Interpreter(const Interpreter&)            = delete;
+  Interpreter(const Interpreter&) = delete;
   Interpreter& operator=(const Interpreter&) = delete;
 
   // Evaluates the forms of a text one after the other; the value is the last form's. `name` appears in messages.
@@ -78,10 +78,10 @@ class Interpreter {
   LispValue opaque(const OpaqueType& type, uint64_t payload);
 
   LispValue variable(TextView name);
-  void      setVariable(TextView name, LispValue value);
-  Text      print(LispValue value, PrintStyle style = PrintStyle::Quoted) { return m_vm.print(value, style); }
+  void setVariable(TextView name, LispValue value);
+  Text print(LispValue value, PrintStyle style = PrintStyle::Quoted) { return m_vm.print(value, style); }
   // Hands on what has been printed but still lies in the buffer.
-  void      flush() { m_vm.flush(); }
+  void flush() { m_vm.flush(); }
 
   // From any thread: the running program ends with "Function cancelled" / without running any handler.
   void interrupt() { m_vm.requestInterrupt(); }

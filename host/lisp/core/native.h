@@ -14,31 +14,33 @@ struct Frame;
 
 struct StepResult {
   enum Kind : uint8_t { Return, Call, TailCall } kind;
-  LispValue value;     // the result, or the function to call
-  uint32_t  argCount;  // arguments pushed
+  LispValue value;    // the result, or the function to call
+  uint32_t argCount;  // arguments pushed
 };
 
 class Native {
  public:
   Native(Vm& vm, Frame& frame, LispValue result) : m_vm(vm), m_frame(frame), m_result(result) {}
 
-  Vm&        vm() const { return m_vm; }
-  uint32_t   argCount() const;
+  Vm& vm() const { return m_vm; }
+  uint32_t argCount() const;
   LispValue& slot(uint32_t i) const;  // arguments first, then the extra slots
   LispValue& extra(uint32_t i) const { return slot(argCount() + i); }
-  uint32_t&  state() const;           // 0 in the first step
-  LispValue  result() const { return m_result; }
+  uint32_t& state() const;  // 0 in the first step
+  LispValue result() const { return m_result; }
 
   // Arguments of the call to come.
-  void       push(LispValue argument) const;
+  void push(LispValue argument) const;
   StepResult call(LispValue function, uint32_t argCount) const { return {StepResult::Call, function, argCount}; }
   // The called function's result becomes the builtin's.
-  StepResult tailCall(LispValue function, uint32_t argCount) const { return {StepResult::TailCall, function, argCount}; }
+  StepResult tailCall(LispValue function, uint32_t argCount) const {
+    return {StepResult::TailCall, function, argCount};
+  }
   StepResult done(LispValue value) const { return {StepResult::Return, value, 0}; }
 
  private:
-  Vm&       m_vm;
-  Frame&    m_frame;
+  Vm& m_vm;
+  Frame& m_frame;
   LispValue m_result;
 };
 

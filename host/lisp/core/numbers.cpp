@@ -91,7 +91,7 @@ bool isEqual(LispValue left, LispValue right, double fuzz) {
       if (left == right) break;
       later.push_back(left.tail());
       later.push_back(right.tail());
-      left  = left.head();
+      left = left.head();
       right = right.head();
     }
     if (left.isNumber() && right.isNumber()) {

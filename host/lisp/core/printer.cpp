@@ -62,7 +62,7 @@ void appendValue(Text& out, LispValue value, PrintStyle style, ObjectPrinter& ob
     }
     if (open.empty()) return;
     out.push_back(GC_T(' '));
-    value       = open.back().head();
+    value = open.back().head();
     open.back() = open.back().tail();
   }
 }

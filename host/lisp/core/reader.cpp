@@ -37,7 +37,7 @@ Text decodeSource(std::string_view bytes, LegacyDecoder legacy) {
 
 LispValue tokenValue(TextView token, SymbolTable& symbols) {
   const bool mayBeNumber = isDigit(token[0]) || token[0] == GC_T('+') || token[0] == GC_T('-') || token[0] == GC_T('.');
-  double     value       = 0;
+  double value = 0;
   if (mayBeNumber && wholeReal(token, value)) {
     const bool fits = value >= std::numeric_limits<int32_t>::min() && value <= std::numeric_limits<int32_t>::max();
     return looksInteger(token) && fits ? LispValue::integer(static_cast<int32_t>(value)) : LispValue::real(value);
@@ -107,11 +107,11 @@ void Reader::readEscape(Text& out) {
   }
   if ((c == GC_T('U') || c == GC_T('u')) && m_at + 5 <= m_text.size() && m_text[m_at] == GC_T('+')) {
     uint32_t code = 0;
-    bool     hex  = true;
+    bool hex = true;
     for (size_t i = 1; i <= 4; ++i) {
       const int digit = hexDigit(m_text[m_at + i]);
-      hex             = hex && digit >= 0;
-      code            = code * 16 + static_cast<uint32_t>(digit & 15);
+      hex = hex && digit >= 0;
+      code = code * 16 + static_cast<uint32_t>(digit & 15);
     }
     if (hex) {
       m_at += 5;
@@ -158,7 +158,8 @@ bool Reader::atLoneDot() const {
 }
 
 void Reader::readDot() {
-  const bool wellPlaced = !m_open.empty() && !m_open.back().isQuote && m_open.back().first && m_open.back().dotState == 0;
+  const bool wellPlaced =
+      !m_open.empty() && !m_open.back().isQuote && m_open.back().first && m_open.back().dotState == 0;
   if (!wellPlaced) {
     m_formAt = here();
     fail("misplaced dot on input");
@@ -174,7 +175,7 @@ void Reader::append(OpenList& list, LispValue value) {
   }
   if (list.dotState == 1) {
     list.last->tail = value;
-    list.dotState   = 2;
+    list.dotState = 2;
     return;
   }
   Cons* cell = m_heap.cons(value, LispValue::nil()).asCons();
@@ -217,9 +218,9 @@ bool Reader::next(LispValue& form) {
   bool started = false;
   while (skipSpace()) {
     if (!started) m_formAt = here();
-    started       = true;
+    started = true;
     const GCHAR c = m_text[m_at];
-    LispValue   value;
+    LispValue value;
     if (c == GC_T('(')) {
       push({.at = here()});
       ++m_at;

@@ -26,37 +26,37 @@ class Reader {
 
  private:
   struct OpenList {
-    Cons*          first    = nullptr;
-    Cons*          last     = nullptr;
-    bool           isQuote  = false;  // 'x under way: closed by the next value
-    uint8_t        dotState = 0;      // 1: dot read, tail wanted; 2: tail read
+    Cons* first = nullptr;
+    Cons* last = nullptr;
+    bool isQuote = false;  // 'x under way: closed by the next value
+    uint8_t dotState = 0;  // 1: dot read, tail wanted; 2: tail read
     SourcePosition at;
   };
 
-  bool           skipSpace();
-  void           skipBlockComment();
+  bool skipSpace();
+  void skipBlockComment();
   SourcePosition here() const { return {m_line, static_cast<uint32_t>(m_at - m_lineStart) + 1}; }
-  void           countLine(size_t at);
-  LispValue      readString();
-  void           readEscape(Text& out);
-  LispValue      readToken();
-  void           push(OpenList list) { m_open.push_back(list); }
-  bool           deliver(LispValue value, LispValue& form);
-  void           append(OpenList& list, LispValue value);
-  LispValue      close();
-  void           readDot();
-  bool           atLoneDot() const;
+  void countLine(size_t at);
+  LispValue readString();
+  void readEscape(Text& out);
+  LispValue readToken();
+  void push(OpenList list) { m_open.push_back(list); }
+  bool deliver(LispValue value, LispValue& form);
+  void append(OpenList& list, LispValue value);
+  LispValue close();
+  void readDot();
+  bool atLoneDot() const;
 
-  TextView              m_text;
-  Heap&                 m_heap;
-  SymbolTable&          m_symbols;
-  FormPositions*        m_positions;
-  Symbol*               m_quote;
+  TextView m_text;
+  Heap& m_heap;
+  SymbolTable& m_symbols;
+  FormPositions* m_positions;
+  Symbol* m_quote;
   std::vector<OpenList> m_open;
-  size_t                m_at        = 0;
-  size_t                m_lineStart = 0;
-  uint32_t              m_line      = 1;
-  SourcePosition        m_formAt;
+  size_t m_at = 0;
+  size_t m_lineStart = 0;
+  uint32_t m_line = 1;
+  SourcePosition m_formAt;
 };
 
 // The value of a token that is no list or string: a number if all of it parses as one, else a symbol.

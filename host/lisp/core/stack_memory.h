@@ -11,14 +11,14 @@ class StackMemory {
   // Throws LispError when the address space cannot be reserved.
   explicit StackMemory(size_t bytes);
   ~StackMemory();
-  StackMemory(const StackMemory&)            = delete;
+  StackMemory(const StackMemory&) = delete;
   StackMemory& operator=(const StackMemory&) = delete;
 
-  void*  data() const { return m_data; }
+  void* data() const { return m_data; }
   size_t size() const { return m_bytes; }
 
  private:
-  void*  m_data;
+  void* m_data;
   size_t m_bytes;
 };
 

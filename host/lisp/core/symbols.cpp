@@ -2,9 +2,9 @@
 
 namespace lisp {
 
-const char* const kCoreNames[kCoreCount] = {"+",    "-",    "*",    "/",     "1+",    "1-",     "<",    ">",    "<=",   ">=",
-                                            "=",    "/=",   "EQ",   "NOT",   "NULL",  "CAR",    "CDR",  "CAAR", "CADR", "CDAR",
-                                            "CDDR", "CADDR", "CDDDR", "CADDDR", "CONS", "LIST", "ATOM", "LISTP"};
+const char* const kCoreNames[kCoreCount] = {
+    "+",    "-",   "*",   "/",    "1+",   "1-",   "<",    ">",     "<=",    ">=",     "=",    "/=",   "EQ",   "NOT",
+    "NULL", "CAR", "CDR", "CAAR", "CADR", "CDAR", "CDDR", "CADDR", "CDDDR", "CADDDR", "CONS", "LIST", "ATOM", "LISTP"};
 
 namespace {
 
@@ -22,7 +22,7 @@ SymbolTable::SymbolTable(Heap& heap) : m_heap(heap), m_slots(4096) {
 
 size_t SymbolTable::slotOf(TextView upperName) const {
   const size_t mask = m_slots.size() - 1;
-  size_t       slot = hashOf(upperName) & mask;
+  size_t slot = hashOf(upperName) & mask;
   while (m_slots[slot] && m_slots[slot]->text() != upperName) slot = (slot + 1) & mask;
   return slot;
 }

@@ -13,9 +13,34 @@
 namespace lisp {
 
 enum class Core : uint8_t {
-  Add, Subtract, Multiply, Divide, Increment, Decrement,
-  Less, Greater, LessEqual, GreaterEqual, Equal, NotEqual,
-  Eq, Not, Null, Car, Cdr, Caar, Cadr, Cdar, Cddr, Caddr, Cdddr, Cadddr, Cons, List, Atom, Listp,
+  Add,
+  Subtract,
+  Multiply,
+  Divide,
+  Increment,
+  Decrement,
+  Less,
+  Greater,
+  LessEqual,
+  GreaterEqual,
+  Equal,
+  NotEqual,
+  Eq,
+  Not,
+  Null,
+  Car,
+  Cdr,
+  Caar,
+  Cadr,
+  Cdar,
+  Cddr,
+  Caddr,
+  Cdddr,
+  Cadddr,
+  Cons,
+  List,
+  Atom,
+  Listp,
   Count
 };
 inline constexpr size_t kCoreCount = static_cast<size_t>(Core::Count);
@@ -44,14 +69,14 @@ class SymbolTable {
 
  private:
   Symbol* add(TextView upperName, Symbol* place);
-  size_t  slotOf(TextView upperName) const;
-  void    grow();
+  size_t slotOf(TextView upperName) const;
+  void grow();
 
-  Heap&                m_heap;
-  Symbol               m_core[kCoreCount];
-  std::deque<Symbol>   m_others;
+  Heap& m_heap;
+  Symbol m_core[kCoreCount];
+  std::deque<Symbol> m_others;
   std::vector<Symbol*> m_slots;  // open addressing, a power of two
-  size_t               m_count = 0;
+  size_t m_count = 0;
 };
 
 // What (vl-symbol-name s) and the printer show of any symbol, T included.

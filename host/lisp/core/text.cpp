@@ -12,20 +12,23 @@ constexpr uint32_t kReplacement = 0xFFFD;
 
 // Decodes one sequence at `at`; returns its length, 0 when it is broken.
 size_t decodeUtf8(std::string_view bytes, size_t at, uint32_t& codePoint) {
-  const auto    byte  = [&](size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const auto byte = [&](size_t i) { return static_cast<unsigned char>(bytes[i]); };
   const uint8_t first = byte(at);
   if (first < 0x80) {
     codePoint = first;
     return 1;
   }
-  const size_t length = first >= 0xF0 && first < 0xF5 ? 4 : first >= 0xE0 && first < 0xF0 ? 3 : first >= 0xC2 && first < 0xE0 ? 2 : 0;
+  const size_t length = first >= 0xF0 && first < 0xF5   ? 4
+                        : first >= 0xE0 && first < 0xF0 ? 3
+                        : first >= 0xC2 && first < 0xE0 ? 2
+                                                        : 0;
   if (length == 0 || at + length > bytes.size()) return 0;
   uint32_t value = first & (0x7Fu >> length);
   for (size_t i = 1; i < length; ++i) {
     if ((byte(at + i) & 0xC0) != 0x80) return 0;
     value = value << 6 | (byte(at + i) & 0x3Fu);
   }
-  const bool overlong  = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
+  const bool overlong = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
   const bool surrogate = value >= 0xD800 && value < 0xE000;
   if (overlong || surrogate || value > 0x10FFFF) return 0;
   codePoint = value;
@@ -51,8 +54,8 @@ Text fromUtf8(std::string_view utf8) {
   Text text;
   text.reserve(utf8.size());
   for (size_t at = 0; at < utf8.size();) {
-    uint32_t     codePoint = kReplacement;
-    const size_t length    = decodeUtf8(utf8, at, codePoint);
+    uint32_t codePoint = kReplacement;
+    const size_t length = decodeUtf8(utf8, at, codePoint);
     appendCodePoint(text, codePoint);
     at += length ? length : 1;
   }
@@ -61,8 +64,8 @@ Text fromUtf8(std::string_view utf8) {
 
 bool isValidUtf8(std::string_view bytes) {
   for (size_t at = 0; at < bytes.size();) {
-    uint32_t     codePoint = 0;
-    const size_t length    = decodeUtf8(bytes, at, codePoint);
+    uint32_t codePoint = 0;
+    const size_t length = decodeUtf8(bytes, at, codePoint);
     if (length == 0) return false;
     at += length;
   }
@@ -74,7 +77,7 @@ std::string toUtf8(TextView text) {
   bytes.reserve(text.size());
   const auto put = [&](uint32_t byte) { bytes.push_back(static_cast<char>(byte)); };
   for (size_t i = 0; i < text.size(); ++i) {
-    uint32_t   c        = static_cast<uint16_t>(text[i]);
+    uint32_t c = static_cast<uint16_t>(text[i]);
     const bool highHalf = c >= 0xD800 && c < 0xDC00;
     if (highHalf && i + 1 < text.size() && (static_cast<uint16_t>(text[i + 1]) & 0xFC00) == 0xDC00) {
       c = 0x10000 + ((c - 0xD800) << 10) + (static_cast<uint16_t>(text[++i]) - 0xDC00u);
@@ -110,8 +113,8 @@ Text fromWindows1252(std::string_view bytes) {
 }
 
 GCHAR toUpper(GCHAR unit) {
-  const uint32_t c      = static_cast<uint16_t>(unit);
-  const auto     result = [](uint32_t u) { return static_cast<GCHAR>(u); };
+  const uint32_t c = static_cast<uint16_t>(unit);
+  const auto result = [](uint32_t u) { return static_cast<GCHAR>(u); };
   if (c < 0x80) return c >= 'a' && c <= 'z' ? result(c - 32) : unit;
   if (c < 0x100) return c == 0xFF ? result(0x178) : c >= 0xE0 && c != 0xF7 ? result(c - 32) : unit;
   if (c < 0x180) {
@@ -135,8 +138,8 @@ GCHAR toUpper(GCHAR unit) {
 }
 
 GCHAR toLower(GCHAR unit) {
-  const uint32_t c      = static_cast<uint16_t>(unit);
-  const auto     result = [](uint32_t u) { return static_cast<GCHAR>(u); };
+  const uint32_t c = static_cast<uint16_t>(unit);
+  const auto result = [](uint32_t u) { return static_cast<GCHAR>(u); };
   if (c < 0x80) return c >= 'A' && c <= 'Z' ? result(c + 32) : unit;
   if (c < 0x100) return c >= 0xC0 && c <= 0xDE && c != 0xD7 ? result(c + 32) : unit;
   if (c == 0x178) return result(0xFF);
@@ -189,9 +192,9 @@ bool equalIgnoringCase(TextView a, TextView b) {
 void appendReal(Text& text, double value) {
   if (value != value) return appendAscii(text, "nan");
   if (value - value != 0) return appendAscii(text, value > 0 ? "inf" : "-inf");
-  char       buffer[40];
-  const auto end      = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6).ptr;
-  const auto digits   = std::string_view(buffer, static_cast<size_t>(end - buffer));
+  char buffer[40];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6).ptr;
+  const auto digits = std::string_view(buffer, static_cast<size_t>(end - buffer));
   const auto exponent = digits.find('e');
   const auto mantissa = digits.substr(0, exponent);
   appendAscii(text, mantissa);
@@ -200,7 +203,7 @@ void appendReal(Text& text, double value) {
 }
 
 void appendInteger(Text& text, int64_t value) {
-  char       buffer[24];
+  char buffer[24];
   const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
   appendAscii(text, std::string_view(buffer, static_cast<size_t>(end - buffer)));
 }
@@ -209,9 +212,9 @@ namespace {
 
 // Length of the number at `at`, 0 when there is none. Digits are wanted on one side of the point at least.
 size_t numberLength(TextView text, size_t at) {
-  const auto peek   = [&](size_t i) { return i < text.size() ? text[i] : GCHAR(0); };
-  size_t     i      = at;
-  size_t     digits = 0;
+  const auto peek = [&](size_t i) { return i < text.size() ? text[i] : GCHAR(0); };
+  size_t i = at;
+  size_t digits = 0;
   if (peek(i) == GC_T('+') || peek(i) == GC_T('-')) ++i;
   while (isDigit(peek(i))) ++i, ++digits;
   if (peek(i) == GC_T('.')) {
@@ -233,14 +236,14 @@ size_t numberLength(TextView text, size_t at) {
 double parseReal(TextView number) {
   std::string ascii;
   for (const GCHAR c : number) ascii.push_back(static_cast<char>(c));
-  const size_t skip  = ascii[0] == '+' ? 1 : 0;
-  double       value = 0;
-  const auto   done  = std::from_chars(ascii.data() + skip, ascii.data() + ascii.size(), value);
+  const size_t skip = ascii[0] == '+' ? 1 : 0;
+  double value = 0;
+  const auto done = std::from_chars(ascii.data() + skip, ascii.data() + ascii.size(), value);
   if (done.ec != std::errc::result_out_of_range) return value;
   // Out of range: too small gives zero, too large the largest real, so that no infinity enters from text.
   const auto exponent = ascii.find_first_of("eE");
-  const bool tiny     = exponent != std::string::npos ? ascii[exponent + 1] == '-' : ascii.find('.') != std::string::npos;
-  const double large  = std::numeric_limits<double>::max();
+  const bool tiny = exponent != std::string::npos ? ascii[exponent + 1] == '-' : ascii.find('.') != std::string::npos;
+  const double large = std::numeric_limits<double>::max();
   return tiny ? 0.0 : ascii[0] == '-' ? -large : large;
 }
 
@@ -253,13 +256,13 @@ size_t skipBlanks(TextView text) {
 }  // namespace
 
 double leadingReal(TextView text) {
-  const size_t at     = skipBlanks(text);
+  const size_t at = skipBlanks(text);
   const size_t length = numberLength(text, at);
   return length ? parseReal(text.substr(at, length)) : 0.0;
 }
 
 int32_t leadingInteger(TextView text) {
-  size_t     at       = skipBlanks(text);
+  size_t at = skipBlanks(text);
   const bool negative = at < text.size() && text[at] == GC_T('-');
   if (at < text.size() && (text[at] == GC_T('-') || text[at] == GC_T('+'))) ++at;
   int64_t value = 0;

@@ -6,7 +6,7 @@ namespace lisp {
 
 TransferValue Vm::transferable(LispValue value) {
   using Kind = TransferValue::Kind;
-  TransferValue          out;
+  TransferValue out;
   std::vector<LispValue> open{value};
   while (!open.empty()) {
     const LispValue v = open.back();
@@ -36,7 +36,7 @@ LispValue Vm::transferred(const TransferValue& value) {
   std::vector<LispValue> done;
   for (size_t i = value.nodes.size(); i-- > 0;) {
     const auto& node = value.nodes[i];
-    LispValue   v;
+    LispValue v;
     switch (node.kind) {
       case Kind::Nil: break;
       case Kind::True: v = LispValue::t(); break;
@@ -46,8 +46,8 @@ LispValue Vm::transferred(const TransferValue& value) {
       case Kind::Symbol: v = LispValue::of(m_symbols.intern(node.text)); break;
       case Kind::EntityName: {
         auto* e = m_heap.create<EntityName>(ObjectType::EntityName);
-        e->id   = node.bits;
-        v       = LispValue::of(static_cast<Object*>(e));
+        e->id = node.bits;
+        v = LispValue::of(static_cast<Object*>(e));
         break;
       }
       case Kind::Pair: {

@@ -12,9 +12,9 @@ struct TransferValue {
   // A value in prefix order: a Pair is followed by its head and its tail.
   enum class Kind : uint8_t { Nil, True, Integer, Real, String, Symbol, EntityName, Pair };
   struct Node {
-    Kind     kind = Kind::Nil;
+    Kind kind = Kind::Nil;
     uint64_t bits = 0;
-    Text     text;
+    Text text;
   };
   std::vector<Node> nodes;
 };

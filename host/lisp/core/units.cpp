@@ -7,13 +7,13 @@ namespace lisp {
 
 namespace {
 
-constexpr double kPi      = 3.14159265358979323846;
-constexpr int    kMaxDigits = 16;
+constexpr double kPi = 3.14159265358979323846;
+constexpr int kMaxDigits = 16;
 
 int clampDigits(int digits) { return digits < 0 ? 0 : digits > kMaxDigits ? kMaxDigits : digits; }
 
 std::string printed(double value, std::chars_format format, int digits) {
-  char       buffer[400];
+  char buffer[400];
   const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, format, digits).ptr;
   return std::string(buffer, end);
 }
@@ -36,7 +36,7 @@ void incrementDigits(std::string& number) {
 // one more decimal digit shows the value exactly, and it is a 5.
 std::string fixedMagnitude(double value, int digits) {
   const double scaled = std::ldexp(std::abs(value), digits + 1);
-  const bool   tie    = scaled < 9e15 && scaled == std::floor(scaled) && std::fmod(scaled, 2.0) == 1.0;
+  const bool tie = scaled < 9e15 && scaled == std::floor(scaled) && std::fmod(scaled, 2.0) == 1.0;
   if (!tie) return printed(std::abs(value), std::chars_format::fixed, digits);
   std::string number = printed(std::abs(value), std::chars_format::fixed, digits + 1);
   number.pop_back();
@@ -47,7 +47,7 @@ std::string fixedMagnitude(double value, int digits) {
 
 bool allZero(std::string_view number) { return number.find_first_of("123456789") == std::string_view::npos; }
 
-constexpr int kDropLeading  = 4;
+constexpr int kDropLeading = 4;
 constexpr int kDropTrailing = 8;
 
 void dropTrailingZeros(std::string& number) {
@@ -64,8 +64,8 @@ std::string decimal(double magnitude, int digits, int zeros) {
 }
 
 std::string scientific(double magnitude, int digits, int zeros) {
-  std::string number   = printed(magnitude, std::chars_format::scientific, digits);
-  const auto  at       = number.find('e');
+  std::string number = printed(magnitude, std::chars_format::scientific, digits);
+  const auto at = number.find('e');
   std::string exponent = number.substr(at + 1);
   number.resize(at);
   if (zeros & kDropTrailing) dropTrailingZeros(number);
@@ -74,11 +74,12 @@ std::string scientific(double magnitude, int digits, int zeros) {
 
 // Whole and fraction of inches: "5 1/2", "1/2", "5"; empty for zero.
 std::string inchesWithFraction(double parts, double denominator, bool showZero) {
-  double whole     = std::floor(parts / denominator);
+  double whole = std::floor(parts / denominator);
   double numerator = parts - whole * denominator;
   while (numerator > 0 && std::fmod(numerator, 2.0) == 0) numerator /= 2, denominator /= 2;
   std::string text;
-  if (whole > 0 || (numerator == 0 && showZero) || (numerator > 0 && showZero)) text = printed(whole, std::chars_format::fixed, 0);
+  if (whole > 0 || (numerator == 0 && showZero) || (numerator > 0 && showZero))
+    text = printed(whole, std::chars_format::fixed, 0);
   if (numerator > 0) {
     if (!text.empty()) text += ' ';
     text += printed(numerator, std::chars_format::fixed, 0) + "/" + printed(denominator, std::chars_format::fixed, 0);
@@ -88,8 +89,8 @@ std::string inchesWithFraction(double parts, double denominator, bool showZero) 
 
 // 1'-5 1/2" and 1'-5.50" from feet and what follows them.
 std::string feetAndInches(double feet, const std::string& inches, bool inchesZero, int zeros) {
-  const int  shown     = zeros & 3;
-  const bool showFeet  = feet > 0 || shown == 1 || shown == 2;
+  const int shown = zeros & 3;
+  const bool showFeet = feet > 0 || shown == 1 || shown == 2;
   const bool showInches = !inchesZero || shown == 1 || shown == 3 || !showFeet;
   std::string text;
   if (showFeet) text = printed(feet, std::chars_format::fixed, 0) + "'";
@@ -100,17 +101,17 @@ std::string feetAndInches(double feet, const std::string& inches, bool inchesZer
 
 std::string architectural(double magnitude, int digits, int zeros) {
   const double denominator = std::ldexp(1.0, digits > 8 ? 8 : digits);
-  const double total       = std::floor(magnitude * denominator + 0.5);
-  const double feet        = std::floor(total / (12 * denominator));
-  const double rest        = total - feet * 12 * denominator;
-  const bool   lead        = feet > 0 || rest == 0 || (zeros & 3) == 1 || (zeros & 3) == 2;
+  const double total = std::floor(magnitude * denominator + 0.5);
+  const double feet = std::floor(total / (12 * denominator));
+  const double rest = total - feet * 12 * denominator;
+  const bool lead = feet > 0 || rest == 0 || (zeros & 3) == 1 || (zeros & 3) == 2;
   return feetAndInches(feet, inchesWithFraction(rest, denominator, lead), rest == 0, zeros);
 }
 
 std::string engineering(double magnitude, int digits, int zeros) {
-  double      feet   = std::floor(magnitude / 12);
+  double feet = std::floor(magnitude / 12);
   std::string inches = decimal(magnitude - feet * 12, digits, zeros);
-  double      value  = 0;
+  double value = 0;
   std::from_chars(inches.data(), inches.data() + inches.size(), value);
   if (value >= 12) {  // rounded up to a whole foot
     ++feet;
@@ -121,7 +122,7 @@ std::string engineering(double magnitude, int digits, int zeros) {
 
 std::string fractional(double magnitude, int digits) {
   const double denominator = std::ldexp(1.0, digits > 8 ? 8 : digits);
-  const double total       = std::floor(magnitude * denominator + 0.5);
+  const double total = std::floor(magnitude * denominator + 0.5);
   return inchesWithFraction(total, denominator, total == 0 || total >= denominator);
 }
 
@@ -157,16 +158,16 @@ namespace {
 
 // Degrees as 45d30'15": precision 0 degrees only, 1 and 2 minutes too, then seconds, from 5 on with decimals.
 std::string sexagesimal(double degrees, int precision) {
-  const int    decimals = precision > 4 ? precision - 4 : 0;
-  const double perUnit  = precision == 0 ? 1 : precision <= 2 ? 60 : 3600 * std::pow(10.0, decimals);
-  double       total    = std::floor(degrees * perUnit + 0.5);
-  const auto   whole    = [](double v) { return printed(v, std::chars_format::fixed, 0); };
-  const double d        = std::floor(total / perUnit);
-  std::string  text     = whole(d) + "d";
+  const int decimals = precision > 4 ? precision - 4 : 0;
+  const double perUnit = precision == 0 ? 1 : precision <= 2 ? 60 : 3600 * std::pow(10.0, decimals);
+  double total = std::floor(degrees * perUnit + 0.5);
+  const auto whole = [](double v) { return printed(v, std::chars_format::fixed, 0); };
+  const double d = std::floor(total / perUnit);
+  std::string text = whole(d) + "d";
   if (precision == 0) return text;
   total -= d * perUnit;
   const double perMinute = perUnit / 60;
-  const double m         = std::floor(total / perMinute);
+  const double m = std::floor(total / perMinute);
   text += whole(m) + "'";
   if (precision <= 2) return text;
   total -= m * perMinute;
@@ -181,16 +182,19 @@ double normalized(double value, double turn) {
 // A full turn that comes from rounding counts as zero.
 std::string decimalAngle(double value, double turn, int precision) {
   std::string text = fixedMagnitude(value, precision);
-  double      back = 0;
+  double back = 0;
   std::from_chars(text.data(), text.data() + text.size(), back);
   return back >= turn ? fixedMagnitude(0, precision) : text;
 }
 
 std::string surveyor(double degrees, int precision) {
   // The quadrant's letters and the angle from north or south.
-  const bool  north = degrees <= 180;
-  const bool  east  = degrees <= 90 || degrees >= 270;
-  const double off  = degrees <= 90 ? 90 - degrees : degrees <= 180 ? degrees - 90 : degrees <= 270 ? 270 - degrees : degrees - 270;
+  const bool north = degrees <= 180;
+  const bool east = degrees <= 90 || degrees >= 270;
+  const double off = degrees <= 90    ? 90 - degrees
+                     : degrees <= 180 ? degrees - 90
+                     : degrees <= 270 ? 270 - degrees
+                                      : degrees - 270;
   const std::string angle = sexagesimal(off, precision);
   if (angle.starts_with("90d")) return east ? "E" : "W";
   if (allZero(angle)) return north ? "N" : "S";
@@ -202,8 +206,8 @@ std::string surveyor(double degrees, int precision) {
 Text formatAngle(double radians, AngleFormat format, int precision, double base, bool clockwise) {
   const int digits = clampDigits(precision);
   if (format != AngleFormat::Surveyor) radians = clockwise ? base - radians : radians - base;
-  const double turn    = normalized(radians, 2 * kPi) / (2 * kPi);
-  std::string  text;
+  const double turn = normalized(radians, 2 * kPi) / (2 * kPi);
+  std::string text;
   switch (format) {
     case AngleFormat::Degrees: text = decimalAngle(turn * 360, 360, digits); break;
     case AngleFormat::DegreesMinutesSeconds:
@@ -265,20 +269,20 @@ class Scanner {
     if (!number(first)) return false;
     if (fractionAfter(first, value)) return true;
     const size_t before = m_at;
-    double       second = 0, fraction = 0;
+    double second = 0, fraction = 0;
     if ((take(GC_T(' ')) || take(GC_T('-'))) && number(second) && fractionAfter(second, fraction)) {
       value = first + fraction;
       return true;
     }
-    m_at  = before;
+    m_at = before;
     value = first;
     return true;
   }
 
  private:
   bool fractionAfter(double numerator, double& value) {
-    const size_t before      = m_at;
-    double       denominator = 0;
+    const size_t before = m_at;
+    double denominator = 0;
     if (take(GC_T('/')) && number(denominator) && denominator != 0) {
       value = numerator / denominator;
       return true;
@@ -287,7 +291,7 @@ class Scanner {
     return false;
   }
   TextView m_text;
-  size_t   m_at = 0;
+  size_t m_at = 0;
 };
 
 bool sexagesimalAfter(Scanner& in, double degrees, double& value) {
@@ -319,15 +323,15 @@ bool bearing(Scanner& in, double& value) {
 }  // namespace
 
 bool parseLength(TextView text, LengthFormat format, double& value) {
-  Scanner    in(text);
+  Scanner in(text);
   const bool negative = in.take(GC_T('-'));
   if (!negative) in.take(GC_T('+'));
   const bool feetAllowed = format == LengthFormat::Engineering || format == LengthFormat::Architectural;
-  double     inches      = 0;
+  double inches = 0;
   if (!in.mixedNumber(inches)) return false;
   if (feetAllowed && in.take(GC_T('\''))) {
     const double feet = inches;
-    inches            = 0;
+    inches = 0;
     in.take(GC_T('-'));
     in.blanks();
     if (!in.atEnd() && !in.mixedNumber(inches)) return false;
@@ -341,7 +345,7 @@ bool parseLength(TextView text, LengthFormat format, double& value) {
 
 bool parseAngle(TextView text, AngleFormat format, double base, bool clockwise, double& radians) {
   Scanner in(text);
-  double  value = 0;
+  double value = 0;
   if (format == AngleFormat::Surveyor || isLetter(in.peek())) {
     if (!bearing(in, value)) return false;
     radians = normalized(value, 360) * kPi / 180;
@@ -373,9 +377,9 @@ enum class Kind : uint8_t { Length, Time, Mass, Angle, Volume, Temperature };
 
 struct Unit {
   const char* names;  // separated by blanks
-  Kind        kind;
-  double      factor;  // in metres, seconds, kilograms, radians, cubic metres, kelvin
-  double      offset = 0;
+  Kind kind;
+  double factor;  // in metres, seconds, kilograms, radians, cubic metres, kelvin
+  double offset = 0;
 };
 
 constexpr Unit kUnits[] = {
@@ -430,8 +434,8 @@ constexpr Unit kUnits[] = {
 
 // A unit with the power it stands in: "sq ft" and "ft^2" are length to the second.
 struct Measure {
-  Kind   kind   = Kind::Length;
-  int    power  = 1;
+  Kind kind = Kind::Length;
+  int power = 1;
   double factor = 1;
   double offset = 0;
 };
@@ -442,7 +446,7 @@ bool findUnit(std::string_view name, Measure& measure) {
     while (!names.empty()) {
       const auto end = names.find(' ');
       if (names.substr(0, end) == name) {
-        measure.kind   = unit.kind;
+        measure.kind = unit.kind;
         measure.factor = unit.factor;
         measure.offset = unit.offset;
         return true;
@@ -456,9 +460,9 @@ bool findUnit(std::string_view name, Measure& measure) {
 bool parseMeasure(TextView text, Measure& measure) {
   static constexpr struct {
     std::string_view prefix;
-    int              power;
+    int power;
   } kPrefixes[] = {{"square ", 2}, {"sq ", 2}, {"sq_", 2}, {"cubic ", 3}, {"cu ", 3}, {"cu_", 3}};
-  std::string      name = toUtf8(lowerCase(text));
+  std::string name = toUtf8(lowerCase(text));
   for (const auto& p : kPrefixes) {
     if (!name.starts_with(p.prefix)) continue;
     measure.power = p.power;

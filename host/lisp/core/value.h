@@ -22,12 +22,8 @@ class LispValue {
   static constexpr LispValue t() { return LispValue(kTrueBits); }
   static constexpr LispValue nullSymbol() { return LispValue(kNullSymbolBits); }
   static constexpr LispValue boolean(bool b) { return b ? t() : nil(); }
-  static constexpr LispValue integer(int32_t i) {
-    return LispValue(kIntegerTag << 48 | static_cast<uint32_t>(i));
-  }
-  static LispValue real(double d) {
-    return d == d ? LispValue(std::bit_cast<uint64_t>(d)) : LispValue(kNanBits);
-  }
+  static constexpr LispValue integer(int32_t i) { return LispValue(kIntegerTag << 48 | static_cast<uint32_t>(i)); }
+  static LispValue real(double d) { return d == d ? LispValue(std::bit_cast<uint64_t>(d)) : LispValue(kNanBits); }
   // The result of arithmetic on values: a NaN of the machine's own making is none of the tagged ones.
   static LispValue computed(double d) { return LispValue(std::bit_cast<uint64_t>(d)); }
   static LispValue of(Symbol* p) { return pointer(kSymbolTag, p); }
@@ -70,17 +66,17 @@ class LispValue {
   friend constexpr bool operator==(LispValue a, LispValue b) { return a.m_bits == b.m_bits; }
 
   static constexpr uint64_t kIntegerTag = 0xFFF9;
-  static constexpr uint64_t kSymbolTag  = 0xFFFA;
-  static constexpr uint64_t kConsTag    = 0xFFFB;
-  static constexpr uint64_t kStringTag  = 0xFFFC;
-  static constexpr uint64_t kObjectTag  = 0xFFFD;
+  static constexpr uint64_t kSymbolTag = 0xFFFA;
+  static constexpr uint64_t kConsTag = 0xFFFB;
+  static constexpr uint64_t kStringTag = 0xFFFC;
+  static constexpr uint64_t kObjectTag = 0xFFFD;
   static constexpr uint64_t kSpecialTag = 0xFFFE;
 
  private:
-  static constexpr uint64_t kNilBits        = kSpecialTag << 48;
-  static constexpr uint64_t kTrueBits       = kNilBits | 1;
+  static constexpr uint64_t kNilBits = kSpecialTag << 48;
+  static constexpr uint64_t kTrueBits = kNilBits | 1;
   static constexpr uint64_t kNullSymbolBits = kNilBits | 2;
-  static constexpr uint64_t kNanBits        = 0x7FF8'0000'0000'0000;
+  static constexpr uint64_t kNanBits = 0x7FF8'0000'0000'0000;
 
   constexpr explicit LispValue(uint64_t bits) : m_bits(bits) {}
   template <class T>

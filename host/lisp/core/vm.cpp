@@ -11,7 +11,7 @@ namespace {
 
 // Beyond the limits, for what runs after they are reached: the *error* handler and the printing of its message.
 constexpr uint32_t kReserveFrames = 2000;
-constexpr size_t   kReserveSlots  = 20'000;
+constexpr size_t kReserveSlots = 20'000;
 
 }  // namespace
 
@@ -69,13 +69,13 @@ Vm::Vm(HostCalls& host, Environment& environment, const VmLimits& limits, std::s
       m_values((limits.stackSlots + kReserveSlots) * sizeof(LispValue)),
       m_frames((limits.depth + kReserveFrames) * sizeof(Frame)),
       m_saved((limits.stackSlots / 2 + kReserveSlots) * sizeof(Binding)) {
-  m_top          = static_cast<LispValue*>(m_values.data());
-  m_frame        = static_cast<Frame*>(m_frames.data());
-  m_bindingTop   = static_cast<Binding*>(m_saved.data());
-  m_valueLimit   = m_top + limits.stackSlots;
-  m_frameLimit   = m_frame + limits.depth;
+  m_top = static_cast<LispValue*>(m_values.data());
+  m_frame = static_cast<Frame*>(m_frames.data());
+  m_bindingTop = static_cast<Binding*>(m_saved.data());
+  m_valueLimit = m_top + limits.stackSlots;
+  m_frameLimit = m_frame + limits.depth;
   m_bindingLimit = m_bindingTop + limits.stackSlots / 2;
-  *m_frame       = {nullptr, nullptr, m_top, m_bindingTop, nullptr, 0, 0};
+  *m_frame = {nullptr, nullptr, m_top, m_bindingTop, nullptr, 0, 0};
   m_heap.setMemoryLimit(limits.memory);
   installBuiltins();
   m_shared->members.push_back(this);
@@ -84,29 +84,29 @@ Vm::Vm(HostCalls& host, Environment& environment, const VmLimits& limits, std::s
 Vm::~Vm() { std::erase(m_shared->members, this); }
 
 void Vm::define(Symbol* symbol, LispValue builtin) {
-  symbol->value   = builtin;
+  symbol->value = builtin;
   symbol->builtin = builtin;
 }
 
 Subr* Vm::makeSubr(const Builtin& row, Symbol* name) {
   const auto counts = row.counts();
-  Subr*      subr   = m_heap.create<Subr>(ObjectType::Subr);
-  subr->flags       = static_cast<uint16_t>(row.kind);
-  subr->body        = row.body;
-  subr->step        = row.step;
-  subr->minArgs     = counts.min;
-  subr->maxArgs     = counts.max;
-  subr->extraSlots  = row.extraSlots;
-  subr->special     = row.special;
-  subr->name        = name;
-  subr->row         = &row;
+  Subr* subr = m_heap.create<Subr>(ObjectType::Subr);
+  subr->flags = static_cast<uint16_t>(row.kind);
+  subr->body = row.body;
+  subr->step = row.step;
+  subr->minArgs = counts.min;
+  subr->maxArgs = counts.max;
+  subr->extraSlots = row.extraSlots;
+  subr->special = row.special;
+  subr->name = name;
+  subr->row = &row;
   return subr;
 }
 
 void Vm::installBuiltins() {
   for (const Builtin* row = firstBuiltin(); row; row = row->next) {
     Symbol* symbol = m_symbols.intern(row->name);
-    Subr*   subr   = makeSubr(*row, symbol);
+    Subr* subr = makeSubr(*row, symbol);
     define(symbol, LispValue::of(static_cast<Object*>(subr)));
     const std::string_view name = row->name;
     if (name == "eval") m_evalFunction = symbol->value;
@@ -116,7 +116,7 @@ void Vm::installBuiltins() {
       define(symbol, LispValue::nil());
     }
   }
-  m_symbols.intern("PI")->value    = LispValue::real(3.14159265358979323846);
+  m_symbols.intern("PI")->value = LispValue::real(3.14159265358979323846);
   m_symbols.intern("PAUSE")->value = m_heap.string(GC_T("\\"));
 }
 
@@ -167,8 +167,8 @@ LispValue Vm::resolveCallee(LispValue callee) {
   }
   if (callee.isPair()) {
     // (lambda (args) body...), or the ((args) body...) of defun-q.
-    const LispValue head       = callee.head();
-    const bool      parameters = head.isNil() || (head.isPair() && head.head().isCellSymbol());
+    const LispValue head = callee.head();
+    const bool parameters = head.isNil() || (head.isPair() && head.head().isCellSymbol());
     if (head == LispValue::of(m_names.lambda) || parameters)
       return LispValue::of(static_cast<Object*>(functionOf(callee)));
   }
@@ -181,7 +181,9 @@ LispValue Vm::resolveCallee(LispValue callee) {
   throw LispError(std::move(message));
 }
 
-void Vm::failArity(uint32_t given, uint32_t wanted) { fail(given < wanted ? "too few arguments" : "too many arguments"); }
+void Vm::failArity(uint32_t given, uint32_t wanted) {
+  fail(given < wanted ? "too few arguments" : "too many arguments");
+}
 
 void Vm::checkSubrArity(const Subr& subr, uint32_t count) {
   if (count < subr.minArgs) fail("too few arguments");
@@ -240,7 +242,7 @@ void Vm::poll(LispValue callee) {
   if (wanted & kPollTimeLimit) fail(ErrorKind::TimeLimit, "time limit reached");
   if (wanted & kPollInterrupt) fail(ErrorKind::Cancelled, "Function cancelled");
   m_callee = callee;
-  wanted & kPollCollect ? m_heap.collect() : m_heap.safePoint();
+  wanted& kPollCollect ? m_heap.collect() : m_heap.safePoint();
   m_callee = LispValue::nil();
 }
 
@@ -259,11 +261,11 @@ bool Vm::recover(const LispError& error, const Frame* entry) {
   for (Frame* f = m_frame; f > entry; --f) {
     if (f->function || f->subr != m_catchSubr || f->state == 0) continue;
     unbindTo(f->bindings);
-    auto* object    = m_heap.create<CatchError>(ObjectType::CatchError);
+    auto* object = m_heap.create<CatchError>(ObjectType::CatchError);
     object->message = error.message;
-    m_top           = f->base;
-    m_frame         = f - 1;
-    *m_top++        = LispValue::of(static_cast<Object*>(object));
+    m_top = f->base;
+    m_frame = f - 1;
+    *m_top++ = LispValue::of(static_cast<Object*>(object));
     return true;
   }
   return false;
@@ -277,13 +279,13 @@ bool Vm::insideCatch() const {
 
 bool Vm::setReporting(bool on) {
   const bool before = m_reporting;
-  m_reporting       = on;
+  m_reporting = on;
   return before;
 }
 
 void Vm::report(LispError& error) {
   error.reported = true;
-  m_lastTrace    = backTrace(1000);
+  m_lastTrace = backTrace(1000);
   if (error.kind == ErrorKind::TimeLimit || error.kind == ErrorKind::ExitValue || m_inHandler) return;
   const LispValue handler = m_names.errorHandler->value;
   m_valueLimit += kReserveSlots;
@@ -318,7 +320,7 @@ void Vm::describeFrame(const Frame& frame, TraceLine& line) const {
   const auto offset = static_cast<uint32_t>(frame.pc - f.code);
   for (const CodePosition& p : f.positions) {
     if (p.offset >= offset) break;
-    line.line   = p.line;
+    line.line = p.line;
     line.column = p.column;
   }
 }
@@ -363,10 +365,10 @@ Text Vm::print(LispValue value, PrintStyle style) {
 
 // ---- builtin frames
 
-uint32_t   Native::argCount() const { return m_frame.argCount; }
+uint32_t Native::argCount() const { return m_frame.argCount; }
 LispValue& Native::slot(uint32_t i) const { return m_frame.base[i]; }
-uint32_t&  Native::state() const { return m_frame.state; }
-void       Native::push(LispValue argument) const {
+uint32_t& Native::state() const { return m_frame.state; }
+void Native::push(LispValue argument) const {
   if (m_vm.m_top + 64 >= m_vm.m_valueLimit) m_vm.failDepth();
   *m_vm.m_top++ = argument;
 }

@@ -23,17 +23,17 @@
 namespace lisp {
 
 struct Frame {
-  const Word* pc;        // where it goes on; the instruction at work lies before
-  Function*   function;  // null: a builtin's frame, or the outermost of a run
-  LispValue*  base;      // arguments and temporaries
+  const Word* pc;            // where it goes on; the instruction at work lies before
+  Function* function;        // null: a builtin's frame, or the outermost of a run
+  LispValue* base;           // arguments and temporaries
   struct Binding* bindings;  // saved bindings of this frame begin here
-  const Subr* subr;      // builtin's frame only, as the rest
-  uint32_t    argCount;
-  uint32_t    state;
+  const Subr* subr;          // builtin's frame only, as the rest
+  uint32_t argCount;
+  uint32_t state;
 };
 
 struct Binding {
-  Symbol*   symbol;
+  Symbol* symbol;
   LispValue saved;
 };
 
@@ -43,9 +43,9 @@ struct WellKnownNames {
 };
 
 struct VmLimits {
-  uint32_t depth      = 400'000;    // nested calls
-  size_t   stackSlots = 16u << 20;  // values; 8 bytes each, real memory only as used
-  size_t   memory     = 0;          // bytes, 0: none
+  uint32_t depth = 400'000;       // nested calls
+  size_t stackSlots = 16u << 20;  // values; 8 bytes each, real memory only as used
+  size_t memory = 0;              // bytes, 0: none
 };
 
 // A value that stays alive. Lives in C++ variables; must end before its interpreter.
@@ -53,48 +53,48 @@ class Root {
  public:
   explicit Root(Vm& vm, LispValue value = {});
   ~Root();
-  Root(const Root&)            = delete;
+  Root(const Root&) = delete;
   Root& operator=(const Root&) = delete;
   LispValue value;
 
  private:
   friend class Vm;
-  Vm&   m_vm;
+  Vm& m_vm;
   Root* m_previous;
   Root* m_next = nullptr;
 };
 
 // One line of a back trace, innermost first.
 struct TraceLine {
-  Text     function;
-  Text     file;
-  uint32_t line   = 0;
+  Text function;
+  Text file;
+  uint32_t line = 0;
   uint32_t column = 0;
 };
 
 // What several interpreters of one process share: the blackboard, and each other.
 struct SharedSpace {
-  std::map<Text, TransferValue>        blackboard;
+  std::map<Text, TransferValue> blackboard;
   std::map<Text, std::map<Text, Text>> registry;  // key, name: value in readable form
-  std::set<Text>                       temporaryNames;
-  std::vector<Vm*>     members;
+  std::set<Text> temporaryNames;
+  std::vector<Vm*> members;
 };
 
 class Vm final : public HeapClient, public ObjectPrinter {
  public:
   Vm(HostCalls& host, Environment& environment, const VmLimits& limits, std::shared_ptr<SharedSpace> shared);
   ~Vm();
-  Vm(const Vm&)            = delete;
+  Vm(const Vm&) = delete;
   Vm& operator=(const Vm&) = delete;
 
-  Heap&                 heap() { return m_heap; }
-  SymbolTable&          symbols() { return m_symbols; }
+  Heap& heap() { return m_heap; }
+  SymbolTable& symbols() { return m_symbols; }
   const WellKnownNames& names() const { return m_names; }
-  FunctionCache&        functionCache() { return m_functionCache; }
-  HostCalls&            host() { return m_host; }
-  Environment&          environment() { return m_environment; }
-  SharedSpace&          shared() { return *m_shared; }
-  LispValue             evalFunction() const { return m_evalFunction; }
+  FunctionCache& functionCache() { return m_functionCache; }
+  HostCalls& host() { return m_host; }
+  Environment& environment() { return m_environment; }
+  SharedSpace& shared() { return *m_shared; }
+  LispValue evalFunction() const { return m_evalFunction; }
 
   // Calls a function value (or a symbol or list that stands for one). Throws LispError.
   LispValue call(LispValue function, const LispValue* arguments, uint32_t count);
@@ -103,13 +103,13 @@ class Vm final : public HeapClient, public ObjectPrinter {
   Function* functionOf(LispValue list);
   Function* functionOfForm(LispValue form);
 
-  void         define(Symbol* symbol, LispValue builtin);
-  Text         print(LispValue value, PrintStyle style);
-  void         printObject(const Object& object, Text& out) override;
-  LispValue    typeOf(LispValue value);
-  void         write(TextView text);
-  void         flush();
-  bool         atLineStart() const { return m_atLineStart; }
+  void define(Symbol* symbol, LispValue builtin);
+  Text print(LispValue value, PrintStyle style);
+  void printObject(const Object& object, Text& out) override;
+  LispValue typeOf(LispValue value);
+  void write(TextView text);
+  void flush();
+  bool atLineStart() const { return m_atLineStart; }
 
   // From any thread.
   void requestInterrupt() { m_poll.fetch_or(kPollInterrupt, std::memory_order_relaxed); }
@@ -120,7 +120,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
 
   // Innermost first; at most `limit` lines.
   std::vector<TraceLine> backTrace(size_t limit) const;
-  TextView               currentFunctionName() const;
+  TextView currentFunctionName() const;
   // Runs *error* or prints the message, with the erring function's bindings still in place.
   void report(LispError& error);
   const std::vector<TraceLine>& lastTrace() const { return m_lastTrace; }
@@ -132,9 +132,9 @@ class Vm final : public HeapClient, public ObjectPrinter {
 
   // Values on their way to and from other interpreters.
   TransferValue transferable(LispValue value);
-  LispValue     transferred(const TransferValue& value);
+  LispValue transferred(const TransferValue& value);
   // False when the name has been given out before.
-  bool  takeTemporaryName(const Text& name) { return m_shared->temporaryNames.insert(name).second; }
+  bool takeTemporaryName(const Text& name) { return m_shared->temporaryNames.insert(name).second; }
   // What has been typed but not yet read by read-char.
   Text& typedText() { return m_typedText; }
 
@@ -155,70 +155,70 @@ class Vm final : public HeapClient, public ObjectPrinter {
  private:
   friend class Native;
   friend class Root;
-  static constexpr uint32_t kPollHeap      = 1;
+  static constexpr uint32_t kPollHeap = 1;
   static constexpr uint32_t kPollInterrupt = 2;
   static constexpr uint32_t kPollTimeLimit = 4;
-  static constexpr uint32_t kPollCollect   = 8;
+  static constexpr uint32_t kPollCollect = 8;
 
   struct Entry {
     LispValue callee;
-    uint32_t  argCount;
-    bool      resume;  // go on with the frame on top instead of calling
+    uint32_t argCount;
+    bool resume;  // go on with the frame on top instead of calling
   };
 
   LispValue execute(Entry entry);
   LispValue executeGuarded(Entry entry);
-  void      poll(LispValue callee);
-  void      installBuiltins();
-  Subr*     makeSubr(const Builtin& row, Symbol* name);
+  void poll(LispValue callee);
+  void installBuiltins();
+  Subr* makeSubr(const Builtin& row, Symbol* name);
   LispValue resolveCallee(LispValue callee);
   LispValue applySpecial(const Subr& subr, const LispValue* arguments, uint32_t count);
   [[noreturn]] void failArity(uint32_t given, uint32_t wanted);
   [[noreturn]] void failNoFunction(const Symbol* symbol);
   [[noreturn]] void failDepth();
-  void      checkSubrArity(const Subr& subr, uint32_t count);
+  void checkSubrArity(const Subr& subr, uint32_t count);
   LispValue coreBinary(Core id, LispValue left, LispValue right);
-  bool      coreTest(Core id, LispValue left, LispValue right);
+  bool coreTest(Core id, LispValue left, LispValue right);
   LispValue coreUnary(Core id, LispValue argument, uint32_t path);
   LispValue coreStep(Core id, LispValue argument, int32_t by);
   LispValue coreCall(Core id, const LispValue* arguments, uint32_t count);
-  bool      isIntact(Core id) { return m_symbols.core(id).value == m_symbols.core(id).builtin; }
-  void      unbindTo(Binding* mark);
-  bool      recover(const LispError& error, const Frame* entry);
-  bool      insideCatch() const;
-  void      describeFrame(const Frame& frame, TraceLine& line) const;
+  bool isIntact(Core id) { return m_symbols.core(id).value == m_symbols.core(id).builtin; }
+  void unbindTo(Binding* mark);
+  bool recover(const LispError& error, const Frame* entry);
+  bool insideCatch() const;
+  void describeFrame(const Frame& frame, TraceLine& line) const;
 
-  HostCalls&                   m_host;
-  Environment&                 m_environment;
+  HostCalls& m_host;
+  Environment& m_environment;
   std::shared_ptr<SharedSpace> m_shared;
-  Heap                         m_heap;
-  SymbolTable                  m_symbols;
-  FunctionCache                m_functionCache;  // lists used as functions
-  FunctionCache                m_formCache;      // lists evaluated as forms
-  WellKnownNames               m_names;
-  StackMemory                  m_values;
-  StackMemory                  m_frames;
-  StackMemory                  m_saved;
-  LispValue*                   m_valueLimit;
-  Frame*                       m_frameLimit;
-  Binding*                     m_bindingLimit;
-  LispValue*                   m_top;         // first free value slot
-  Frame*                       m_frame;       // the frame at work
-  Binding*                     m_bindingTop;  // first free saved binding
-  std::atomic<uint32_t>        m_poll{0};
-  LispValue                    m_callee;      // about to be called, at a safe point
-  LispValue                    m_evalFunction;
-  const Subr*                  m_catchSubr = nullptr;
-  Subr*                        m_traceSubr = nullptr;
-  Root*                        m_roots     = nullptr;
-  int                          m_runs      = 0;
-  int                          m_traceDepth = 0;
-  bool                         m_reporting = false;
-  bool                         m_inHandler = false;
-  bool                         m_atLineStart = true;
-  Text                         m_output;
-  Text                         m_typedText;
-  std::vector<TraceLine>       m_lastTrace;
+  Heap m_heap;
+  SymbolTable m_symbols;
+  FunctionCache m_functionCache;  // lists used as functions
+  FunctionCache m_formCache;      // lists evaluated as forms
+  WellKnownNames m_names;
+  StackMemory m_values;
+  StackMemory m_frames;
+  StackMemory m_saved;
+  LispValue* m_valueLimit;
+  Frame* m_frameLimit;
+  Binding* m_bindingLimit;
+  LispValue* m_top;       // first free value slot
+  Frame* m_frame;         // the frame at work
+  Binding* m_bindingTop;  // first free saved binding
+  std::atomic<uint32_t> m_poll{0};
+  LispValue m_callee;  // about to be called, at a safe point
+  LispValue m_evalFunction;
+  const Subr* m_catchSubr = nullptr;
+  Subr* m_traceSubr = nullptr;
+  Root* m_roots = nullptr;
+  int m_runs = 0;
+  int m_traceDepth = 0;
+  bool m_reporting = false;
+  bool m_inHandler = false;
+  bool m_atLineStart = true;
+  Text m_output;
+  Text m_typedText;
+  std::vector<TraceLine> m_lastTrace;
 };
 
 }  // namespace lisp

@@ -15,9 +15,9 @@ namespace lisp {
 namespace {
 
 constexpr Word kResumeCode = packHead(Op::NativeResume, 0, 0);
-constexpr Word kExitCode   = packHead(Op::ExitRun, 0, 0);
+constexpr Word kExitCode = packHead(Op::ExitRun, 0, 0);
 
-inline Symbol*   symbolAt(const Word* pc) { return reinterpret_cast<Symbol*>(*pc); }
+inline Symbol* symbolAt(const Word* pc) { return reinterpret_cast<Symbol*>(*pc); }
 inline LispValue valueAt(const Word* pc) { return LispValue::fromBits(*pc); }
 
 inline bool bothIntegers(LispValue a, LispValue b) { return a.isInteger() && b.isInteger(); }
@@ -25,22 +25,22 @@ inline bool bothNumbers(LispValue a, LispValue b) { return a.isNumber() && b.isN
 inline bool bothReals(LispValue a, LispValue b) { return a.isReal() && b.isReal(); }
 
 inline LispValue wrapped(uint32_t v) { return LispValue::integer(static_cast<int32_t>(v)); }
-inline uint32_t  unsignedOf(LispValue v) { return static_cast<uint32_t>(v.asInteger()); }
+inline uint32_t unsignedOf(LispValue v) { return static_cast<uint32_t>(v.asInteger()); }
 
 }  // namespace
 
 // Publishes the registers; `n` words belong to the instruction at work.
-#define SYNC(n)            \
-  do {                     \
-    fp->pc  = pc + (n);    \
-    m_frame = fp;          \
-    m_top   = sp;          \
+#define SYNC(n)        \
+  do {                 \
+    fp->pc = pc + (n); \
+    m_frame = fp;      \
+    m_top = sp;        \
   } while (0)
 #define DISPATCH() goto* kLabels[*pc & 0xFF]
-#define NEXT(n)   \
-  do {            \
-    pc += (n);    \
-    DISPATCH();   \
+#define NEXT(n) \
+  do {          \
+    pc += (n);  \
+    DISPATCH(); \
   } while (0)
 #define A headA(*pc)
 #define B headB(*pc)
@@ -48,9 +48,9 @@ inline uint32_t  unsignedOf(LispValue v) { return static_cast<uint32_t>(v.asInte
 
 // One binary operation in its five places. FAST computes `out` from `l` and `r` or leaves `ok` false.
 #define BINARY_PLACE(label, id, n, left, right, place, FAST) \
-  label: {                                                   \
+  label : {                                                  \
     const LispValue l = left, r = right;                     \
-    LispValue       out;                                     \
+    LispValue out;                                           \
     if (INTACT(id) && FAST(l, r, out)) [[likely]] {          \
       place;                                                 \
       NEXT(n);                                               \
@@ -60,66 +60,66 @@ inline uint32_t  unsignedOf(LispValue v) { return static_cast<uint32_t>(v.asInte
     place;                                                   \
     NEXT(n);                                                 \
   }
-#define BINARY(name, id, FAST)                                                                              \
-  BINARY_PLACE(name##SS, id, 1, sp[-2], sp[-1], (--sp, sp[-1] = out), FAST)                                 \
-  BINARY_PLACE(name##SV, id, 2, sp[-1], symbolAt(pc + 1)->value, (sp[-1] = out), FAST)                      \
-  BINARY_PLACE(name##SC, id, 2, sp[-1], valueAt(pc + 1), (sp[-1] = out), FAST)                              \
-  BINARY_PLACE(name##VC, id, 3, symbolAt(pc + 1)->value, valueAt(pc + 2), (*sp++ = out), FAST)              \
+#define BINARY(name, id, FAST)                                                                 \
+  BINARY_PLACE(name##SS, id, 1, sp[-2], sp[-1], (--sp, sp[-1] = out), FAST)                    \
+  BINARY_PLACE(name##SV, id, 2, sp[-1], symbolAt(pc + 1)->value, (sp[-1] = out), FAST)         \
+  BINARY_PLACE(name##SC, id, 2, sp[-1], valueAt(pc + 1), (sp[-1] = out), FAST)                 \
+  BINARY_PLACE(name##VC, id, 3, symbolAt(pc + 1)->value, valueAt(pc + 2), (*sp++ = out), FAST) \
   BINARY_PLACE(name##VV, id, 3, symbolAt(pc + 1)->value, symbolAt(pc + 2)->value, (*sp++ = out), FAST)
 
 // One comparison as a jump in its five places.
-#define COMPARE_PLACE(label, id, n, left, right, drop, OPERATOR)          \
-  label: {                                                                \
-    const LispValue l = left, r = right;                                  \
-    bool            truth;                                                \
-    if (INTACT(id) && bothIntegers(l, r)) [[likely]] {                    \
-      truth = l.asInteger() OPERATOR r.asInteger();                       \
-    } else if (INTACT(id) && bothReals(l, r)) {                           \
-      truth = l.asReal() OPERATOR r.asReal();                             \
-    } else {                                                              \
-      SYNC(n);                                                            \
-      truth = coreTest(id, l, r);                                         \
-    }                                                                     \
-    sp -= drop;                                                           \
-    if (truth == static_cast<bool>(A)) NEXT(B);                           \
-    NEXT(n);                                                              \
+#define COMPARE_PLACE(label, id, n, left, right, drop, OPERATOR) \
+  label : {                                                      \
+    const LispValue l = left, r = right;                         \
+    bool truth;                                                  \
+    if (INTACT(id) && bothIntegers(l, r)) [[likely]] {           \
+      truth = l.asInteger() OPERATOR r.asInteger();              \
+    } else if (INTACT(id) && bothReals(l, r)) {                  \
+      truth = l.asReal() OPERATOR r.asReal();                    \
+    } else {                                                     \
+      SYNC(n);                                                   \
+      truth = coreTest(id, l, r);                                \
+    }                                                            \
+    sp -= drop;                                                  \
+    if (truth == static_cast<bool>(A)) NEXT(B);                  \
+    NEXT(n);                                                     \
   }
-#define COMPARE(name, id, OPERATOR)                                                                  \
-  COMPARE_PLACE(name##SS, id, 1, sp[-2], sp[-1], 2, OPERATOR)                                        \
-  COMPARE_PLACE(name##SV, id, 2, sp[-1], symbolAt(pc + 1)->value, 1, OPERATOR)                       \
-  COMPARE_PLACE(name##SC, id, 2, sp[-1], valueAt(pc + 1), 1, OPERATOR)                               \
-  COMPARE_PLACE(name##VC, id, 3, symbolAt(pc + 1)->value, valueAt(pc + 2), 0, OPERATOR)              \
+#define COMPARE(name, id, OPERATOR)                                                     \
+  COMPARE_PLACE(name##SS, id, 1, sp[-2], sp[-1], 2, OPERATOR)                           \
+  COMPARE_PLACE(name##SV, id, 2, sp[-1], symbolAt(pc + 1)->value, 1, OPERATOR)          \
+  COMPARE_PLACE(name##SC, id, 2, sp[-1], valueAt(pc + 1), 1, OPERATOR)                  \
+  COMPARE_PLACE(name##VC, id, 3, symbolAt(pc + 1)->value, valueAt(pc + 2), 0, OPERATOR) \
   COMPARE_PLACE(name##VV, id, 3, symbolAt(pc + 1)->value, symbolAt(pc + 2)->value, 0, OPERATOR)
-#define COMPARE_VALUE(label, id, OPERATOR)                         \
-  label: {                                                         \
-    const LispValue l = sp[-2], r = sp[-1];                        \
-    bool            truth;                                         \
-    if (INTACT(id) && bothIntegers(l, r)) [[likely]] {             \
-      truth = l.asInteger() OPERATOR r.asInteger();                \
-    } else if (INTACT(id) && bothReals(l, r)) {                    \
-      truth = l.asReal() OPERATOR r.asReal();                      \
-    } else {                                                       \
-      SYNC(1);                                                     \
-      truth = coreTest(id, l, r);                                  \
-    }                                                              \
-    --sp;                                                          \
-    sp[-1] = LispValue::boolean(truth);                            \
-    NEXT(1);                                                       \
+#define COMPARE_VALUE(label, id, OPERATOR)             \
+  label : {                                            \
+    const LispValue l = sp[-2], r = sp[-1];            \
+    bool truth;                                        \
+    if (INTACT(id) && bothIntegers(l, r)) [[likely]] { \
+      truth = l.asInteger() OPERATOR r.asInteger();    \
+    } else if (INTACT(id) && bothReals(l, r)) {        \
+      truth = l.asReal() OPERATOR r.asReal();          \
+    } else {                                           \
+      SYNC(1);                                         \
+      truth = coreTest(id, l, r);                      \
+    }                                                  \
+    --sp;                                              \
+    sp[-1] = LispValue::boolean(truth);                \
+    NEXT(1);                                           \
   }
 
-#define FAST_ADD(l, r, out)                                                                             \
-  (bothIntegers(l, r)  ? (out = wrapped(unsignedOf(l) + unsignedOf(r)), true)                           \
-   : bothNumbers(l, r) ? (out = LispValue::computed(l.asDouble() + r.asDouble()), true)                 \
+#define FAST_ADD(l, r, out)                                                             \
+  (bothIntegers(l, r)  ? (out = wrapped(unsignedOf(l) + unsignedOf(r)), true)           \
+   : bothNumbers(l, r) ? (out = LispValue::computed(l.asDouble() + r.asDouble()), true) \
                        : false)
-#define FAST_SUBTRACT(l, r, out)                                                                        \
-  (bothIntegers(l, r)  ? (out = wrapped(unsignedOf(l) - unsignedOf(r)), true)                           \
-   : bothNumbers(l, r) ? (out = LispValue::computed(l.asDouble() - r.asDouble()), true)                 \
+#define FAST_SUBTRACT(l, r, out)                                                        \
+  (bothIntegers(l, r)  ? (out = wrapped(unsignedOf(l) - unsignedOf(r)), true)           \
+   : bothNumbers(l, r) ? (out = LispValue::computed(l.asDouble() - r.asDouble()), true) \
                        : false)
-#define FAST_MULTIPLY(l, r, out)                                                                        \
-  (bothIntegers(l, r)  ? (out = wrapped(unsignedOf(l) * unsignedOf(r)), true)                           \
-   : bothNumbers(l, r) ? (out = LispValue::computed(l.asDouble() * r.asDouble()), true)                 \
+#define FAST_MULTIPLY(l, r, out)                                                        \
+  (bothIntegers(l, r)  ? (out = wrapped(unsignedOf(l) * unsignedOf(r)), true)           \
+   : bothNumbers(l, r) ? (out = LispValue::computed(l.asDouble() * r.asDouble()), true) \
                        : false)
-#define FAST_DIVIDE(l, r, out)                                                                          \
+#define FAST_DIVIDE(l, r, out) \
   (bothReals(l, r) && r.asReal() != 0 ? (out = LispValue::computed(l.asReal() / r.asReal()), true) : false)
 
 LispValue Vm::execute(Entry entry) {
@@ -129,15 +129,15 @@ LispValue Vm::execute(Entry entry) {
 #undef LISP_LABEL
   };
   Symbol* const core = &m_symbols.core(Core::Add);
-  Frame*        fp   = m_frame;
-  LispValue*    sp   = m_top;
-  const Word*   pc   = fp->pc;
-  LispValue     callee;
-  LispValue     result;
-  uint32_t      argCount = 0;
+  Frame* fp = m_frame;
+  LispValue* sp = m_top;
+  const Word* pc = fp->pc;
+  LispValue callee;
+  LispValue result;
+  uint32_t argCount = 0;
 
   if (entry.resume) DISPATCH();
-  callee   = entry.callee;
+  callee = entry.callee;
   argCount = entry.argCount;
   goto call_any;
 
@@ -166,7 +166,7 @@ SetVar:
 SetVarPop:
   symbolAt(pc + 1)->value = *--sp;
   NEXT(2);
-AddToVar: {
+AddToVar : {
   LispValue& v = symbolAt(pc + 1)->value;
   if (v.isInteger() && INTACT(A)) [[likely]] {
     v = wrapped(unsignedOf(v) + static_cast<uint32_t>(B));
@@ -193,7 +193,7 @@ JumpIf:
 JumpIfVar:
   if (static_cast<bool>(symbolAt(pc + 1)->value) == static_cast<bool>(A)) NEXT(B);
   NEXT(2);
-JumpIfNull: {
+JumpIfNull : {
   LispValue v = sp[-1];
   const auto id = A & 0xFF;
   if (!INTACT(id)) [[unlikely]] {
@@ -204,7 +204,7 @@ JumpIfNull: {
   if (v.isNil() == static_cast<bool>(A >> 8)) NEXT(B);
   NEXT(1);
 }
-JumpIfNullVar: {
+JumpIfNullVar : {
   LispValue v = symbolAt(pc + 1)->value;
   const auto id = A & 0xFF;
   if (!INTACT(id)) [[unlikely]] {
@@ -222,23 +222,25 @@ JumpKeep:
   // ---- calls
 
 Call1Var:
-  *sp++    = symbolAt(pc + 2)->value;
+  *sp++ = symbolAt(pc + 2)->value;
   argCount = 1;
-  callee   = symbolAt(pc + 1)->value;
+  callee = symbolAt(pc + 1)->value;
   SYNC(3);
-  if (callee.isObject()) [[likely]] goto call_object;
+  if (callee.isObject()) [[likely]]
+    goto call_object;
   callee = LispValue::of(symbolAt(pc + 1));
   goto call_any;
 Call:
   argCount = A;
-  callee   = symbolAt(pc + 1)->value;
+  callee = symbolAt(pc + 1)->value;
   SYNC(2);
-  if (callee.isObject()) [[likely]] goto call_object;
+  if (callee.isObject()) [[likely]]
+    goto call_object;
   callee = LispValue::of(symbolAt(pc + 1));
   goto call_any;
 CallValue:
   argCount = A;
-  callee   = sp[-1 - static_cast<ptrdiff_t>(argCount)];
+  callee = sp[-1 - static_cast<ptrdiff_t>(argCount)];
   SYNC(1);
   // The function slot goes; a safe point keeps the callee alive by itself.
   for (LispValue* p = sp - argCount - 1; p < sp - 1; ++p) p[0] = p[1];
@@ -249,14 +251,14 @@ CallValue:
 call_any:
   if (!callee.isObject()) {
     m_frame = fp;
-    m_top   = sp;
-    callee  = resolveCallee(callee);
+    m_top = sp;
+    callee = resolveCallee(callee);
   }
-call_object: {
+call_object : {
   Object* object = callee.asObject();
   if (m_poll.load(std::memory_order_relaxed)) [[unlikely]] {
     m_frame = fp;
-    m_top   = sp;
+    m_top = sp;
     poll(callee);
   }
   if (object->type == ObjectType::Function) [[likely]] {
@@ -264,45 +266,47 @@ call_object: {
     if (argCount != f->paramCount) [[unlikely]] {
       if (f->paramCount == Function::kAnyCount) goto call_traced;
       m_frame = fp;
-      m_top   = sp;
+      m_top = sp;
       failArity(argCount, f->paramCount);
     }
-    Binding*       b         = m_bindingTop;
+    Binding* b = m_bindingTop;
     Symbol* const* variables = f->variables;
-    LispValue*     arguments = sp - argCount;
-    const uint32_t total     = argCount + f->localCount;
+    LispValue* arguments = sp - argCount;
+    const uint32_t total = argCount + f->localCount;
     if (fp + 1 >= m_frameLimit || sp + f->maxStack >= m_valueLimit || b + total >= m_bindingLimit) [[unlikely]] {
       m_frame = fp;
-      m_top   = sp;
+      m_top = sp;
       failDepth();
     }
     ++fp;
     fp->function = static_cast<Function*>(object);
-    fp->base     = arguments;
+    fp->base = arguments;
     fp->bindings = b;
-    uint32_t i   = 0;
+    uint32_t i = 0;
     for (; i < argCount; ++i, ++b) {
       Symbol* s = variables[i];
-      *b        = {s, s->value};
-      s->value  = arguments[i];
+      *b = {s, s->value};
+      s->value = arguments[i];
     }
     for (; i < total; ++i, ++b) {
       Symbol* s = variables[i];
-      *b        = {s, s->value};
-      s->value  = LispValue::nil();
+      *b = {s, s->value};
+      s->value = LispValue::nil();
     }
     m_bindingTop = b;
-    sp           = arguments;
-    pc           = f->code;
+    sp = arguments;
+    pc = f->code;
     DISPATCH();
   }
   m_frame = fp;
-  m_top   = sp;
+  m_top = sp;
   if (object->type == ObjectType::Subr) {
     const auto* subr = static_cast<const Subr*>(object);
-    if (argCount < subr->minArgs || argCount > subr->maxArgs) [[unlikely]] checkSubrArity(*subr, argCount);
+    if (argCount < subr->minArgs || argCount > subr->maxArgs) [[unlikely]]
+      checkSubrArity(*subr, argCount);
     if (subr->kind() == SubrKind::Native) {
-      if (fp + 1 >= m_frameLimit || sp + subr->extraSlots + 64 >= m_valueLimit) [[unlikely]] failDepth();
+      if (fp + 1 >= m_frameLimit || sp + subr->extraSlots + 64 >= m_valueLimit) [[unlikely]]
+        failDepth();
       ++fp;
       fp->subr = subr;
       goto enter_native;
@@ -315,37 +319,37 @@ call_object: {
     }
   } else if (object->type == ObjectType::External) {
     const auto* external = static_cast<const External*>(object);
-    Args        args(*this, sp - argCount, argCount);
+    Args args(*this, sp - argCount, argCount);
     if (!m_output.empty()) flush();
     m_callee = callee;
-    result   = m_host.callExternal(external->code, args);
+    result = m_host.callExternal(external->code, args);
   } else {
     resolveCallee(callee);  // raises the error
   }
   sp -= argCount;
   *sp++ = result;
-  pc    = fp->pc;
+  pc = fp->pc;
   DISPATCH();
 }
 
 call_traced:
   if (fp + 1 >= m_frameLimit || sp + 64 >= m_valueLimit) [[unlikely]] {
     m_frame = fp;
-    m_top   = sp;
+    m_top = sp;
     failDepth();
   }
   ++fp;
   fp->subr = m_traceSubr;
-  *sp++    = callee;  // the extra slot
+  *sp++ = callee;  // the extra slot
 
-enter_native: {
+enter_native : {
   const uint32_t extra = fp->subr == m_traceSubr ? 0 : fp->subr->extraSlots;
-  fp->function         = nullptr;
-  fp->base             = sp - argCount - (fp->subr == m_traceSubr ? 1 : 0);
-  fp->bindings         = m_bindingTop;
-  fp->argCount         = argCount;
-  fp->state            = 0;
-  fp->pc               = &kResumeCode;
+  fp->function = nullptr;
+  fp->base = sp - argCount - (fp->subr == m_traceSubr ? 1 : 0);
+  fp->bindings = m_bindingTop;
+  fp->argCount = argCount;
+  fp->state = 0;
+  fp->pc = &kResumeCode;
   for (uint32_t i = 0; i < extra; ++i) *sp++ = LispValue::nil();
   result = LispValue::nil();
   goto step_native;
@@ -353,28 +357,28 @@ enter_native: {
 NativeResume:
   if (m_poll.load(std::memory_order_relaxed)) [[unlikely]] {
     m_frame = fp;
-    m_top   = sp;
+    m_top = sp;
     poll(LispValue::nil());
   }
   result = *--sp;
-step_native: {
+step_native : {
   m_frame = fp;
-  m_top   = sp;
-  Native           native(*this, *fp, result);
+  m_top = sp;
+  Native native(*this, *fp, result);
   const StepResult step = fp->subr->step(native);
-  sp                    = m_top;
+  sp = m_top;
   if (step.kind == StepResult::Return) {
     sp = fp->base;
     --fp;
     *sp++ = step.value;
-    pc    = fp->pc;
+    pc = fp->pc;
     DISPATCH();
   }
-  callee   = step.value;
+  callee = step.value;
   argCount = step.argCount;
   if (step.kind == StepResult::TailCall) {
     LispValue* from = sp - argCount;
-    sp              = fp->base;
+    sp = fp->base;
     for (uint32_t i = 0; i < argCount; ++i) *sp++ = *from++;
     --fp;
   }
@@ -384,7 +388,7 @@ step_native: {
 Return:
   result = sp[-1];
   {
-    Binding*       b    = m_bindingTop;
+    Binding* b = m_bindingTop;
     Binding* const mark = fp->bindings;
     while (b > mark) {
       --b;
@@ -395,17 +399,17 @@ Return:
   sp = fp->base;
   --fp;
   *sp++ = result;
-  pc    = fp->pc;
+  pc = fp->pc;
   DISPATCH();
 ExitRun:
-  result  = *--sp;
+  result = *--sp;
   m_frame = fp;
-  m_top   = sp;
+  m_top = sp;
   return result;
 
   // ---- lists
 
-Car: {
+Car : {
   const LispValue v = sp[-1];
   if (INTACT(Core::Car) && v.isPair()) [[likely]] {
     sp[-1] = v.head();
@@ -415,7 +419,7 @@ Car: {
   sp[-1] = coreUnary(Core::Car, v, 1);
   NEXT(1);
 }
-Cdr: {
+Cdr : {
   const LispValue v = sp[-1];
   if (INTACT(Core::Cdr) && v.isPair()) [[likely]] {
     sp[-1] = v.tail();
@@ -425,7 +429,7 @@ Cdr: {
   sp[-1] = coreUnary(Core::Cdr, v, 2);
   NEXT(1);
 }
-CarVar: {
+CarVar : {
   const LispValue v = symbolAt(pc + 1)->value;
   if (INTACT(Core::Car) && v.isPair()) [[likely]] {
     *sp++ = v.head();
@@ -433,10 +437,10 @@ CarVar: {
   }
   SYNC(2);
   const LispValue out = coreUnary(Core::Car, v, 1);
-  *sp++               = out;
+  *sp++ = out;
   NEXT(2);
 }
-CdrVar: {
+CdrVar : {
   const LispValue v = symbolAt(pc + 1)->value;
   if (INTACT(Core::Cdr) && v.isPair()) [[likely]] {
     *sp++ = v.tail();
@@ -444,12 +448,12 @@ CdrVar: {
   }
   SYNC(2);
   const LispValue out = coreUnary(Core::Cdr, v, 2);
-  *sp++               = out;
+  *sp++ = out;
   NEXT(2);
 }
-Cxr: {
-  LispValue v    = sp[-1];
-  uint32_t  path = INTACT(A & 0xFF) ? A >> 8 : 0;
+Cxr : {
+  LispValue v = sp[-1];
+  uint32_t path = INTACT(A & 0xFF) ? A >> 8 : 0;
   while (path && v.isPair()) {
     v = path & 1 ? v.head() : v.tail();
     path >>= 2;
@@ -461,9 +465,9 @@ Cxr: {
   sp[-1] = v;
   NEXT(1);
 }
-CxrVar: {
-  LispValue v    = symbolAt(pc + 1)->value;
-  uint32_t  path = INTACT(A & 0xFF) ? A >> 8 : 0;
+CxrVar : {
+  LispValue v = symbolAt(pc + 1)->value;
+  uint32_t path = INTACT(A & 0xFF) ? A >> 8 : 0;
   while (path && v.isPair()) {
     v = path & 1 ? v.head() : v.tail();
     path >>= 2;
@@ -475,17 +479,17 @@ CxrVar: {
   *sp++ = v;
   NEXT(2);
 }
-Cons: {
+Cons : {
   SYNC(1);
   const LispValue out = INTACT(Core::Cons) ? m_heap.cons(sp[-2], sp[-1]) : coreCall(Core::Cons, sp - 2, 2);
   --sp;
   sp[-1] = out;
   NEXT(1);
 }
-List: {
+List : {
   SYNC(1);
   const uint32_t count = A;
-  LispValue      out;
+  LispValue out;
   if (INTACT(Core::List)) {
     for (uint32_t i = 1; i <= count; ++i) out = m_heap.cons(sp[-static_cast<ptrdiff_t>(i)], out);
   } else {
@@ -495,15 +499,14 @@ List: {
   *sp++ = out;
   NEXT(1);
 }
-Eq: {
+Eq : {
   SYNC(1);
-  const LispValue out =
-      INTACT(Core::Eq) ? LispValue::boolean(isEq(sp[-2], sp[-1])) : coreCall(Core::Eq, sp - 2, 2);
+  const LispValue out = INTACT(Core::Eq) ? LispValue::boolean(isEq(sp[-2], sp[-1])) : coreCall(Core::Eq, sp - 2, 2);
   --sp;
   sp[-1] = out;
   NEXT(1);
 }
-Not: {
+Not : {
   if (INTACT(A)) [[likely]] {
     sp[-1] = LispValue::boolean(sp[-1].isNil());
     NEXT(1);
@@ -539,7 +542,7 @@ Listp:
   COMPARE_VALUE(GreaterEqual, Core::GreaterEqual, >=)
   COMPARE_VALUE(Equal, Core::Equal, ==)
   COMPARE_VALUE(NotEqual, Core::NotEqual, !=)
-Increment: {
+Increment : {
   const LispValue v = sp[-1];
   if (v.isInteger() && INTACT(A)) [[likely]] {
     sp[-1] = wrapped(unsignedOf(v) + static_cast<uint32_t>(B));
@@ -549,7 +552,7 @@ Increment: {
   sp[-1] = coreStep(static_cast<Core>(A), v, B);
   NEXT(1);
 }
-IncrementVar: {
+IncrementVar : {
   const LispValue v = symbolAt(pc + 1)->value;
   if (v.isInteger() && INTACT(A)) [[likely]] {
     *sp++ = wrapped(unsignedOf(v) + static_cast<uint32_t>(B));
@@ -557,7 +560,7 @@ IncrementVar: {
   }
   SYNC(2);
   const LispValue out = coreStep(static_cast<Core>(A), v, B);
-  *sp++               = out;
+  *sp++ = out;
   NEXT(2);
 }
 
@@ -579,11 +582,11 @@ CheckCount:
     failType(*this, kFixnump, sp[-1]);
   }
   NEXT(1);
-ForeachNext: {
+ForeachNext : {
   const LispValue rest = sp[-1];
   if (rest.isPair()) [[likely]] {
     symbolAt(pc + 1)->value = rest.head();
-    sp[-1]                  = rest.tail();
+    sp[-1] = rest.tail();
     NEXT(2);
   }
   if (rest) {
@@ -592,7 +595,7 @@ ForeachNext: {
   }
   NEXT(B);
 }
-RepeatNext: {
+RepeatNext : {
   const int32_t left = sp[-1].asInteger();
   if (left > 0) [[likely]] {
     sp[-1] = LispValue::integer(left - 1);
@@ -600,7 +603,7 @@ RepeatNext: {
   }
   NEXT(B);
 }
-Bind: {
+Bind : {
   Symbol* s = symbolAt(pc + 1);
   if (m_bindingTop + 1 >= m_bindingLimit) [[unlikely]] {
     SYNC(2);
@@ -613,10 +616,10 @@ Unbind:
   --m_bindingTop;
   m_bindingTop->symbol->value = m_bindingTop->saved;
   NEXT(1);
-Defun: {
+Defun : {
   Symbol* s = symbolAt(pc + 1);
-  s->value  = valueAt(pc + 2);
-  *sp++     = LispValue::of(s);
+  s->value = valueAt(pc + 2);
+  *sp++ = LispValue::of(s);
   NEXT(3);
 }
 Fail:
@@ -639,17 +642,17 @@ LispValue Vm::call(LispValue function, const LispValue* arguments, uint32_t coun
   constexpr int kMaxRuns = 200;
   if (m_runs >= kMaxRuns || m_frame + 2 >= m_frameLimit || m_top + count + 64 >= m_valueLimit) failDepth();
   ++m_runs;
-  Frame* const     before = m_frame;
-  LispValue* const top    = m_top;
-  Frame*           entry  = ++m_frame;
-  *entry                  = {&kExitCode, nullptr, m_top, m_bindingTop, nullptr, 0, 0};
+  Frame* const before = m_frame;
+  LispValue* const top = m_top;
+  Frame* entry = ++m_frame;
+  *entry = {&kExitCode, nullptr, m_top, m_bindingTop, nullptr, 0, 0};
   for (uint32_t i = 0; i < count; ++i) *m_top++ = arguments[i];
   Entry start{function, count, false};
   for (;;) {
     try {
       const LispValue result = executeGuarded(start);
-      m_frame                = before;
-      m_top                  = top;
+      m_frame = before;
+      m_top = top;
       --m_runs;
       return result;
     } catch (LispError& error) {
@@ -660,7 +663,7 @@ LispValue Vm::call(LispValue function, const LispValue* arguments, uint32_t coun
       if (m_reporting && !error.reported && !insideCatch()) report(error);
       unbindTo(entry->bindings);
       m_frame = before;
-      m_top   = top;
+      m_top = top;
       --m_runs;
       throw;
     }

@@ -9,7 +9,7 @@ namespace lisp {
 namespace {
 
 void appendHex(Text& out, uint64_t value) {
-  char       buffer[20];
+  char buffer[20];
   const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, 16).ptr;
   appendAscii(out, std::string_view(buffer, static_cast<size_t>(end - buffer)));
 }
@@ -46,14 +46,16 @@ void Vm::printObject(const Object& object, Text& out) {
   switch (object.type) {
     case ObjectType::Subr: return appendFunction(out, "SUBR", object, static_cast<const Subr&>(object).name);
     case ObjectType::Function: return appendFunction(out, "USUBR", object, static_cast<const Function&>(object).name);
-    case ObjectType::External: return appendFunction(out, "EXRXSUBR", object, static_cast<const External&>(object).name);
+    case ObjectType::External:
+      return appendFunction(out, "EXRXSUBR", object, static_cast<const External&>(object).name);
     case ObjectType::EntityName:
       appendAscii(out, "<Entity name: ");
       m_host.formatEntityName(static_cast<const EntityName&>(object).id, out);
       return out.push_back(GC_T('>'));
     case ObjectType::SelectionSet:
       appendAscii(out, "<Selection set: ");
-      appendInteger(out, static_cast<int64_t>(m_host.selectionSetNumber(static_cast<const SelectionSet&>(object).handle)));
+      appendInteger(out,
+                    static_cast<int64_t>(m_host.selectionSetNumber(static_cast<const SelectionSet&>(object).handle)));
       return out.push_back(GC_T('>'));
     case ObjectType::File:
       appendAscii(out, "#<file \"");
@@ -71,11 +73,16 @@ void Vm::printObject(const Object& object, Text& out) {
 LispValue Vm::typeOf(LispValue value) {
   const char* name = "SYM";
   if (value.isNil()) return value;
-  if (value.isInteger()) name = "INT";
-  else if (value.isReal()) name = "REAL";
-  else if (value.isPair()) name = "LIST";
-  else if (value.isString()) name = "STR";
-  else if (value.isObject()) name = objectTypeName(*value.asObject());
+  if (value.isInteger())
+    name = "INT";
+  else if (value.isReal())
+    name = "REAL";
+  else if (value.isPair())
+    name = "LIST";
+  else if (value.isString())
+    name = "STR";
+  else if (value.isObject())
+    name = objectTypeName(*value.asObject());
   return LispValue::of(m_symbols.intern(name));
 }
 

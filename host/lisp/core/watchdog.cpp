@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds kRepeat(20);
 Watchdog::Watchdog(Interpreter& interpreter, double seconds)
     : m_interpreter(interpreter), m_thread([this, seconds] {
         std::unique_lock lock(m_mutex);
-        auto             until = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+        auto until = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
         while (!m_over) {
           if (m_wake.wait_until(lock, until, [this] { return m_over; })) break;
           m_interpreter.timeLimit();

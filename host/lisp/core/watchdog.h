@@ -14,15 +14,15 @@ class Watchdog {
   // `seconds` from now. The interpreter must outlive the watchdog.
   Watchdog(Interpreter& interpreter, double seconds);
   ~Watchdog();
-  Watchdog(const Watchdog&)            = delete;
+  Watchdog(const Watchdog&) = delete;
   Watchdog& operator=(const Watchdog&) = delete;
 
  private:
-  Interpreter&            m_interpreter;
-  std::mutex              m_mutex;
+  Interpreter& m_interpreter;
+  std::mutex m_mutex;
   std::condition_variable m_wake;
-  bool                    m_over = false;
-  std::thread             m_thread;
+  bool m_over = false;
+  std::thread m_thread;
 };
 
 }  // namespace lisp

@@ -20,9 +20,9 @@ size_t endOfGroup(TextView pattern, size_t at) {
 }
 
 bool inGroup(GCHAR c, TextView group) {
-  size_t     i      = 1;
+  size_t i = 1;
   const bool negate = group[1] == GC_T('~');
-  bool       found  = false;
+  bool found = false;
   if (negate) ++i;
   while (i + 1 < group.size()) {
     GCHAR low = group[i++];
@@ -49,7 +49,7 @@ bool matchOne(GCHAR c, TextView pattern, size_t& p) {
       const size_t end = endOfGroup(pattern, p);
       if (end == p) break;
       const TextView group = pattern.substr(p, end - p);
-      p                    = end;
+      p = end;
       return inGroup(c, group);
     }
     case GC_T('`'):
@@ -87,7 +87,7 @@ size_t endOfAlternative(TextView pattern, size_t at) {
       at += 2;
     } else if (pattern[at] == GC_T('[')) {
       const size_t end = endOfGroup(pattern, at);
-      at               = end == at ? at + 1 : end;
+      at = end == at ? at + 1 : end;
     } else {
       ++at;
     }
@@ -99,9 +99,9 @@ size_t endOfAlternative(TextView pattern, size_t at) {
 
 bool wildcardMatch(TextView text, TextView pattern) {
   for (size_t at = 0;;) {
-    const size_t end         = endOfAlternative(pattern, at);
-    TextView     alternative = pattern.substr(at, end - at);
-    const bool   negate      = !alternative.empty() && alternative[0] == GC_T('~');
+    const size_t end = endOfAlternative(pattern, at);
+    TextView alternative = pattern.substr(at, end - at);
+    const bool negate = !alternative.empty() && alternative[0] == GC_T('~');
     if (negate) alternative.remove_prefix(1);
     if (matchAlternative(text, alternative) != negate) return true;
     if (end >= pattern.size()) return false;

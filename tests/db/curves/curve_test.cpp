@@ -50,7 +50,8 @@ void expectPoint(const GcGePoint3d& p, double x, double y, double z = 0) {
 
 std::unique_ptr<GcDbPolyline> polyline(std::initializer_list<GcDbPolylineVertex> vertices, bool closed) {
   auto made = std::make_unique<GcDbPolyline>();
-  for (const GcDbPolylineVertex& v : vertices) EXPECT_EQ(made->addVertexAt(made->numVerts(), v.point, v.bulge), Gcad::eOk);
+  for (const GcDbPolylineVertex& v : vertices)
+    EXPECT_EQ(made->addVertexAt(made->numVerts(), v.point, v.bulge), Gcad::eOk);
   made->setClosed(closed);
   return made;
 }
@@ -339,8 +340,8 @@ TEST(Curve, MeetingsAreInOrderAlongTheFirst) {
 
 TEST(Curve, SharedStretchesGiveTheirEnds) {
   GcArray<GcGePoint3d> points;
-  ASSERT_EQ(GcDbLine({0, 0, 0}, {4, 0, 0}).intersectWith(polyline({{{1, 0}}, {{2, 0}}, {{3, 0}}}, false).get(),
-                                                         GcDb::kOnBothOperands, points),
+  ASSERT_EQ(GcDbLine({0, 0, 0}, {4, 0, 0})
+                .intersectWith(polyline({{{1, 0}}, {{2, 0}}, {{3, 0}}}, false).get(), GcDb::kOnBothOperands, points),
             Gcad::eOk);
   ASSERT_EQ(points.length(), 2);
   expectPoint(points[0], 1, 0);

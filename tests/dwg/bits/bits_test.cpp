@@ -110,7 +110,11 @@ TEST(Bits, HandlesCarryTheirCode) {
   EXPECT_EQ(read("1010 0001 00000010", [](BitReader& in) { return in.h(); }).absolute(0x20), 0x22u);
   EXPECT_EQ(read("1100 0001 00000010", [](BitReader& in) { return in.h(); }).absolute(0x20), 0x1Eu);
   EXPECT_EQ(written([](BitWriter& out) { out.h(4, 0); }), "01000000");
-  EXPECT_EQ(written([](BitWriter& out) { out.h(3, 0x1A2); }), "0011" "0010" "00000001" "10100010");
+  EXPECT_EQ(written([](BitWriter& out) { out.h(3, 0x1A2); }),
+            "0011"
+            "0010"
+            "00000001"
+            "10100010");
 }
 
 TEST(Bits, ModularNumbers) {

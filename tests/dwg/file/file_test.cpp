@@ -31,7 +31,8 @@ constexpr int kWritten[] = {kR2000, kR2004, kR2010, kR2013, kR2018};
 std::vector<std::string> drawings() {
   std::vector<std::string> found;
   const char* given = std::getenv("GC_DRAWINGS");
-  for (const fs::path& folder : {fs::path(given != nullptr ? given : ""), fs::path(GC_SOURCE_DIR) / "../shared/drawings"}) {
+  for (const fs::path& folder :
+       {fs::path(given != nullptr ? given : ""), fs::path(GC_SOURCE_DIR) / "../shared/drawings"}) {
     if (folder.empty() || !fs::is_directory(folder)) continue;
     for (const auto& entry : fs::directory_iterator(folder))
       if (entry.path().extension() == ".dwg") found.push_back(entry.path().string());
@@ -113,12 +114,14 @@ TEST(Lz, CodesByHand) {
     return std::string(out.begin(), out.end());
   };
   EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x11, 0, 0}, 50), "abcd");
-  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x4C, 0, 0x11, 0, 0}, 50), "abcdabc");       // 3 from 4 back
-  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x41, 0, 'X', 0x11, 0, 0}, 50), "abcddddX");  // 3 from 1 back, a literal
+  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x4C, 0, 0x11, 0, 0}, 50), "abcdabc");  // 3 from 4 back
+  EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x41, 0, 'X', 0x11, 0, 0}, 50),
+            "abcddddX");  // 3 from 1 back, a literal
   EXPECT_EQ(unpacked({0x01, 'a', 'b', 'c', 'd', 0x22, 0x0C, 0, 0x11, 0, 0}, 50), "abcdabcd");
   // Far copies: distance from 0x4000 on, three bits of length.
   std::vector<uint8_t> far = {0x00};
-  for (size_t left = 0x4000 - 0x12; left > 0; left -= left < 255 ? left : 255) far.push_back(left < 256 ? left & 0xFF : 0);
+  for (size_t left = 0x4000 - 0x12; left > 0; left -= left < 255 ? left : 255)
+    far.push_back(left < 256 ? left & 0xFF : 0);
   for (size_t i = 0; i < 0x4000; ++i) far.push_back(static_cast<uint8_t>('a' + i % 7 + i / 0x1000));
   const std::string start(far.end() - 0x4000, far.end());
   for (const unsigned code : {0x12u, 0x17u}) {

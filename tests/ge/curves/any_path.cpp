@@ -116,20 +116,13 @@ GcGePath AnyPath::spline() {
 
 GcGePath AnyPath::any() {
   switch (upTo(6)) {
-    case 0:
-      return line();
-    case 1:
-      return arc();
-    case 2:
-      return circle();
-    case 3:
-      return ellipse();
-    case 4:
-      return polyline(1 + upTo(12));
-    case 5:
-      return polyline3d(1 + upTo(6));
-    default:
-      return spline();
+    case 0: return line();
+    case 1: return arc();
+    case 2: return circle();
+    case 3: return ellipse();
+    case 4: return polyline(1 + upTo(12));
+    case 5: return polyline3d(1 + upTo(6));
+    default: return spline();
   }
 }
 

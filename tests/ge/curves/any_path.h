@@ -17,9 +17,9 @@ class AnyPath {
   GcGeVector3d unit();
 
   GcGePath line();
-  GcGePath arc();      // of a circle, open
+  GcGePath arc();  // of a circle, open
   GcGePath circle();
-  GcGePath ellipse();  // arc or whole
+  GcGePath ellipse();               // arc or whole
   GcGePath polyline(int segments);  // planar, bulges, open or closed
   GcGePath polyline3d(int segments);
   GcGeNurbs nurbs(int degree, int poles, bool rational, bool planar);
@@ -34,6 +34,6 @@ class AnyPath {
 };
 
 // One test body run with many seeds.
-#define FOR_SEEDS(count)                                  \
+#define FOR_SEEDS(count)                                   \
   for (uint32_t seed = 1; seed <= (count) && true; ++seed) \
     if (SCOPED_TRACE(::testing::Message() << "seed " << seed); true)

@@ -43,10 +43,10 @@ TEST(Meet, LinesCrossTouchAndMiss) {
   ASSERT_EQ(crossing.points.size(), 1u);
   EXPECT_DOUBLE_EQ(crossing.points[0].ta, 3);
   EXPECT_DOUBLE_EQ(crossing.points[0].tb, 1);
-  EXPECT_EQ(meet(a, lineOf({3, -1, 1}, {3, 1, 1})).points.size(), 0u);  // skew
-  EXPECT_EQ(meet(a, lineOf({0, 1, 0}, {10, 1, 0})).points.size(), 0u);  // parallel
+  EXPECT_EQ(meet(a, lineOf({3, -1, 1}, {3, 1, 1})).points.size(), 0u);   // skew
+  EXPECT_EQ(meet(a, lineOf({0, 1, 0}, {10, 1, 0})).points.size(), 0u);   // parallel
   EXPECT_EQ(meet(a, lineOf({10, 0, 0}, {12, 5, 0})).points.size(), 1u);  // common end
-  EXPECT_EQ(meet(a, lineOf({4, 0, 0}, {4, 5, 0})).points.size(), 1u);   // T
+  EXPECT_EQ(meet(a, lineOf({4, 0, 0}, {4, 5, 0})).points.size(), 1u);    // T
   EXPECT_EQ(meet(a, lineOf({10.001, 0, 0}, {12, 5, 0})).points.size(), 0u);
 }
 
@@ -68,7 +68,7 @@ TEST(Meet, LineAndCircle) {
   EXPECT_EQ(meet(circle, lineOf({-9, 5, 0}, {9, 5, 0})).points.size(), 1u);  // tangent
   EXPECT_EQ(meet(circle, lineOf({-9, 5.0001, 0}, {9, 5.0001, 0})).points.size(), 0u);
   EXPECT_EQ(meet(circle, lineOf({-9, 4.9999, 0}, {9, 4.9999, 0})).points.size(), 2u);
-  EXPECT_EQ(meet(circle, lineOf({0, 0, 0}, {9, 0, 0})).points.size(), 1u);  // through the seam
+  EXPECT_EQ(meet(circle, lineOf({0, 0, 0}, {9, 0, 0})).points.size(), 1u);   // through the seam
   EXPECT_EQ(meet(circle, lineOf({3, 4, -2}, {3, 4, 2})).points.size(), 1u);  // across the plane
   EXPECT_EQ(meet(circle, lineOf({3, 3, -2}, {3, 3, 2})).points.size(), 0u);
 }
@@ -150,8 +150,7 @@ int polygonCrossings(const GcGePath& a, const GcGePath& b) {
 
 GcGePath planarPath(AnyPath& any) {
   switch (any.upTo(4)) {
-    case 0:
-      return any.polyline(1 + any.upTo(4));
+    case 0: return any.polyline(1 + any.upTo(4));
     case 1:
     case 2: {
       const int degree = 2 + any.upTo(3);
@@ -215,7 +214,8 @@ TEST(Meet, CurvesInSpaceThroughCommonPoints) {
     const GcGePath b = lineOf(through + any.unit() * a.size(), through - any.unit() * 0.0 + any.unit() * 0.0);
     const auto found = meet(a, b);
     bool there = false;
-    for (const GcGeMeeting& p : found.points) there = there || (a.origin() + p.point).distanceTo(through) <= 64 * gcgeMeetTolerance(a, b);
+    for (const GcGeMeeting& p : found.points)
+      there = there || (a.origin() + p.point).distanceTo(through) <= 64 * gcgeMeetTolerance(a, b);
     EXPECT_TRUE(there);
   }
 }
@@ -246,7 +246,8 @@ TEST(Meet, SelfCrossings) {
 
 TEST(Meet, UnboundedLines) {
   GcGePath x((GcGePoint3d()));
-  x.addUnbounded({0, 2, 0}, {1, 0, 0}, -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity());
+  x.addUnbounded({0, 2, 0}, {1, 0, 0}, -std::numeric_limits<double>::infinity(),
+                 std::numeric_limits<double>::infinity());
   GcGePath ray((GcGePoint3d()));
   ray.addUnbounded({7, 0, 0}, {0, 1, 0}, 0, std::numeric_limits<double>::infinity());
   EXPECT_EQ(meet(x, ray).points.size(), 1u);

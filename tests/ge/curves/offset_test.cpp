@@ -60,8 +60,19 @@ TEST(Offset, SquareKeepsItsCorners) {
 }
 
 TEST(Offset, DumbbellFallsIntoTwo) {
-  const GcGePath bell = chain({{0, 0, 0}, {10, 0, 0}, {10, 4, 0}, {20, 4, 0}, {20, 0, 0}, {30, 0, 0},
-                               {30, 10, 0}, {20, 10, 0}, {20, 6, 0}, {10, 6, 0}, {10, 10, 0}, {0, 10, 0}}, true);
+  const GcGePath bell = chain({{0, 0, 0},
+                               {10, 0, 0},
+                               {10, 4, 0},
+                               {20, 4, 0},
+                               {20, 0, 0},
+                               {30, 0, 0},
+                               {30, 10, 0},
+                               {20, 10, 0},
+                               {20, 6, 0},
+                               {10, 6, 0},
+                               {10, 10, 0},
+                               {0, 10, 0}},
+                              true);
   const auto inside = gcgeOffset(bell, kUp, -2);
   ASSERT_EQ(inside.size(), 2u);
   for (const GcGePath& part : inside) {
@@ -106,17 +117,14 @@ GcGePath inPlane(GcGePath path) {
 
 GcGePath planar(AnyPath& any) {
   switch (any.upTo(3)) {
-    case 0:
-      return inPlane(any.arc());
-    case 1:
-      return inPlane(any.ellipse());
+    case 0: return inPlane(any.arc());
+    case 1: return inPlane(any.ellipse());
     case 2: {
       GcGePath path;
       EXPECT_TRUE(gcgePathOfNurbs(any.nurbs(3, 4 + any.upTo(5), false, true), path));
       return inPlane(path);
     }
-    default:
-      return any.polyline(1 + any.upTo(9));
+    default: return any.polyline(1 + any.upTo(9));
   }
 }
 

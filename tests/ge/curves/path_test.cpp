@@ -107,8 +107,7 @@ TEST(Path, EllipseLengthIsTheEllipticIntegral) {
     path.addArc(path.origin(), {major, 0, 0}, {0, major * ratio, 0}, from, to - from, from, to);
     // With the angle from the minor axis the speed is major sqrt(1 - k^2 sin^2).
     const double k = std::sqrt(1 - ratio * ratio);
-    const double expected =
-        major * (boost::math::ellint_2(k, to - kPi / 2) - boost::math::ellint_2(k, from - kPi / 2));
+    const double expected = major * (boost::math::ellint_2(k, to - kPi / 2) - boost::math::ellint_2(k, from - kPi / 2));
     EXPECT_NEAR(path.length(), expected, 1e-12 * major);
     EXPECT_NEAR(path.measure().total(), expected, 1e-12 * major);
   }
@@ -138,7 +137,8 @@ TEST(Path, NothingIsNearerThanTheClosestPoint) {
     const GcGeOnPath best = path.closestTo(from);
     ASSERT_GE(best.span, 0);
     const double reach = (from - path.origin()).length() + path.size();
-    EXPECT_NEAR(best.distance, (path.origin() + best.point).distanceTo(from), 4 * coordinateRounding(path) + 1e-14 * reach);
+    EXPECT_NEAR(best.distance, (path.origin() + best.point).distanceTo(from),
+                4 * coordinateRounding(path) + 1e-14 * reach);
     for (int i = 0; i <= 1000; ++i) {
       GcGePoint3d other;
       ASSERT_TRUE(path.pointAt(path.startParam() + (path.endParam() - path.startParam()) * i / 1000, other));
@@ -203,7 +203,7 @@ TEST(Path, FlatArcsKeepTheirDigits) {
   GcGeJet middle;
   ASSERT_TRUE(flat.jetAt(0.5, middle));
   EXPECT_NEAR(middle.point.x, 50, 1e-12);
-  EXPECT_NEAR(middle.point.y, -bulge * 50, 1e-20);  // the sagitta is bulge times half the chord
+  EXPECT_NEAR(middle.point.y, -bulge * 50, 1e-20);                 // the sagitta is bulge times half the chord
   EXPECT_NEAR(flat.vectorArea().z, bulge * 100 * 100 / 3, 1e-18);  // a parabola's 2/3 of chord times sagitta
   EXPECT_NEAR(flat.length(), 100, 1e-12);
 }

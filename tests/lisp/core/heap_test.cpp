@@ -13,9 +13,9 @@ class HeapTest : public ::testing::Test {
   EvalResult run(const char* text) { return interpreter.evalFormsFrom(fromUtf8(text), GC_T("test")); }
 
   RecordingHost host;
-  Environment   environment;
-  Interpreter   interpreter{host, environment};
-  Vm&           vm = interpreter.vm();
+  Environment environment;
+  Interpreter interpreter{host, environment};
+  Vm& vm = interpreter.vm();
 };
 
 TEST_F(HeapTest, GarbageIsReused) {
@@ -32,7 +32,8 @@ TEST_F(HeapTest, WhatIsReachableSurvivesEveryPhase) {
       "(while (< i 2000) (setq table (cons (list i (itoa i) (* 1.5 i)) table) i (1+ i)))"
       "(defun sum () (apply '+ (mapcar '(lambda (e) (+ (car e) (atoi (cadr e)) (caddr e))) table)))"
       "(setq before (sum))"
-      "(repeat 1200 (setq table (mapcar '(lambda (e) (if (= 0 (rem (car e) 3)) (list (car e) (itoa (car e)) (* 1.5 (car e))) e)) table)))");
+      "(repeat 1200 (setq table (mapcar '(lambda (e) (if (= 0 (rem (car e) 3)) (list (car e) (itoa (car e)) (* 1.5 "
+      "(car e))) e)) table)))");
   const EvalResult result = run("(list before (sum))");
   ASSERT_TRUE(result.value.isPair());
   EXPECT_EQ(result.value.head().asDouble(), 1999.0 * 2000 / 2 * 3.5);
@@ -82,7 +83,9 @@ TEST_F(HeapTest, TheMemoryLimitIsAnError) {
   EXPECT_EQ(run("(setq l nil) (gc) (+ 1 2)").value, LispValue::integer(3));
   const EvalResult text = run("(setq s \"x\") (while T (setq s (strcat s s)))");
   EXPECT_EQ(text.status, EvalStatus::MemoryLimit);
-  EXPECT_EQ(run("(setq s nil) (strlen (vl-catch-all-error-message (vl-catch-all-apply '(lambda () (setq s \"x\") (while T (setq s (strcat s s)))) nil)))").value,
+  EXPECT_EQ(run("(setq s nil) (strlen (vl-catch-all-error-message (vl-catch-all-apply '(lambda () (setq s \"x\") "
+                "(while T (setq s (strcat s s)))) nil)))")
+                .value,
             LispValue::integer(20));
 }
 
@@ -91,7 +94,8 @@ TEST_F(HeapTest, DeepAndLongDataAreMarkedWithoutRecursion) {
       "(setq long nil) (repeat 1000000 (setq long (cons '(1) long)))"
       "(setq comb nil) (repeat 1000000 (setq comb (cons comb 1)))");
   vm.heap().collect();
-  const EvalResult result = run("(list (equal deep (list (car deep))) (length long) (strlen (vl-prin1-to-string comb)))");
+  const EvalResult result =
+      run("(list (equal deep (list (car deep))) (length long) (strlen (vl-prin1-to-string comb)))");
   EXPECT_EQ(toUtf8(interpreter.print(result.value)), "(T 1000000 6000003)");
 }
 

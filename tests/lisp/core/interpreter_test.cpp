@@ -24,7 +24,7 @@ class CallingHost : public RecordingHost {
       }
       case 2: {
         const LispValue argument = args[1];
-        const EvalResult result  = interpreter->call(args[0], {&argument, 1});
+        const EvalResult result = interpreter->call(args[0], {&argument, 1});
         return result.status == EvalStatus::Done ? result.value : args.newString(TextView(result.message));
       }
       case 3: {
@@ -48,7 +48,7 @@ class InterpreterTest : public ::testing::Test {
       interpreter.define(name, code);
     }
   }
-  EvalResult  run(const char* text) { return interpreter.evalFormsFrom(fromUtf8(text), GC_T("test.lsp")); }
+  EvalResult run(const char* text) { return interpreter.evalFormsFrom(fromUtf8(text), GC_T("test.lsp")); }
   std::string value(const char* text) {
     const EvalResult result = run(text);
     return result.status == EvalStatus::Done ? toUtf8(interpreter.print(result.value)) : "! " + toUtf8(result.message);
@@ -84,7 +84,8 @@ TEST_F(InterpreterTest, CallbacksFromTheHost) {
 }
 
 TEST_F(InterpreterTest, ErrorsComeWithABackTrace) {
-  const EvalResult result = run("(defun inner (x)\n  (list 1)\n  (car x))\n(defun outer ()\n  (mapcar 'inner '(5)))\n\n(outer)");
+  const EvalResult result =
+      run("(defun inner (x)\n  (list 1)\n  (car x))\n(defun outer ()\n  (mapcar 'inner '(5)))\n\n(outer)");
   ASSERT_EQ(result.status, EvalStatus::Error);
   ASSERT_EQ(result.trace.size(), 4u);
   EXPECT_EQ(toUtf8(result.trace[0].function), "INNER");
@@ -130,7 +131,8 @@ TEST_F(InterpreterTest, InterruptsAreCancellations) {
   const EvalResult result = run("(ext4) (princ \"on\") (while T)");
   EXPECT_EQ(result.status, EvalStatus::Cancelled);
   EXPECT_EQ(toUtf8(result.message), "Function cancelled");
-  EXPECT_EQ(value("(vl-catch-all-error-message (vl-catch-all-apply '(lambda () (ext4) (while T)) nil))"), "\"Function cancelled\"");
+  EXPECT_EQ(value("(vl-catch-all-error-message (vl-catch-all-apply '(lambda () (ext4) (while T)) nil))"),
+            "\"Function cancelled\"");
 }
 
 TEST_F(InterpreterTest, TheTimeLimitCannotBeCaught) {
@@ -149,7 +151,7 @@ TEST_F(InterpreterTest, TheTimeLimitCannotBeCaught) {
 }
 
 TEST_F(InterpreterTest, InterpretersShareTheBlackboardOnly) {
-  const auto         shared = std::make_shared<SharedSpace>();
+  const auto shared = std::make_shared<SharedSpace>();
   InterpreterOptions options;
   options.shared = shared;
   Interpreter a(host, environment, options), b(host, environment, options);
@@ -162,7 +164,8 @@ TEST_F(InterpreterTest, InterpretersShareTheBlackboardOnly) {
 
 TEST_F(InterpreterTest, TypedInput) {
   host.typed = {"first line", "ab", ""};
-  EXPECT_EQ(value("(list (read-line) (read-char) (read-char) (read-char) (read-char))"), "(\"first line\" 97 98 10 10)");
+  EXPECT_EQ(value("(list (read-line) (read-char) (read-char) (read-char) (read-char))"),
+            "(\"first line\" 97 98 10 10)");
 }
 
 TEST_F(InterpreterTest, OutputComesBeforeWhatTheHostPrints) {
@@ -180,7 +183,7 @@ TEST_F(InterpreterTest, OutputComesBeforeWhatTheHostPrints) {
 
 TEST_F(InterpreterTest, NestedFormsOfAnyDepthEvaluate) {
   const size_t depth = 100'000;
-  Text         text;
+  Text text;
   for (size_t i = 0; i < depth; ++i) text.append(GC_T("(1+ "));
   text.push_back(GC_T('0'));
   text.append(depth, GC_T(')'));
@@ -198,15 +201,18 @@ TEST_F(InterpreterTest, RecursionOverLongLists) {
                   "(setq l nil) (repeat 100000 (setq l (cons 1 l))) (len l)"),
             "100000");
   EXPECT_EQ(value("(defun count (n) (if (= n 0) 0 (1+ (count (1- n))))) (count 150000)"), "150000");
-  EXPECT_EQ(value("(defun walk (n) (if (= n 0) 0 (1+ (apply '+ (mapcar 'walk (list (1- n))))))) (walk 100000)"), "100000");
+  EXPECT_EQ(value("(defun walk (n) (if (= n 0) 0 (1+ (apply '+ (mapcar 'walk (list (1- n))))))) (walk 100000)"),
+            "100000");
 }
 
 TEST_F(InterpreterTest, TheDepthIsAChoice) {
   InterpreterOptions options;
   options.limits.depth = 1000;
   Interpreter small(host, environment, options);
-  EXPECT_EQ(small.evalFormsFrom(GC_T("(defun c (n) (if (= n 0) 0 (1+ (c (1- n))))) (c 900)"), GC_T("x")).status, EvalStatus::Done);
-  const EvalResult result = small.evalFormsFrom(GC_T("(setq handled nil) (defun *error* (m) (setq handled m)) (c 1100)"), GC_T("x"));
+  EXPECT_EQ(small.evalFormsFrom(GC_T("(defun c (n) (if (= n 0) 0 (1+ (c (1- n))))) (c 900)"), GC_T("x")).status,
+            EvalStatus::Done);
+  const EvalResult result =
+      small.evalFormsFrom(GC_T("(setq handled nil) (defun *error* (m) (setq handled m)) (c 1100)"), GC_T("x"));
   EXPECT_EQ(toUtf8(result.message), "stack limit reached");
   EXPECT_TRUE(small.variable(GC_T("handled")).isString()) << "the handler still has room to run";
 }

@@ -11,7 +11,7 @@ namespace {
 class ReaderTest : public ::testing::Test {
  protected:
   SourcePosition failureOf(TextView text, std::string& message) {
-    Reader    reader(text, vm.heap(), vm.symbols());
+    Reader reader(text, vm.heap(), vm.symbols());
     LispValue form;
     try {
       while (reader.next(form)) {
@@ -24,16 +24,16 @@ class ReaderTest : public ::testing::Test {
   }
 
   RecordingHost host;
-  Environment   environment;
-  Interpreter   interpreter{host, environment};
-  Vm&           vm = interpreter.vm();
+  Environment environment;
+  Interpreter interpreter{host, environment};
+  Vm& vm = interpreter.vm();
 };
 
 TEST_F(ReaderTest, EveryLineEndCounts) {
-  const Text    text = Text(GC_T("a\nb\r\nc\rd ;x\n;|y\r\nz|; e"));
-  Reader        reader(text, vm.heap(), vm.symbols());
-  LispValue     form;
-  const uint32_t lines[]   = {1, 2, 3, 4, 6};
+  const Text text = Text(GC_T("a\nb\r\nc\rd ;x\n;|y\r\nz|; e"));
+  Reader reader(text, vm.heap(), vm.symbols());
+  LispValue form;
+  const uint32_t lines[] = {1, 2, 3, 4, 6};
   const uint32_t columns[] = {1, 1, 1, 1, 5};
   for (int i = 0; i < 5; ++i) {
     ASSERT_TRUE(reader.next(form));
@@ -45,9 +45,9 @@ TEST_F(ReaderTest, EveryLineEndCounts) {
 
 TEST_F(ReaderTest, ListsRememberWhereTheyBegin) {
   FormPositions positions;
-  const Text    text(GC_T("(a\n  (b c)\n '(d))"));
-  Reader        reader(text, vm.heap(), vm.symbols(), &positions);
-  LispValue     form;
+  const Text text(GC_T("(a\n  (b c)\n '(d))"));
+  Reader reader(text, vm.heap(), vm.symbols(), &positions);
+  LispValue form;
   ASSERT_TRUE(reader.next(form));
   EXPECT_EQ(positions.find(form.asCons()).line, 1u);
   const LispValue second = form.tail().head();
@@ -81,15 +81,15 @@ TEST_F(ReaderTest, CodePages) {
 
 TEST_F(ReaderTest, NoDepthIsTooMuch) {
   const size_t depth = 1'000'000;
-  const Text   text(Text(depth, GC_T('(')) + Text(depth, GC_T(')')));
-  Reader       reader(text, vm.heap(), vm.symbols());
-  LispValue    form;
+  const Text text(Text(depth, GC_T('(')) + Text(depth, GC_T(')')));
+  Reader reader(text, vm.heap(), vm.symbols());
+  LispValue form;
   ASSERT_TRUE(reader.next(form));
   const Text printed = vm.print(form, PrintStyle::Quoted);
   // The innermost () is nil.
   EXPECT_EQ(printed.size(), 2 * (depth - 1) + 3);
-  Text      quotes(depth, GC_T('\''));
-  Reader    second(quotes.append(GC_T("x")), vm.heap(), vm.symbols());
+  Text quotes(depth, GC_T('\''));
+  Reader second(quotes.append(GC_T("x")), vm.heap(), vm.symbols());
   ASSERT_TRUE(second.next(form));
 }
 

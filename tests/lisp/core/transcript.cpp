@@ -25,10 +25,10 @@ std::string marked(char mark, const std::string& text) {
 }  // namespace
 
 std::vector<Exchange> readTranscript(const std::string& path) {
-  std::string           bytes;
+  std::string bytes;
   std::vector<Exchange> exchanges;
   if (!files::readWhole(fromUtf8(path), bytes)) return exchanges;
-  int  number = 0;
+  int number = 0;
   bool inForm = false;
   for (std::string line : splitLines(bytes)) {
     ++number;
@@ -70,11 +70,11 @@ bool RecordingHost::readLine(Text& line) {
 
 std::vector<std::string> perform(Interpreter& interpreter, RecordingHost& host, const std::string& form) {
   host.printed.clear();
-  const bool        fresh   = interpreter.vm().atLineStart();
-  const EvalResult  result  = interpreter.evalFormsFrom(fromUtf8(form), GC_T("transcript"));
+  const bool fresh = interpreter.vm().atLineStart();
+  const EvalResult result = interpreter.evalFormsFrom(fromUtf8(form), GC_T("transcript"));
   const std::string message = toUtf8(result.message);
-  const std::string notice  = "; error: " + message + "\n";
-  const bool        failed  = result.status != EvalStatus::Done;
+  const std::string notice = "; error: " + message + "\n";
+  const bool failed = result.status != EvalStatus::Done;
   // The notice of an error is what the ! line stands for, with the newline that ends an earlier form's line.
   if (failed && host.printed.ends_with(notice)) {
     host.printed.resize(host.printed.size() - notice.size());

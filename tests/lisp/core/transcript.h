@@ -12,8 +12,8 @@
 namespace lisp::testing {
 
 struct Exchange {
-  int                      line = 0;  // of the form in the file
-  std::string              form;
+  int line = 0;  // of the form in the file
+  std::string form;
   std::vector<std::string> expected;  // the lines after the form, with their marks
 };
 
@@ -26,7 +26,7 @@ class RecordingHost : public HostCalls {
   bool readLine(Text& line) override;
   void alert(TextView text) override { printed += toUtf8(text) + "\n"; }
 
-  std::string              printed;
+  std::string printed;
   std::vector<std::string> typed;
 };
 

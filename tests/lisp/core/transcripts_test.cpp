@@ -22,10 +22,10 @@ std::vector<std::string> transcriptNames() {
 }
 
 void run(const std::string& name, bool stress) {
-  RecordingHost      host;
+  RecordingHost host;
   ScratchEnvironment environment;
-  Interpreter        interpreter(host, environment);
-  const auto         exchanges = readTranscript(kFolder + name + ".txt");
+  Interpreter interpreter(host, environment);
+  const auto exchanges = readTranscript(kFolder + name + ".txt");
   ASSERT_FALSE(exchanges.empty());
   interpreter.vm().setStress(stress);
   for (const Exchange& exchange : exchanges)

@@ -17,9 +17,9 @@ bool slowOne(TextView text, TextView pattern) {
     return false;
   }
   if (text.empty()) return false;
-  const GCHAR c      = text[0];
-  bool        fits   = false;
-  size_t      length = 1;
+  const GCHAR c = text[0];
+  bool fits = false;
+  size_t length = 1;
   switch (pattern[0]) {
     case GC_T('#'): fits = isDigit(c); break;
     case GC_T('@'): fits = isLetter(c); break;
@@ -27,7 +27,7 @@ bool slowOne(TextView text, TextView pattern) {
     case GC_T('?'): fits = true; break;
     case GC_T('`'):
       length = pattern.size() > 1 ? 2 : 1;
-      fits   = c == pattern[length - 1];
+      fits = c == pattern[length - 1];
       break;
     default: fits = c == pattern[0];
   }
@@ -35,10 +35,11 @@ bool slowOne(TextView text, TextView pattern) {
 }
 
 bool slowMatch(TextView text, TextView pattern) {
-  for (size_t at = 0;; ) {
+  for (size_t at = 0;;) {
     size_t end = at;
-    while (end < pattern.size() && pattern[end] != GC_T(',')) end += pattern[end] == GC_T('`') && end + 1 < pattern.size() ? 2 : 1;
-    TextView   part   = pattern.substr(at, end - at);
+    while (end < pattern.size() && pattern[end] != GC_T(','))
+      end += pattern[end] == GC_T('`') && end + 1 < pattern.size() ? 2 : 1;
+    TextView part = pattern.substr(at, end - at);
     const bool negate = !part.empty() && part[0] == GC_T('~');
     if (slowOne(text, negate ? part.substr(1) : part) != negate) return true;
     if (end >= pattern.size()) return false;
@@ -54,11 +55,11 @@ Text anyOf(std::mt19937& random, TextView alphabet, size_t most) {
 
 TEST(Wildcards, AgreeWithTheSlowModel) {
   std::mt19937 random(7);
-  int          matches = 0;
+  int matches = 0;
   for (int i = 0; i < 300'000; ++i) {
-    const Text text    = anyOf(random, GC_T("ab1-*"), 6);
+    const Text text = anyOf(random, GC_T("ab1-*"), 6);
     const Text pattern = anyOf(random, GC_T("ab1**#@.?~,`"), 7);
-    const bool slow    = slowMatch(text, pattern);
+    const bool slow = slowMatch(text, pattern);
     ASSERT_EQ(wildcardMatch(text, pattern), slow) << toUtf8(text) << " ~ " << toUtf8(pattern);
     matches += slow;
   }
@@ -70,7 +71,9 @@ TEST(Wildcards, StayFastOnHostilePatterns) {
 }
 
 TEST(Wildcards, Groups) {
-  const auto matches = [](const char* text, const char* pattern) { return wildcardMatch(fromUtf8(text), fromUtf8(pattern)); };
+  const auto matches = [](const char* text, const char* pattern) {
+    return wildcardMatch(fromUtf8(text), fromUtf8(pattern));
+  };
   EXPECT_TRUE(matches("b", "[a-c]"));
   EXPECT_FALSE(matches("d", "[a-c]"));
   EXPECT_TRUE(matches("d", "[~a-c]"));
