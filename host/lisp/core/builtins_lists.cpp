@@ -1,3 +1,4 @@
+// clang-format off: tables in macros, which the formatter does not settle on
 // Lists.
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/core/numbers.h"

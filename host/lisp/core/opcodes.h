@@ -1,3 +1,4 @@
+// clang-format off: tables in macros, which the formatter does not settle on
 // The instructions of compiled functions.
 //
 // Code is an array of 64-bit words. An instruction is a head word, op | a << 8 (24 bits) | b << 32 (signed), and up to
