@@ -1,4 +1,5 @@
-// clang-format off: tables in macros, which the formatter does not settle on
+// Tables in macros, which the formatter does not settle on.
+// clang-format off
 // Lists.
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/core/numbers.h"

@@ -1,4 +1,5 @@
-// clang-format off: tables in macros, which the formatter does not settle on
+// Tables in macros, which the formatter does not settle on.
+// clang-format off
 // The instructions of compiled functions.
 //
 // Code is an array of 64-bit words. An instruction is a head word, op | a << 8 (24 bits) | b << 32 (signed), and up to
