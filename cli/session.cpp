@@ -88,6 +88,8 @@ int Session::openInput() {
 }
 
 void Session::runQueued() {
+  // It waits for the running command to end. What the text itself begins may be ended by the text after it.
+  if (commandLine().isBusy()) return;
   GcText text;
   while (document().takeQueuedText(text)) commandLine().type(text);
 }

@@ -27,7 +27,7 @@ class Session final : private ap::Output {
 
   // Lets prompts be answered from the file named by the options, if any. Exit code: kDone, or kCannotRead.
   int openInput();
-  // Text queued for the document's command line runs now.
+  // Text queued for the document's command line runs now, unless a command is running.
   void runQueued();
 
   // Collects what the command line shows instead of showing it; null ends that.

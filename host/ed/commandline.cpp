@@ -43,9 +43,9 @@ GcView withoutPrefixes(GcView typed, bool& global) {
 
 GcText CommandLine::runningName() const {
   GcText names;
-  for (const auto& run : m_running) {
+  for (const GcText& name : m_names) {
     if (!names.empty()) names.push_back(GC_T('\''));
-    names += gc::fromUtf8(run->name());
+    names += name;
   }
   return names;
 }
@@ -55,7 +55,9 @@ FeedStatus CommandLine::start(GcView typed) {
   const GcView name = withoutPrefixes(typed, global);
   if (const auto function = CommandStack::find(name, global)) {
     beginGroup();
+    m_names.push_back(upperText(name));
     function();
+    m_names.pop_back();
     endGroup();
     return FeedStatus::Done;
   }
@@ -68,6 +70,7 @@ FeedStatus CommandLine::start(GcView typed) {
   }
   beginGroup();
   m_running.push_back(std::make_unique<CommandRun>(m_editor, *command));
+  m_names.push_back(gc::fromUtf8(command->name));
   m_running.back()->start();
   if (m_running.back()->done()) finish();
   return FeedStatus::Done;
@@ -75,6 +78,7 @@ FeedStatus CommandLine::start(GcView typed) {
 
 void CommandLine::finish() {
   m_running.pop_back();
+  m_names.pop_back();
   endGroup();
 }
 
@@ -128,7 +132,9 @@ void CommandLine::type(GcView text) {
     const bool wholeLine = question != nullptr && question->what == Ask::What::Line;
     if (!wholeLine && text[at] == GC_T('(')) {
       const size_t end = endOfForm(text, at);
+      beginGroup();
       m_editor.document().lisp()->evaluate(text.substr(at, end - at));
+      endGroup();
       at = end;
       if (at < text.size() && (text[at] == GC_T('\n') || text[at] == GC_T(' '))) ++at;
       continue;

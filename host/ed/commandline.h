@@ -21,6 +21,7 @@ class CommandLine {
   explicit CommandLine(Editor& editor) : m_editor(editor) {}
 
   [[nodiscard]] bool isBusy() const { return !m_running.empty(); }
+  // The names of the running commands, the innermost last, with ' between them.
   [[nodiscard]] GcText runningName() const;
   [[nodiscard]] size_t depth() const { return m_running.size(); }
 
@@ -63,6 +64,7 @@ class CommandLine {
   Editor& m_editor;
   InputSource* m_source = nullptr;
   std::vector<std::unique_ptr<CommandRun>> m_running;  // innermost last
+  std::vector<GcText> m_names;                         // of those and of plug-ins' commands
   int m_groups = 0;
   int m_namedGroups = 0;
 };

@@ -162,16 +162,42 @@ void GcDbDatabase::removeReactor(GcDbDatabaseReactor* reactor) {
   if (at >= 0) m_reactors.removeAt(at);
 }
 
+namespace {
+
+// Tells the reactors of an object, which is open for read meanwhile unless it is open anyway. Reactors may take
+// themselves or each other out while they are told.
+template <class Call>
+void tellReactors(const GcArray<GcDbDatabaseReactor*>& reactors, const GcDbObject* object, const Call& call) {
+  if (reactors.isEmpty()) return;
+  GcDbStub* stub = object->objectId().stub();
+  const bool opens = stub != nullptr && !stub->isOpen();
+  if (opens) ++stub->readers;
+  const GcArray<GcDbDatabaseReactor*> all = reactors;
+  for (GcDbDatabaseReactor* reactor : all)
+    if (reactors.contains(reactor)) call(*reactor);
+  if (opens) --stub->readers;
+}
+
+}  // namespace
+
 void GcDbDatabase::notifyAppended(const GcDbObject* object) {
-  for (int i = 0; i < m_reactors.length(); ++i) m_reactors[i]->objectAppended(this, object);
+  tellReactors(m_reactors, object, [&](GcDbDatabaseReactor& reactor) { reactor.objectAppended(this, object); });
+}
+
+void GcDbDatabase::notifyUnAppended(const GcDbObject* object) {
+  tellReactors(m_reactors, object, [&](GcDbDatabaseReactor& reactor) { reactor.objectUnAppended(this, object); });
+}
+
+void GcDbDatabase::notifyReAppended(const GcDbObject* object) {
+  tellReactors(m_reactors, object, [&](GcDbDatabaseReactor& reactor) { reactor.objectReAppended(this, object); });
 }
 
 void GcDbDatabase::notifyErased(const GcDbObject* object, bool erased) {
-  for (int i = 0; i < m_reactors.length(); ++i) m_reactors[i]->objectErased(this, object, erased);
+  tellReactors(m_reactors, object, [&](GcDbDatabaseReactor& reactor) { reactor.objectErased(this, object, erased); });
 }
 
 void GcDbDatabase::notifyModified(const GcDbObject* object) {
-  for (int i = 0; i < m_reactors.length(); ++i) m_reactors[i]->objectModified(this, object);
+  tellReactors(m_reactors, object, [&](GcDbDatabaseReactor& reactor) { reactor.objectModified(this, object); });
 }
 
 void GcDbDatabaseReactor::objectAppended(const GcDbDatabase*, const GcDbObject*) {}

@@ -86,6 +86,15 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
       m_database.notifyModified(object);
       break;
     case What::Appended:
+      inverse.changes.push_back({What::Unappended, change.id, {}});
+      stub->erased = true;
+      m_database.notifyUnAppended(object);
+      break;
+    case What::Unappended:
+      inverse.changes.push_back({What::Appended, change.id, {}});
+      stub->erased = false;
+      m_database.notifyReAppended(object);
+      break;
     case What::Unerased:
       inverse.changes.push_back({What::Erased, change.id, {}});
       stub->erased = true;

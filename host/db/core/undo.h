@@ -40,7 +40,7 @@ class GcDbUndo {
   void recordErased(const GcDbObject& object, bool erasing);
 
  private:
-  enum class What : uint8_t { Modified, Appended, Erased, Unerased };
+  enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased };
   struct Change {
     What what;
     GcDbObjectId id;

@@ -139,6 +139,8 @@ class GcDbDatabase : public GcRxObject {
   [[nodiscard]] const GcDbStore& store() const { return *m_store; }
   [[nodiscard]] uint32_t serial() const;
   void notifyAppended(const GcDbObject* object);
+  void notifyUnAppended(const GcDbObject* object);
+  void notifyReAppended(const GcDbObject* object);
   void notifyErased(const GcDbObject* object, bool erased);
   void notifyModified(const GcDbObject* object);
   // Finds tables, root dictionary and standard records again after a file was read; makes what is missing.
@@ -190,7 +192,9 @@ class GcDbDatabase : public GcRxObject {
   GcDb::GcDbDwgVersion m_version = GcDb::kDHL_Current;
 };
 
-// Notifications of a database. Objects are open for read while a reactor is told of them.
+// Notifications of a database. Objects are open, for read at least, while a reactor is told of them. A new object is
+// told of when it is closed for the first time, with all it has been given; undo takes an append back
+// (objectUnAppended) and redo makes it anew (objectReAppended), an erase is told with the flag either way.
 class GcDbDatabaseReactor : public GcRxObject {
  public:
   GCRX_DECLARE_MEMBERS(GcDbDatabaseReactor);
