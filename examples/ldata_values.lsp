@@ -52,11 +52,15 @@
     ((= kind 'ENAME) (strcat "(LDV:ENTITY \"" (cdr (assoc 5 (entget value))) "\")"))
     ((= kind 'LIST) (ldv:list-text value))))
 
+;; The entity of a handle, nil when there is none or it is erased.
+(defun ldv:entity (handle / name)
+  (if (and (setq name (handent handle)) (entget name)) name))
+
 ;; Entities are found again in what was read.
 (defun ldv:revive (value / result)
   (cond
     ((not (vl-consp value)) value)
-    ((eq (car value) 'LDV:ENTITY) (handent (cadr value)))
+    ((eq (car value) 'LDV:ENTITY) (ldv:entity (cadr value)))
     (T
      (while (vl-consp value)
        (setq result (cons (ldv:revive (car value)) result)

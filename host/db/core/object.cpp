@@ -160,14 +160,15 @@ Gcad::ErrorStatus GcDbObject::erase(bool erasing) {
   const Gcad::ErrorStatus refused = subErase(erasing);
   if (refused != Gcad::eOk) return refused;
   database()->undo().recordErased(*this, erasing);
-  stub->erased = erasing;
+  stub->erased = stub->erasedAlone = erasing;
   GcDbObjectIdArray owned;
   subOwned(owned);
   if (m_extra != nullptr && !m_extra->extensionDictionary.isNull()) owned.append(m_extra->extensionDictionary);
   for (const GcDbObjectId id : owned) {
     GcDbObject* part = nullptr;
+    if (id.isErased() == erasing || (!erasing && id.stub()->erasedAlone)) continue;
     if (gcdbOpenGcDbObject(part, id, GcDb::kForWrite, true) != Gcad::eOk) continue;
-    if (part->isErased() != erasing) ignore(part->erase(erasing));
+    if (part->erase(erasing) == Gcad::eOk) id.stub()->erasedAlone = false;
     ignore(part->close());
   }
   database()->notifyErased(this, erasing);

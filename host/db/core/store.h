@@ -18,10 +18,11 @@ class GcDbStub {
   uint16_t readers = 0;
   bool writing : 1 = false;
   bool erased : 1 = false;
-  bool recorded : 1 = false;  // this open's first write has been recorded for undo
-  bool modified : 1 = false;  // written to during this open
-  bool isNew : 1 = false;     // appended and not yet closed
-  bool pathKept : 1 = false;  // a curve's geometry is kept for the next query; cleared by every write
+  bool erasedAlone : 1 = false;  // when erased: not with its owner, and so not restored with it
+  bool recorded : 1 = false;     // this open's first write has been recorded for undo
+  bool modified : 1 = false;     // written to during this open
+  bool isNew : 1 = false;        // appended and not yet closed
+  bool pathKept : 1 = false;     // a curve's geometry is kept for the next query; cleared by every write
 };
 
 static_assert(sizeof(GcDbStub) == 24, "ten million objects have a stub each");

@@ -1,6 +1,7 @@
 #include "host/db/entlist/entitymake.h"
 
 #include "db/blockbegin.h"
+#include "db/groupdata.h"
 #include "db/xrecord.h"
 #include "host/db/clone/block.h"
 #include "host/db/core/extra.h"
@@ -174,7 +175,23 @@ Gcad::ErrorStatus setExtendedData(GcDbObject& object, const GcDbGroupList& list)
   return status;
 }
 
+// A data object takes all groups from the first marker on, whatever they are.
+void fillData(const GcDbGroupData& data, const GcDbGroupList& list) {
+  GcDbGroupList groups;
+  bool isOwn = false;
+  GcDbGroupList::Cursor cursor(list);
+  for (GcDbGroup group; cursor.next(group) && group.code != kBeginsXData;) {
+    isOwn = isOwn || group.code == kMarker;
+    if (isOwn) groups.put(group);
+  }
+  if (isOwn) data.groups() = groups;
+}
+
 Gcad::ErrorStatus fillObject(GcDbObject& object, const GcDbGroupList& list) {
+  if (const auto* data = GcDbGroupData::cast(&object)) {
+    fillData(*data, list);
+    return setExtendedData(object, list);
+  }
   if (object.isA()->info() == nullptr) return Gcad::eNotApplicable;
   const Gcad::ErrorStatus status = Filler(object).fill(list);
   return status == Gcad::eOk ? setExtendedData(object, list) : status;

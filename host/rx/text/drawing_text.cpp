@@ -43,6 +43,7 @@ int hex4(const GCHAR* at) {
 
 constexpr std::size_t kUnicodeEscape = 7;    // \U+XXXX
 constexpr std::size_t kMultiByteEscape = 8;  // \M+nXXXX
+constexpr int kBackslash = 0x5C;
 
 bool standsForCharacter(int value) { return value >= 0x80 || (value > 0 && value < 0x20); }
 
@@ -58,6 +59,30 @@ GCHAR multiByteEscape(const GCHAR* at) {
   GcText character;
   const bool known = appendDecoded(kPages[at[0] - '1'], used, character);
   return known && character.size() == 1 ? character[0] : GCHAR(0);
+}
+
+// What stands at a backslash: the character it resolves to and the units it takes; the backslash itself otherwise.
+struct Escape {
+  GCHAR character;
+  std::size_t length;
+};
+
+// An escaped backslash counts only before what would be an escape of its own: that is how such a text is kept.
+Escape escapeAt(GcView text) {
+  const Escape none{'\\', 1};
+  if (text.size() < kUnicodeEscape || text[2] != '+') return none;
+  const GCHAR kind = text[1];
+  if (kind == 'U' || kind == 'u') {
+    const int value = hex4(&text[3]);
+    if (standsForCharacter(value)) return {static_cast<GCHAR>(value), kUnicodeEscape};
+    const GCHAR after = text.size() > kUnicodeEscape + 1 && text[kUnicodeEscape + 1] == '+' ? text[kUnicodeEscape] : 0;
+    const bool escapesNext = after == 'U' || after == 'u' || after == 'M' || after == 'm';
+    return value == kBackslash && escapesNext ? Escape{'\\', kUnicodeEscape} : none;
+  }
+  if ((kind == 'M' || kind == 'm') && text.size() >= kMultiByteEscape) {
+    if (const GCHAR character = multiByteEscape(&text[3])) return {character, kMultiByteEscape};
+  }
+  return none;
 }
 
 GCHAR caretEscape(GCHAR after) {
@@ -78,15 +103,10 @@ void resolveEscapes(GcText& text, Carets carets) {
     const GCHAR unit = text[from];
     GCHAR resolved = unit;
     std::size_t used = 1;
-    if (unit == '\\' && from + kUnicodeEscape <= size && text[from + 2] == '+') {
-      const GCHAR kind = text[from + 1];
-      if (kind == 'U' || kind == 'u') {
-        const int value = hex4(&text[from + 3]);
-        if (standsForCharacter(value)) resolved = static_cast<GCHAR>(value), used = kUnicodeEscape;
-      } else if ((kind == 'M' || kind == 'm') && from + kMultiByteEscape <= size) {
-        const GCHAR character = multiByteEscape(&text[from + 3]);
-        if (character) resolved = character, used = kMultiByteEscape;
-      }
+    if (unit == '\\') {
+      const Escape escape = escapeAt(GcView(text).substr(from));
+      resolved = escape.character;
+      used = escape.length;
     } else if (unit == '^' && carets == Carets::Escaped && from + 1 < size) {
       const GCHAR character = caretEscape(text[from + 1]);
       if (character) resolved = character, used = 2;
@@ -119,15 +139,17 @@ bool appendCaretEscape(GCHAR unit, std::string& out) {
 std::size_t plainPrefix(GcView text) {
   std::size_t i = 0;
 #if defined(__SSE2__)
-  const __m128i caret = _mm_set1_epi16('^'), highest = _mm_set1_epi16(0x7F), lowest = _mm_set1_epi16(0x20);
+  const __m128i caret = _mm_set1_epi16('^'), backslash = _mm_set1_epi16('\\');
+  const __m128i highest = _mm_set1_epi16(0x7F), lowest = _mm_set1_epi16(0x20);
   for (; i + 8 <= text.size(); i += 8) {
     const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + i));
     // Signed comparisons: units from 0x8000 on count as negative, that is as too low.
     const __m128i outside = _mm_or_si128(_mm_cmpgt_epi16(eight, highest), _mm_cmplt_epi16(eight, lowest));
-    if (_mm_movemask_epi8(_mm_or_si128(outside, _mm_cmpeq_epi16(eight, caret)))) break;
+    const __m128i escapes = _mm_or_si128(_mm_cmpeq_epi16(eight, caret), _mm_cmpeq_epi16(eight, backslash));
+    if (_mm_movemask_epi8(_mm_or_si128(outside, escapes))) break;
   }
 #endif
-  while (i < text.size() && text[i] >= 0x20 && text[i] < 0x80 && text[i] != '^') ++i;
+  while (i < text.size() && text[i] >= 0x20 && text[i] < 0x80 && text[i] != '^' && text[i] != '\\') ++i;
   return i;
 }
 
@@ -155,7 +177,12 @@ void DrawingText::encode(GcView text, std::string& out) const {
     if (at == text.size()) break;
     const GCHAR unit = text[at++];
     if (unit == 0) break;
-    if (unit < 0x80) {
+    if (unit == '\\') {
+      if (escapeAt(text.substr(at - 1)).length > 1)
+        appendUnicodeEscape(unit, out);
+      else
+        out.push_back('\\');
+    } else if (unit < 0x80) {
       if (m_carets == Carets::Escaped && appendCaretEscape(unit, out)) continue;
       if (m_carets == Carets::Escaped && unit < 0x20) {
         appendUnicodeEscape(unit, out);

@@ -8,7 +8,8 @@
 //
 // DXF files write a line feed, a carriage return and a tab as ^J, ^M and ^I, and a caret as "^ ". Other control
 // characters go out as \U+XXXX; a caret before any other character is just a caret.
-// Every decoded text encodes to a text that decodes to the same; the zero character ends a text.
+// A text that itself holds what would be such an escape goes out with its backslash as \U+005C, which is resolved there
+// and nowhere else. Every text encodes to a text that decodes to the same; the zero character ends a text.
 #pragma once
 
 #include "host/rx/text/code_page.h"

@@ -54,6 +54,17 @@ TEST(DrawingText, EscapesOfAsciiAndHalfEscapesStay) {
   }
 }
 
+TEST(DrawingText, TextThatLooksLikeAnEscapeIsKept) {
+  for (const bool utf8 : {false, true}) {
+    const DrawingText codec(CodePage::Ansi1252, utf8);
+    EXPECT_EQ(encoded(codec, "a \\U+00B2"), "a \\U+005CU+00B2");
+    for (const char* text : {"\\U+00B2", "12345678\\U+00B2", "\\U+005CU+00B2", "\\U+005CU+", "\\U+005CU+005CU+00B2",
+                             "\\M+1907D", "\\U+005CM+1907D", "\\\\U+00B2", "\\U+00\\U+00B2", "\\u+D83D\\u+DE00"}) {
+      EXPECT_EQ(decoded(codec, encoded(codec, text)), text) << encoded(codec, text);
+    }
+  }
+}
+
 TEST(DrawingText, MultiByteEscapesNameTheirPage) {
   const DrawingText codec(CodePage::Ansi1252, false);
   EXPECT_EQ(decoded(codec, "\\M+1907D\\M+196CA"), "図面");

@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+"""Named values through drawing files: ldata_files.py GCAD
+
+Texts of every awkward kind are put into a dictionary and on an entity, saved in every version of both formats, and
+must come back the same: read by a gcad with the module, after a gcad without the module has read and saved them (its
+objects are zombies then), and, where ezdxf is installed, after that has loaded, changed and saved the drawing.
+"""
+import os
+import shlex
+import subprocess
+import sys
+import tempfile
+
+VERSIONS = {"dxf": ["R2000", "R2004", "R2007", "R2010", "R2013", "R2018"],
+            "dwg": ["R2000", "R2004", "R2010", "R2013", "R2018"]}
+TEXTS = [
+    "plain", " leading and trailing blanks  ", 'quotes " and \\ backslashes \\\\', "line\nfeeds\r\nand\treturns",
+    "carets ^ ^J ^^ ^", "%%d %%c %%%", "\\U+00B2 \\U+005CU+00B2 \\M+1907D \\P {\\fArial;x}", "(&VLO-R . 0)",
+    "zażółć gęślą jaźń", "m² Ø20 日本 한 😀", "\x01\x02\x1b\x1f", "0", "  0", "ENDSEC", "x" * 5000, "ż" * 3000,
+    "-1.0e-300", "(1 . 2)", "\ufffd\ufeff", "ends in a caret^", "ends in a backslash\\",
+]
+LARGE = 1 << 20
+
+
+def literal(text):
+    """A LISP expression for a text."""
+    codes = []
+    for unit in memoryview(text.encode("utf-16-le")).cast("H"):
+        codes.append(str(unit))
+    return "(vl-list->string '(" + " ".join(codes) + "))"
+
+
+PUT = "\n".join(['(setq e (kel_addline "ModelSpace" (list 0 0 0) (list 1 0 0)))'] + [
+    f'(kel_ldata_put "TEXTS" "{i}" {literal(t)})\n(kel_ldata_put e "{i}" {literal(t)})' for i, t in enumerate(TEXTS)] +
+    ['(setq s "y") (repeat 20 (setq s (strcat s s))) (kel_ldata_put "TEXTS" "large" s)', "(princ)"])
+CHECK = "\n".join([
+    "(setq e (entnext) bad 0)",
+    "(defun same (place key wanted) (if (/= (kel_ldata_get place key) wanted)"
+    " (progn (setq bad (1+ bad)) (princ (list key (kel_ldata_get place key))))))"] + [
+    f'(same "TEXTS" "{i}" {literal(t)})\n(same e "{i}" {literal(t)})' for i, t in enumerate(TEXTS)] + [
+    f'(if (/= (strlen (kel_ldata_get "TEXTS" "large")) {LARGE}) (setq bad (1+ bad)))',
+    f'(if (/= (length (kel_ldata_list "TEXTS")) {len(TEXTS) + 1}) (setq bad (1+ bad)))',
+    f'(if (/= (length (kel_ldata_list e)) {len(TEXTS)}) (setq bad (1+ bad)))',
+    f'(if (/= (length (kel_search_dict_kel)) {len(TEXTS) + 2}) (setq bad (1+ bad)))',
+    '(if (member "TEXTS" (kel_search_dict_vlax)) (setq bad (1+ bad)))',
+    "(exit (if (= bad 0) 0 3))"])
+# Without the module the values are objects of a class nobody knows.
+ABSENT = """(setq d (dictsearch (namedobjdict) "TEXTS"))
+(exit (if (and d (null (vl-catch-all-error-p (vl-catch-all-apply 'kel_ldata_get '("TEXTS" "0"))))) 3 0))"""
+
+
+class Checks:
+    def __init__(self, gcad, folder):
+        self.command = shlex.split(os.environ.get("GC_EMULATOR", "")) + [gcad, "run"]
+        self.folder = folder
+        self.failures = 0
+        self.count = 0
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def script(self, name, text):
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text)
+        return self.path(name)
+
+    def run(self, what, *arguments):
+        self.count += 1
+        done = subprocess.run(self.command + list(arguments), cwd=self.folder, capture_output=True, text=True)
+        if done.returncode != 0:
+            self.failures += 1
+            print(f"{what}: gcad ended with {done.returncode}\n{done.stdout}\n{done.stderr[-2000:]}")
+        return done.returncode == 0
+
+
+def edited_by_ezdxf(path):
+    """True when ezdxf has loaded the drawing, added to it and saved it."""
+    code = ("import sys, ezdxf\nd = ezdxf.readfile(sys.argv[1])\nd.layers.add('EZ')\n"
+            "d.modelspace().add_point((9, 9), dxfattribs={'layer': 'EZ'})\nd.saveas(sys.argv[1])\n")
+    for python in (sys.executable, "/usr/bin/python3"):
+        if subprocess.run([python, "-c", "import ezdxf"], capture_output=True).returncode == 0:
+            done = subprocess.run([python, "-c", code, path], capture_output=True, text=True)
+            if done.returncode != 0:
+                print(done.stderr[-1000:])
+                sys.exit("ezdxf does not load what was saved")
+            return True
+    return False
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        checks = Checks(os.path.abspath(sys.argv[1]), folder)
+        put, check = checks.script("put.lsp", PUT), checks.script("check.lsp", CHECK)
+        absent = checks.script("absent.lsp", ABSENT)
+        edited = 0
+        for kind, versions in VERSIONS.items():
+            for version in versions:
+                name, again = checks.path(f"{version}.{kind}"), checks.path(f"{version}-again.{kind}")
+                if not checks.run(f"{kind} {version} put", put, "-s", name, "--as", version):
+                    continue
+                checks.run(f"{kind} {version} read", "-d", name, check)
+                checks.run(f"{kind} {version} without the module", "--no-module", "-d", name, absent)
+                checks.run(f"{kind} {version} saved without the module", "--no-module", "-d", name, "-e", "(princ)",
+                           "-s", again, "--as", version)
+                checks.run(f"{kind} {version} read after that", "-d", again, check)
+                if kind == "dxf" and edited_by_ezdxf(again):
+                    edited += 1
+                    checks.run(f"{kind} {version} edited elsewhere", "-d", again, check)
+        print(f"{checks.count} runs, {edited} drawings edited by another program, {checks.failures} failures")
+        sys.exit(1 if checks.failures or checks.count == 0 else 0)
+
+
+if __name__ == "__main__":
+    main()
