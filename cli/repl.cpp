@@ -99,6 +99,7 @@ int repl(Terminal& terminal, const RunOptions& options) {
   Session session(terminal, options);
   if (const int code = session.loadPlugIn(); code != kDone) return code;
   if (const int code = session.openDrawing(); code != kDone) return code;
+  if (const int code = session.openScreenLog(); code != kDone) return code;
   return options.json ? serve(session) : interact(session);
 }
 

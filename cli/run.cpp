@@ -77,9 +77,11 @@ int run(Terminal& terminal, const RunOptions& options) {
   if (const int code = session.loadPlugIn(); code != kDone) return code;
   if (const int code = session.openDrawing(); code != kDone) return code;
   if (const int code = session.openInput(); code != kDone) return code;
+  if (const int code = session.openScreenLog(); code != kDone) return code;
   giveArguments(session, options);
   if (const int code = runSources(session, options); code != kDone) return code;
-  return save(session, options);
+  if (const int code = save(session, options); code != kDone) return code;
+  return session.checkScreenLog();
 }
 
 }  // namespace cli

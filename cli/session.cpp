@@ -87,6 +87,21 @@ int Session::openInput() {
   return kDone;
 }
 
+int Session::openScreenLog() {
+  if (m_options.screenLog.empty()) return kDone;
+  std::string reason;
+  m_screenLog = ScreenLog::open(m_options.screenLog, reason);
+  if (m_screenLog != nullptr) return kDone;
+  complain("gcad: " + reason + "\n");
+  return kCannotWrite;
+}
+
+int Session::checkScreenLog() const {
+  if (m_screenLog == nullptr || m_screenLog->good()) return kDone;
+  complain("gcad: " + m_options.screenLog + ": the record could not be written\n");
+  return kCannotWrite;
+}
+
 void Session::runQueued() {
   // It waits for the running command to end. What the text itself begins may be ended by the text after it.
   if (commandLine().isBusy()) return;

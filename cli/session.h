@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "cli/options.h"
+#include "cli/screenlog.h"
 #include "cli/terminal.h"
 #include "host/ap/docmanager.h"
 #include "host/ap/dynamiclinker.h"
@@ -25,6 +26,10 @@ class Session final : private ap::Output {
   // Opens the drawing named by the options, or a new one. Exit code: kDone, or kCannotRead with the reason told.
   int openDrawing();
 
+  // Records what the screen would show in the file named by the options, if any. Exit code: kDone, or kCannotWrite.
+  int openScreenLog();
+  // kCannotWrite, told, when the record has not been written whole.
+  int checkScreenLog() const;
   // Lets prompts be answered from the file named by the options, if any. Exit code: kDone, or kCannotRead.
   int openInput();
   // Text queued for the document's command line runs now, unless a command is running.
@@ -46,6 +51,7 @@ class Session final : private ap::Output {
   Terminal& m_terminal;
   std::string* m_capture = nullptr;
   std::unique_ptr<ed::InputSource> m_input;
+  std::unique_ptr<ScreenLog> m_screenLog;
   const RunOptions& m_options;
   ed::CommandStack m_commandStack;
   std::unique_ptr<ap::DynamicLinker> m_linker;

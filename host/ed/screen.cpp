@@ -7,6 +7,7 @@ Screen* g_screen = nullptr;
 }
 
 void Screen::line(const GcGePoint3d&, const GcGePoint3d&, int, bool) {}
+bool Screen::showsDrags() const { return false; }
 void Screen::dragFrame(int, const GcGeMatrix3d&, const std::vector<GcDbObjectId>&, int) {}
 void Screen::command(const std::vector<InputItem>&) {}
 void Screen::viewChanged(const GcGePoint2d&, double) {}

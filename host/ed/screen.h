@@ -15,7 +15,10 @@ class Screen {
   virtual ~Screen() = default;
   // A line that is not part of the drawing, user coordinates; colour -1 draws in complement.
   virtual void line(const GcGePoint3d& from, const GcGePoint3d& to, int color, bool highlight);
-  // A frame of a drag: the entities shown transformed.
+  // Whether frames of drags are looked at; computing them is spared otherwise.
+  [[nodiscard]] virtual bool showsDrags() const;
+  // A frame of a drag: the entities shown transformed. `status` is what the sampler answered (0), `cursor` the special
+  // cursor of the drag, in the numbers of who drags.
   virtual void dragFrame(int status, const GcGeMatrix3d& matrix, const std::vector<GcDbObjectId>& entities, int cursor);
   virtual void command(const std::vector<InputItem>& items);
   virtual void viewChanged(const GcGePoint2d& center, double height);

@@ -4,6 +4,7 @@
 
 #include "host/ed/coordinates.h"
 #include "host/ed/input/parse.h"
+#include "host/ed/screen.h"
 
 namespace ed {
 
@@ -17,6 +18,7 @@ void show(Editor& editor, const GcGePoint2d& center, double height) {
   earlier.push_back(editor.view());
   editor.view().center = center;
   editor.view().height = height;
+  screen().viewChanged(center, height);
 }
 
 // A box in display coordinates, with the margin a zoom to it has.
@@ -76,6 +78,7 @@ void zoomPrevious(Editor& editor) {
   if (editor.earlierViews().empty()) return;
   editor.view() = editor.earlierViews().back();
   editor.earlierViews().pop_back();
+  screen().viewChanged(editor.view().center, editor.view().height);
 }
 
 bool parseFactor(GcView text, double& factor) { return parseLength(text, factor) && factor > 0; }

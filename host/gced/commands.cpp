@@ -5,6 +5,7 @@
 #include "host/ap/docmanager.h"
 #include "host/ed/commandline.h"
 #include "host/ed/screen.h"
+#include "host/gced/setname.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ InputItem nameItem(const int64_t* name, bool isSet) {
   InputItem item = InputItem::of(isSet ? InputItem::Kind::Set : InputItem::Kind::Entity);
   if (!isSet)
     ignore(gcdbGetObjectId(item.entity, name));
-  else if (const ed::SelectionSet* set = ed::currentEditor().sets().find(static_cast<ed::SetNumber>(name[0])))
+  else if (const ed::SelectionSet* set = gcedSetOf(name))
     item.set = set->ids();
   return item;
 }

@@ -26,6 +26,7 @@
 #include "db/xline.h"
 #include "ed/cmdstack.h"
 #include "ed/gced.h"
+#include "ed/jig.h"
 #include "ge/line3d.h"
 #include "ge/matrix3d.h"
 #include "rx/gcarray.h"

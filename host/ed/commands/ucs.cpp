@@ -49,7 +49,7 @@ Task<bool> ucs(CommandInput& in) {
   Editor& editor = in.editor();
   const Answer option = co_await in.ask(
       Ask(What::Point, "\nSpecify origin of UCS or [Face/NAmed/OBject/Previous/View/World/X/Y/Z/ZAxis] <World>: ")
-          .words("Face NAmed OBject Previous View World X Y Z ZAxis New Origin 3 Restore Save Delete"));
+          .words("Face NAmed OBject Previous View World X Y Z ZAxis New Origin 3point Restore Save Delete"));
   if (option.isPoint()) co_return co_await fromPoints(in, option.point);
   if (option.isNone() || option.isKeyword("World")) {
     set(in, GcGeMatrix3d::kIdentity);
@@ -62,7 +62,7 @@ Task<bool> ucs(CommandInput& in) {
     co_return co_await turned(in, option.isKeyword("X")   ? GcGeVector3d::kXAxis
                                   : option.isKeyword("Y") ? GcGeVector3d::kYAxis
                                                           : GcGeVector3d::kZAxis);
-  } else if (option.isKeyword("3") || option.isKeyword("New") || option.isKeyword("Origin")) {
+  } else if (option.isKeyword("3point") || option.isKeyword("New") || option.isKeyword("Origin")) {
     const Answer origin = co_await in.ask(Ask(What::Point, "\nSpecify new origin point <0,0,0>: "));
     const GcGePoint3d at = origin.isPoint() ? origin.point : GcGePoint3d();
     if (!option.isKeyword("Origin")) co_return co_await fromPoints(in, at);

@@ -90,8 +90,11 @@ double gcutDistance(const gds_point from, const gds_point to);
 // The keyword typed at the last prompt. RTERROR when there was none.
 int gcedGetInput(GcString& keyword);
 
-// Drags a selection set: `sampler` gets the point under the cursor (user coordinates) and fills the matrix;
-// RTNORM goes on. Gives RTNORM with the picked point, RTKWORD, RTCAN, RTNONE, RTERROR.
+// Drags a selection set: `sampler` gets the point under the cursor (user coordinates) and fills the matrix; RTNORM
+// goes on, anything else cancels. It is asked when the cursor has moved by more than the point tolerance. Cursors:
+// 0 the ordinary one, 1, 2. Gives RTNORM with the picked point, RTKWORD (gcedGetInput tells which of the keywords set
+// for the next input), RTNONE for Enter, RTCAN for Esc; RTERROR for an empty set, an unknown cursor, or when another
+// drag is under way.
 int gcedDragGen(const gds_name set, const GCHAR* prompt, int cursor,
                 int (*sampler)(gds_point point, double matrix[4][4]), gds_point result);
 

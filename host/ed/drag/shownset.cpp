@@ -1,0 +1,71 @@
+#include "host/ed/drag/shownset.h"
+
+#include <algorithm>
+
+#include "db/attribute.h"
+#include "gi/drawable.h"
+
+namespace ed {
+
+namespace {
+
+// Lets drawables draw and keeps which entities came and how they were moved; lines and letters are dropped.
+class Listener final : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+ public:
+  explicit Listener(ShownSet& shown) : m_shown(shown) {}
+
+  GcGiGeometry& geometry() override { return *this; }
+  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
+  [[nodiscard]] double deviation() const override { return 1; }
+  void draw(GcGiDrawable* drawable) override {
+    const GcDbEntity* entity = GcDbEntity::cast(drawable);
+    if (entity == nullptr || entity->objectId().isNull()) return;
+    const bool isPart = GcDbAttribute::cast(entity) != nullptr;
+    const GcDbObjectId id = isPart ? entity->ownerId() : entity->objectId();
+    if (m_shown.entities.empty() && !m_transforms.empty()) m_shown.matrix = m_transforms.back();
+    // Parts of one entity come one after the other.
+    if (m_shown.entities.empty() || m_shown.entities.back() != id) m_shown.entities.push_back(id);
+  }
+
+ private:
+  void pushModelTransform(const GcGeMatrix3d& toParent) override {
+    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
+  }
+  void popModelTransform() override {
+    if (!m_transforms.empty()) m_transforms.pop_back();
+  }
+  void polyline(int, const GcGePoint3d*, bool) override {}
+  void polygon(int, const GcGePoint3d*) override {}
+  void polyPolygon(int, const int*, const GcGePoint3d*) override {}
+  void circle(const GcGePoint3d&, double, const GcGeVector3d&) override {}
+  void circularArc(const GcGePoint3d&, double, const GcGeVector3d&, const GcGeVector3d&, double) override {}
+  void text(const GcGePoint3d&, const GcGeVector3d&, const GcGeVector3d&, const GCHAR*, const GcGiTextStyle&) override {
+  }
+  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
+  void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
+  void bezier(int, const GcGePoint3d*) override {}
+
+  void setColor(const GcCmEntityColor&) override {}
+  void setLayer(const GcDbObjectId&) override {}
+  void setLineType(const GcDbObjectId&) override {}
+  void setLineTypeScale(double) override {}
+  void setLineWeight(int) override {}
+  void setFill(bool) override {}
+  void setGradient(const GcGiGradient*) override {}
+
+  friend ShownSet shownBy(GcDbEntity& drawable);
+  ShownSet& m_shown;
+  std::vector<GcGeMatrix3d> m_transforms;
+};
+
+}  // namespace
+
+ShownSet shownBy(GcDbEntity& drawable) {
+  ShownSet shown;
+  Listener listener(shown);
+  drawable.subSetAttributes(&listener.subEntityTraits());
+  drawable.subWorldDraw(&listener);
+  return shown;
+}
+
+}  // namespace ed
