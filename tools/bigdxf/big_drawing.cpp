@@ -1,5 +1,6 @@
 #include "tools/bigdxf/big_drawing.h"
 
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -199,33 +200,104 @@ class Maker {
   void point(std::uint64_t owner) {
     begin("POINT", "AcDbPoint", owner);
     m_out.writePoint(10, place(), place(), size());
-    m_out.writeString(1001, "SURVEY");
-    m_out.writeString(1000, "height");
-    m_out.writeReal(1040, size());
   }
 
+  void attribute(std::uint64_t insert) {
+    begin("ATTRIB", "AcDbText", insert);
+    m_out.writePoint(10, place(), place(), 0.0);
+    m_out.writeReal(40, 2.5);
+    m_out.writeString(1, "No. " + std::to_string(m_random() % 10000));
+    m_out.writeString(100, "AcDbAttribute");
+    m_out.writeString(2, "NUMBER");
+    m_out.writeInt(70, 0);
+  }
+
+  // Every other insert carries an attribute.
   void insert(std::uint64_t owner) {
+    const std::uint64_t handle = m_handle;
+    const bool attributed = m_random() % 2 == 0;
     begin("INSERT", "AcDbBlockReference", owner);
+    if (attributed) m_out.writeInt(66, 1);
     m_out.writeString(2, "BLOCK" + std::to_string(m_random() % kBlocks));
     m_out.writePoint(10, place(), place(), 0.0);
     m_out.writeReal(41, size());
     m_out.writeReal(42, size());
     m_out.writeReal(50, 36.0 * size());
+    extendedData();
+    if (!attributed) return;
+    attribute(handle);
+    m_out.writeString(0, "SEQEND");
+    m_out.writeHandle(5, m_handle++);
+    m_out.writeHandle(330, handle);
+    m_out.writeString(100, "AcDbEntity");
+    m_out.writeString(8, "0");
+  }
+
+  // A clamped cubic with uniform knots.
+  void spline(std::uint64_t owner) {
+    constexpr int kDegree = 3;
+    begin("SPLINE", "AcDbSpline", owner);
+    const int poles = 4 + static_cast<int>(m_random() % 9), spans = poles - kDegree;
+    m_out.writePoint(210, 0.0, 0.0, 1.0);
+    m_out.writeInt(70, 8);
+    m_out.writeInt(71, kDegree);
+    m_out.writeInt(72, poles + kDegree + 1);
+    m_out.writeInt(73, poles);
+    m_out.writeInt(74, 0);
+    m_out.writeReal(42, 1e-7);
+    m_out.writeReal(43, 1e-7);
+    for (int i = -kDegree; i <= spans + kDegree; ++i) m_out.writeReal(40, std::clamp(i, 0, spans));
+    for (int i = 0; i < poles; ++i) m_out.writePoint(10, place(), place(), 0.0);
+  }
+
+  // A solid fill within one polyline.
+  void hatch(std::uint64_t owner) {
+    begin("HATCH", "AcDbHatch", owner);
+    m_out.writePoint(10, 0.0, 0.0, 0.0);
+    m_out.writePoint(210, 0.0, 0.0, 1.0);
+    m_out.writeString(2, "SOLID");
+    m_out.writeInt(70, 1);
+    m_out.writeInt(71, 0);
+    m_out.writeInt(91, 1);
+    m_out.writeInt(92, 7);
+    m_out.writeInt(72, 0);
+    m_out.writeInt(73, 1);
+    m_out.writeInt(93, 4);
+    for (int i = 0; i < 4; ++i) m_out.writePoint(10, place(), place());
+    m_out.writeInt(97, 0);
+    m_out.writeInt(75, 0);
+    m_out.writeInt(76, 1);
+    m_out.writeInt(98, 0);
+  }
+
+  // A tenth of the entities carry it.
+  void extendedData() {
+    if (m_random() % 10 != 0) return;
+    m_out.writeString(1001, "SURVEY");
+    m_out.writeString(1000, "height");
+    m_out.writeReal(1040, size());
   }
 
   void entity(std::uint64_t owner) {
-    switch (m_random() % 10) {
-      case 0:
-      case 1:
-      case 2: return line(owner);
-      case 3:
-      case 4:
-      case 5: return polyline(owner);
-      case 6: return text(owner);
-      case 7: return m_random() % 2 ? arc(owner) : circle(owner);
-      case 8: return point(owner);
-      default: return insert(owner);
-    }
+    const std::uint64_t kind = m_random() % 20;
+    if (kind >= 18) return insert(owner);
+    if (kind < 6)
+      line(owner);
+    else if (kind < 11)
+      polyline(owner);
+    else if (kind < 13)
+      text(owner);
+    else if (kind == 13)
+      arc(owner);
+    else if (kind == 14)
+      circle(owner);
+    else if (kind == 15)
+      point(owner);
+    else if (kind == 16)
+      spline(owner);
+    else
+      hatch(owner);
+    extendedData();
   }
 
   void objects() {

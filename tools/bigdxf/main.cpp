@@ -27,7 +27,7 @@ class FileSink final : public gc::dxf::ByteSink {
 int main(int argc, char** argv) {
   const bool binary = argc > 1 && std::strcmp(argv[argc - 1], "--binary") == 0;
   const int given = argc - (binary ? 1 : 0);
-  if (given < 2) {
+  if (given < 2 || argv[1][0] == '-') {
     std::fputs("usage: make_big_dxf FILE [COUNT] [--binary]\n", stderr);
     return 2;
   }
