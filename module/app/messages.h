@@ -11,5 +11,6 @@ inline constexpr const GCHAR* kWrongType = GC_T("Błędny typ argumentu\n");
 inline constexpr const GCHAR* kTooFew = GC_T("Błędna liczba argumentów\n");
 // Deliberate: the functions that keep named values end this text with a period.
 inline constexpr const GCHAR* kWrongTypeOfValue = GC_T("Błędny typ argumentu.\n");
+inline constexpr const GCHAR* kCannotAttach = GC_T("\nNie można ustawić punktu załącznika dla obiektu AcDbLeader");
 
 }  // namespace msg

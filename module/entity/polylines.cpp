@@ -1,6 +1,8 @@
 // Vertices, widths, bulges and closure of polylines. Most of it is about lightweight polylines only; vertices are
 // counted from 0 and points are of the polyline's own plane. An index that the polyline does not have changes
 // nothing and reads as zero.
+#include <memory>
+
 #include "module/app/argreader.h"
 #include "module/app/functions.h"
 #include "module/app/openptr.h"
@@ -197,5 +199,43 @@ int putLinetypeGeneration() {
     polyline->setPlinegen(on);
   else
     return args.wrongType();
+  return ret::nothing();
+}
+
+namespace {
+
+// Deliberate: what is no curve type is the simple one.
+GcDb::Poly2dType curveType(int16_t type) {
+  switch (type) {
+    case 1: return GcDb::k2dFitCurvePoly;
+    case 2: return GcDb::k2dQuadSplinePoly;
+    case 3: return GcDb::k2dCubicSplinePoly;
+    default: return GcDb::k2dSimplePoly;
+  }
+}
+
+// The older polyline that takes the lightweight one's place, id and all; it is open for write, and the lightweight one
+// is gone. Null, with nothing changed, when the host refuses.
+GcDb2dPolyline* replacedByOld(GcDbWritePtr<GcDbObject>& object, GcDbPolyline& lightweight) {
+  auto old = std::make_unique<GcDb2dPolyline>();
+  if (old->convertFrom(&lightweight) != Gcad::eOk) return nullptr;
+  const std::unique_ptr<GcDbObject> replaced(object.release());
+  object.attach(old.release());
+  return GcDb2dPolyline::cast(object.get());
+}
+
+}  // namespace
+
+// Deliberate: a lightweight polyline always becomes an older one, for the simple type too.
+int putType() {
+  ArgReader args(rules::kEntityFirst);
+  const GcDbObjectId id = args.entityName();
+  const int16_t type = args.integer();
+  if (args.failed()) return args.status();
+  GcDbWritePtr<GcDbObject> object(id);
+  GcDb2dPolyline* polyline = GcDb2dPolyline::cast(object.get());
+  if (GcDbPolyline* lightweight = GcDbPolyline::cast(object.get())) polyline = replacedByOld(object, *lightweight);
+  if (polyline == nullptr) return args.wrongType();
+  ignore(polyline->convertToPolyType(curveType(type)));
   return ret::nothing();
 }

@@ -44,18 +44,22 @@ const GCHAR* space::blockName(Space space) {
 }
 
 Gcad::ErrorStatus appendTo(const GCHAR* blockName, GcDbEntity* entity) {
-  GcDbDatabase* database = workingDatabase();
+  const GcDbDatabase* database = workingDatabase();
   if (database == nullptr) return Gcad::eNoDatabase;
-  GcDbWritePtr<GcDbBlockTableRecord> block;
-  {
-    const GcDbReadPtr<GcDbBlockTable> blocks(database->blockTableId());
-    if (!blocks) return blocks.status();
-    GcDbBlockTableRecord* record = nullptr;
-    const Gcad::ErrorStatus status = blocks->getAt(blockName, record, GcDb::kForWrite);
-    if (status != Gcad::eOk) return status;
-    block.attach(record);
+  GcDbReadPtr<GcDbBlockTable> blocks(database->blockTableId());
+  if (!blocks) return blocks.status();
+  GcDbObjectId id;
+  Gcad::ErrorStatus status = blocks->getAt(blockName, id);
+  GcDbBlockTableRecord* record = nullptr;
+  if (status == Gcad::eOk) status = gcdbOpenObject(record, id, GcDb::kForWrite);
+  if (status != Gcad::eOk) {
+    (void)blocks.release();  // Deliberate: the table stays open when its block is not there or cannot be opened
+    return status;
   }
-  const Gcad::ErrorStatus status = block->appendGcDbEntity(entity);
+  ignore(blocks.close());
+  GcDbWritePtr<GcDbBlockTableRecord> block;
+  block.attach(record);
+  status = block->appendGcDbEntity(entity);
   if (status != Gcad::eOk) return status;
   ignore(block.close());
   return entity->close();

@@ -26,7 +26,8 @@ const GCHAR* blockName(Space space);
 
 // Appends a new entity to a block of the working database and closes it. The entity stays the caller's when this
 // fails before the entity is in the block, and is the database's afterwards.
-// Errors: eNoDatabase, eKeyNotFound, those of opening and appending, that of the closing.
+// Errors: eNoDatabase, eKeyNotFound, those of opening and appending, that of the closing. The block table stays open
+// after eKeyNotFound and when the block cannot be opened.
 Gcad::ErrorStatus appendTo(const GCHAR* blockName, GcDbEntity* entity);
 
 // Appends to the space's block and answers with the new entity's name; nil with RTERROR when it is refused (the

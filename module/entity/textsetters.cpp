@@ -33,3 +33,42 @@ int putInsertionPoint() {
     return args.wrongType();
   return ret::nothing();
 }
+
+namespace {
+
+constexpr int16_t kFirstAttachment = 1;  // top left
+constexpr int16_t kLastAttachment = 9;   // bottom right
+
+void attach(GcDbMText& text, int16_t attachment) {
+  if (attachment >= kFirstAttachment && attachment <= kLastAttachment)
+    ignore(text.setAttachment(static_cast<GcDbMText::AttachmentPoint>(attachment)));
+}
+
+// Deliberate: an annotation that cannot be opened is told, but the call counts as done.
+void attachAnnotation(const GcDbLeader& leader, int16_t attachment) {
+  const GcDbObjectId id = leader.annotationObjId();
+  if (id.isNull()) return;
+  const GcDbWritePtr<GcDbObject> annotation(id);
+  if (!annotation)
+    gcdbFail(msg::kCannotAttach);
+  else if (GcDbMText* text = GcDbMText::cast(annotation.get()))
+    attach(*text, attachment);
+}
+
+}  // namespace
+
+// Deliberate: an attachment that there is not changes nothing, without a message.
+int putAttachmentPoint() {
+  ArgReader args(rules::kEntityFirst);
+  const GcDbObjectId id = args.entityName();
+  const int16_t attachment = args.integer();
+  if (args.failed()) return args.status();
+  const GcDbWritePtr<GcDbObject> object(id);
+  if (GcDbMText* text = GcDbMText::cast(object.get()))
+    attach(*text, attachment);
+  else if (const GcDbLeader* leader = GcDbLeader::cast(object.get()))
+    attachAnnotation(*leader, attachment);
+  else
+    return args.wrongType();
+  return ret::nothing();
+}

@@ -34,7 +34,8 @@ void GcDbUndo::keep(Change change) {
 void GcDbUndo::record(What what, const GcDbObject& object) {
   if (m_applying || (!m_on && m_transactions == 0)) return;
   Change change{what, object.objectId(), {}};
-  if (what == What::Modified) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
+  if (what == What::Modified || what == What::Replaced) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
+  if (what == What::Replaced) change.kind = object.isA();
   if (m_transactions > 0)
     m_open.push_back(std::move(change));
   else
@@ -73,11 +74,26 @@ void GcDbUndo::recordErased(const GcDbObject& object, bool erasing) {
   record(erasing ? What::Erased : What::Unerased, object);
 }
 
+void GcDbUndo::recordReplaced(const GcDbObject& object) { record(What::Replaced, object); }
+
+void GcDbUndo::putBack(const Change& change, Group& inverse) {
+  GcDbStub* stub = change.id.stub();
+  auto* fresh = static_cast<GcDbObject*>(change.kind->create());
+  if (fresh == nullptr) return;
+  inverse.changes.push_back(
+      {What::Replaced, change.id, gcdbImageOf(*stub->object, GcDb::kUndoFiler), stub->object->isA()});
+  delete m_database.store().replace(stub, fresh);
+  ignore(gcdbImageInto(*fresh, change.image, GcDb::kUndoFiler));
+  fresh->subLoaded();
+  m_database.notifyModified(fresh);
+}
+
 void GcDbUndo::applyOne(const Change& change, Group& inverse) {
   GcDbStub* stub = change.id.stub();
   GcDbObject* object = stub->object;
   if (object == nullptr) return;
   switch (change.what) {
+    case What::Replaced: putBack(change, inverse); break;
     case What::Modified:
       inverse.changes.push_back({What::Modified, change.id, gcdbImageOf(*object, GcDb::kUndoFiler)});
       ignore(gcdbImageInto(*object, change.image, GcDb::kUndoFiler));

@@ -38,13 +38,16 @@ class GcDbUndo {
   void recordModified(const GcDbObject& object);
   void recordAppended(const GcDbObject& object);
   void recordErased(const GcDbObject& object, bool erasing);
+  // Before an object of another class takes the object's place under its id.
+  void recordReplaced(const GcDbObject& object);
 
  private:
-  enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased };
+  enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased, Replaced };
   struct Change {
     What what;
     GcDbObjectId id;
-    std::vector<uint8_t> image;  // Modified: the state before
+    std::vector<uint8_t> image;       // Modified, Replaced: the state before
+    const GcRxClass* kind = nullptr;  // Replaced: its class
   };
   struct Group {
     std::vector<Change> changes;
@@ -56,6 +59,7 @@ class GcDbUndo {
   // Applies a group backwards; returns the group that takes this back again.
   Group apply(const Group& group);
   void applyOne(const Change& change, Group& inverse);
+  void putBack(const Change& change, Group& inverse);  // Replaced
 
   GcDbDatabase& m_database;
   std::vector<Group> m_done;

@@ -1,8 +1,10 @@
 #include <iterator>
 
 #include "db/database.h"
+#include "db/entity.h"
 #include "db/symboltable.h"
 #include "host/db/core/names.h"
+#include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 
 GCDB_DEFINE_CLASS(GcDbLayerTableRecord, "AcDbLayerTableRecord")
@@ -88,7 +90,9 @@ Gcad::ErrorStatus GcDbLayerTableRecord::setIsLocked(bool locked) {
   return Gcad::eOk;
 }
 
+// A layer has a colour of its own: none by layer or by block, and no index that the palette lacks.
 Gcad::ErrorStatus GcDbLayerTableRecord::setColor(const GcCmColor& color) {
+  if (!color.isByColor() && (color.colorIndex() < 1 || color.colorIndex() > 255)) return Gcad::eInvalidInput;
   assertWriteEnabled();
   m_color = color;
   return Gcad::eOk;
@@ -110,9 +114,24 @@ void GcDbLayerTableRecord::subJoined() {
   if (m_linetypeId.isNull()) m_linetypeId = database()->continuousLinetype();
 }
 
-// The current layer and layer "0" stay.
+namespace {
+
+bool hasEntities(GcDbDatabase& database, GcDbObjectId layer) {
+  bool found = false;
+  database.store().forEach([&](GcDbStub* stub) {
+    if (found || stub->erased || stub->object == nullptr) return;
+    const auto* entity = GcDbEntity::cast(stub->object);
+    found = entity != nullptr && entity->layerId() == layer;
+  });
+  return found;
+}
+
+}  // namespace
+
+// The current layer, those that the format counts on and those in use stay.
 Gcad::ErrorStatus GcDbLayerTableRecord::subErase(bool erasing) {
   if (!erasing) return Gcad::eOk;
   if (database()->clayer() == objectId()) return Gcad::eDeletionOfCurrentLayer;
-  return database()->layerZero() == objectId() ? Gcad::eCannotBeErasedByCaller : Gcad::eOk;
+  const bool counted = database()->layerZero() == objectId() || equalNoCase(view(m_name), GC_T("Defpoints"));
+  return counted || hasEntities(*database(), objectId()) ? Gcad::eCannotBeErasedByCaller : Gcad::eOk;
 }

@@ -57,10 +57,24 @@ Gcad::ErrorStatus GcDbSymbolTableRecord::getName(GCHAR*& name) const {
   return gcutNewString(m_name.c_str(), name);
 }
 
+namespace {
+
+// Records that the format knows by their name.
+bool hasFixedName(const GcDbSymbolTableRecord& record) {
+  const GcDbDatabase* database = record.database();
+  if (database == nullptr) return false;
+  const GcDbObjectId id = record.objectId();
+  return id == database->layerZero() || id == database->byLayerLinetype() || id == database->byBlockLinetype() ||
+         id == database->continuousLinetype();
+}
+
+}  // namespace
+
 Gcad::ErrorStatus GcDbSymbolTableRecord::setName(const GCHAR* name) {
   if (!gcdbIsValidRecordName(view(name),
                              isDependent() || isKindOf(GcDbBlockTableRecord::desc()) || view(name) == GC_T("*Active")))
     return Gcad::eInvalidInput;
+  if (hasFixedName(*this) && !equalNoCase(view(name), view(m_name))) return Gcad::eInvalidInput;
   assertWriteEnabled();
   // The table's index follows however the table is open, by its caller for writing, say.
   GcDbObject* owner = ownerId().isNull() ? nullptr : ownerId().stub()->object;

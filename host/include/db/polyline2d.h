@@ -5,6 +5,8 @@
 #include "db/objectiterator.h"
 #include "db/vertex.h"
 
+class GcDbPolyline;
+
 namespace GcDb {
 enum Poly2dType : uint8_t { k2dSimplePoly = 0, k2dFitCurvePoly, k2dQuadSplinePoly, k2dCubicSplinePoly };
 enum Poly3dType : uint8_t { k3dSimplePoly = 0, k3dQuadSplinePoly, k3dCubicSplinePoly };
@@ -47,6 +49,17 @@ class GcDb2dPolyline : public GcDbCurve {
   [[nodiscard]] int flags() const { return m_flags; }
   Gcad::ErrorStatus setFlags(int flags) { return assign(m_flags, static_cast<int16_t>(flags)); }
   Gcad::ErrorStatus setCurveType(int type) { return assign(m_curveType, static_cast<int16_t>(type)); }
+
+  // Takes the place of a lightweight polyline that is open for write: id, handle, owner, place in the drawing order,
+  // common properties, extended data, geometry. This polyline, which must be new, is then open for write; the
+  // lightweight one is in no database any more and belongs to the caller. Errors: eNullEntityPointer, eAlreadyInDb,
+  // eNotInDatabase, eNotOpenForWrite.
+  Gcad::ErrorStatus convertFrom(GcDbPolyline* lightweight);
+  // Makes or takes away the vertices of a fitted curve. Fit: arcs through the vertices, with the tangents of vertices
+  // that have one. Splines: the vertices become control points and $SPLINESEGS points per span lie on the curve. Back to
+  // simple all segments are straight; a simple polyline that stays simple keeps its arcs.
+  // [polyline in a database, open for write] Errors: eNotInDatabase, eInvalidInput.
+  Gcad::ErrorStatus convertToPolyType(GcDb::Poly2dType type);
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
   Gcad::ErrorStatus subPath(GcGePath& path) const override;
