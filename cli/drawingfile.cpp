@@ -43,17 +43,31 @@ GcDb::GcDbDwgVersion versionOfName(const std::string& name) {
   return GcDb::kDHL_Unknown;
 }
 
-std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path) {
+namespace {
+
+void tell(const GcDbLoadReport& report, const std::string& path, Remarks remarks) {
+  if (report.isClean() || remarks == Remarks::None) return;
+  if (remarks == Remarks::First) {
+    complain("gcad: " + path + ": " + std::to_string(report.total()) +
+             " remarks on reading, the first: " + GcDbLoadReport::describe(report.entries().front()) + "\n");
+    return;
+  }
+  for (const GcDbLoadEntry& entry : report.entries())
+    complain("gcad: " + path + ": " + GcDbLoadReport::describe(entry) + "\n");
+  if (report.total() > report.entries().size())
+    complain("gcad: " + path + ": " + std::to_string(report.total() - report.entries().size()) + " more remarks\n");
+}
+
+}  // namespace
+
+std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path, Remarks remarks) {
   auto database = std::make_unique<GcDbDatabase>(false);
   std::string message;
   if (gcdbReadDrawing(*database, path, message) != Gcad::eOk) {
     complain("gcad: " + message + "\n");
     return nullptr;
   }
-  const GcDbLoadReport& report = database->loadReport();
-  if (!report.isClean())
-    complain("gcad: " + path + ": " + std::to_string(report.total()) +
-             " remarks on reading, the first: " + GcDbLoadReport::describe(report.entries().front()) + "\n");
+  tell(database->loadReport(), path, remarks);
   return database;
 }
 

@@ -8,9 +8,11 @@
 
 namespace cli {
 
-// The drawing of a file (path in UTF-8); null after a complaint that names file and reason. Damage that was
-// repaired or skipped is told as a warning; details stand in the load report.
-std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path);
+// How much is told of damage that was repaired or skipped; it stands in the load report in any case.
+enum class Remarks { First, All, None };
+
+// The drawing of a file (path in UTF-8); null after a complaint that names file and reason.
+std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path, Remarks remarks = Remarks::First);
 
 // "R2000" for AC1015 and so on; "?" for an unknown version.
 const char* versionName(GcDb::GcDbDwgVersion version);

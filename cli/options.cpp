@@ -84,6 +84,19 @@ void addOthers(CLI::App& app, Options& options) {
   repl.add_option("drawing", options.run.drawing, "Drawing to open; default: a new one")->type_name("DRAWING");
   addSessionOptions(repl, options.run);
 
+  CLI::App& convert = *app.add_subcommand("convert", "Save a drawing as another file, format or version");
+  convert.add_option("in", options.convert.in, "DXF or DWG")->type_name("IN")->required();
+  convert.add_option("out", options.convert.out, "Format by extension")->type_name("OUT")->required();
+  convert.add_option("--as", options.convert.as, "Version; default: the drawing's own")
+      ->type_name("VERSION")
+      ->check(CLI::IsMember(kVersions, CLI::ignore_case));
+  convert.add_flag("--binary", options.convert.binary, "Binary DXF");
+  convert.add_flag("--backup", options.convert.backup, "Keep what the output replaces as .bak");
+  convert.add_flag("-f,--force", options.convert.force, "Overwrite an existing output");
+  convert.footer(
+      "What the version cannot say is mapped or left out and told on standard error, an object a line.\n"
+      "Exit codes: 0 done, 2 usage, 3 IN cannot be read, 4 OUT cannot be written.");
+
   CLI::App& info = *app.add_subcommand("info", "Tell what is in a drawing");
   info.add_option("file", options.info.file, "DXF or DWG")->type_name("FILE")->required();
   info.add_flag("--json", options.info.json, "As one JSON object");
@@ -106,6 +119,8 @@ void addOthers(CLI::App& app, Options& options) {
 Options::Command commandOf(const std::string& name) {
   if (name == "run") return Options::Command::Run;
   if (name == "repl") return Options::Command::Repl;
+  if (name == "convert") return Options::Command::Convert;
+  if (name == "audit") return Options::Command::Audit;
   if (name == "info") return Options::Command::Info;
   if (name == "functions") return Options::Command::Functions;
   return Options::Command::Plot;

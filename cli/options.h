@@ -42,6 +42,23 @@ struct InfoOptions {
   bool json = false;
 };
 
+struct ConvertOptions {
+  std::string in;
+  std::string out;
+  std::string as;  // version name; empty: the drawing's own, or the next newer one the format is written in
+  bool binary = false;
+  bool backup = false;
+  bool force = false;
+};
+
+struct AuditOptions {
+  std::string file;
+  bool fix = false;
+  std::string out;  // the mended drawing
+  bool force = false;
+  bool json = false;
+};
+
 struct FunctionsOptions {
   std::string name;  // empty: all
   bool json = false;
@@ -58,8 +75,10 @@ struct PlotOptions {
 };
 
 struct Options {
-  enum class Command : uint8_t { None, Run, Repl, Info, Functions, Plot } command = Command::None;
+  enum class Command : uint8_t { None, Run, Repl, Convert, Audit, Info, Functions, Plot } command = Command::None;
   RunOptions run;  // also repl
+  ConvertOptions convert;
+  AuditOptions audit;
   InfoOptions info;
   FunctionsOptions functions;
   PlotOptions plot;

@@ -10,7 +10,9 @@ Gcad::ErrorStatus save(GcDbDatabase& database, const std::string& path, const Gc
   return writeFile(database, path, {options.version, options.backup}, message);
 }
 
-constexpr GcDbFileFormat kFormat{"dwg", isDwg, read, save};
+bool writes(GcDb::GcDbDwgVersion version) { return isWritable(version); }
+
+constexpr GcDbFileFormat kFormat{"dwg", isDwg, read, save, writes};
 const GcDbFileFormatEntry kEntry(kFormat);
 
 }  // namespace

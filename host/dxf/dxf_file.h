@@ -8,6 +8,8 @@
 #include "host/dxf/tags/tag_writer.h"
 #include "host/rx/file/atomic_file.h"
 
+class GcDbSaveReport;
+
 namespace gc::dxf {
 
 // True when the bytes begin as DXF files do.
@@ -18,10 +20,13 @@ namespace gc::dxf {
 Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view file);
 
 struct WriteOptions {
-  GcDb::GcDbDwgVersion version = GcDb::kDHL_Current;  // AC1015, AC1018, AC1021, AC1024, AC1027 or AC1032
+  GcDb::GcDbDwgVersion version = GcDb::kDHL_Current;  // AC1009, AC1015, AC1018 … AC1032
   bool binary = false;
   Backup backup = Backup::None;
+  GcDbSaveReport* report = nullptr;  // takes what the version cannot say
 };
+
+[[nodiscard]] bool isWritable(GcDb::GcDbDwgVersion version);
 
 // Writes the drawing. Errors: eUnsupportedVersion; eFileWriteError when the sink has failed.
 Gcad::ErrorStatus write(GcDbDatabase& database, ByteSink& sink, const WriteOptions& options);

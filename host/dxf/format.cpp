@@ -10,13 +10,14 @@ Gcad::ErrorStatus save(GcDbDatabase& database, const std::string& path, const Gc
   WriteOptions written;
   written.version = options.version;
   written.binary = options.binary;
+  written.report = options.report;
   written.backup = options.backup ? Backup::Keep : Backup::None;
   const Gcad::ErrorStatus status = writeFile(database, path, written, message);
   if (status == Gcad::eUnsupportedVersion) message = "cannot save " + path + ": DXF of this version is not written";
   return status;
 }
 
-constexpr GcDbFileFormat kFormat{"dxf", isDxf, read, save};
+constexpr GcDbFileFormat kFormat{"dxf", isDxf, read, save, isWritable};
 const GcDbFileFormatEntry kEntry(kFormat);
 
 }  // namespace

@@ -41,6 +41,12 @@ const GcDbFileFormat* gcdbFormatOfName(std::string_view path) {
   return nullptr;
 }
 
+GcDb::GcDbDwgVersion gcdbVersionToWrite(const GcDbFileFormat& format, GcDb::GcDbDwgVersion own) {
+  for (int version = own; version < GcDb::kDHL_Current; ++version)
+    if (format.writes(static_cast<GcDb::GcDbDwgVersion>(version))) return static_cast<GcDb::GcDbDwgVersion>(version);
+  return GcDb::kDHL_Current;
+}
+
 Gcad::ErrorStatus gcdbReadDrawing(GcDbDatabase& database, const std::string& path, std::string& message) {
   gc::FileView file;
   const gc::FileStatus opened = file.open(path);

@@ -7,10 +7,13 @@
 
 #include "db/database.h"
 
+class GcDbSaveReport;
+
 struct GcDbSaveOptions {
   GcDb::GcDbDwgVersion version = GcDb::kDHL_Current;
-  bool binary = false;  // of formats that have both
-  bool backup = false;  // the file that was there stays beside the new one
+  bool binary = false;               // of formats that have both
+  bool backup = false;               // the file that was there stays beside the new one
+  GcDbSaveReport* report = nullptr;  // takes what the version cannot say; null: nobody asks
 };
 
 struct GcDbFileFormat {
@@ -21,6 +24,7 @@ struct GcDbFileFormat {
   // The file is replaced whole or not at all. `message` (UTF-8) says what failed.
   Gcad::ErrorStatus (*write)(GcDbDatabase& database, const std::string& path, const GcDbSaveOptions& options,
                              std::string& message);
+  bool (*writes)(GcDb::GcDbDwgVersion version);  // whether `write` can say the version
 };
 
 // A static object of this type registers a format.
@@ -31,6 +35,10 @@ struct GcDbFileFormatEntry {
 // Null when no format takes the bytes (the extension).
 const GcDbFileFormat* gcdbFormatOfContent(std::string_view bytes);
 const GcDbFileFormat* gcdbFormatOfName(std::string_view path);
+
+// The version in which a drawing that came as `own` is saved unless somebody says otherwise: its own where the format
+// writes it, else the next newer one.
+GcDb::GcDbDwgVersion gcdbVersionToWrite(const GcDbFileFormat& format, GcDb::GcDbDwgVersion own);
 
 // Reads a drawing file (path in UTF-8). Errors: eFileNotFound, eFileAccessErr, eBadDxfFile, eBadDwgFile,
 // eUnsupportedVersion; `message` says what failed.

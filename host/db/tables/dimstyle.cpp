@@ -2,7 +2,17 @@
 
 #include <iterator>
 
+#include "host/db/core/names.h"
 #include "host/db/describe/fieldio.h"
+
+namespace {
+
+// Files before R2000 name the arrowhead's block; one that the drawing lacks is the text that was read.
+GcDbGroup arrowName(int code, GcDbObjectId block, const GcString& read) {
+  return GcDbGroup::ofText(code, block.isNull() ? view(read) : gcdbNameOfRecord(block));
+}
+
+}  // namespace
 
 GCDB_DEFINE_CLASS(GcDbDimStyleTableRecord, "AcDbDimStyleTableRecord")
 
@@ -13,10 +23,38 @@ const GcDbField GcDbDimStyleTableRecord::kFields[] = {
     field<&GcDbDimStyleTableRecord::m_flags>(70, "flags", Is::Plain),
     field<&GcDbDimStyleTableRecord::m_post>(3, "dimpost", Is::Plain),
     field<&GcDbDimStyleTableRecord::m_apost>(4, "dimapost", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_oldBlk>(5, "oldDimblk", Is::Plain, Write::UnlessDefault).until(GcDb::kDHL_AC1015),
-    field<&GcDbDimStyleTableRecord::m_oldBlk1>(6, "oldDimblk1", Is::Plain, Write::UnlessDefault)
+    field<&GcDbDimStyleTableRecord::m_oldBlk>(5, "oldDimblk", Is::Plain)
+        .filedAs(
+            [](const void* record) {
+              const auto& style = *static_cast<const GcDbDimStyleTableRecord*>(record);
+              return arrowName(5, style.m_blk, style.m_oldBlk);
+            },
+            [](void* record, const GcDbGroup& group) {
+              static_cast<GcDbDimStyleTableRecord*>(record)->m_oldBlk = toGcString(group.text);
+              return true;
+            })
         .until(GcDb::kDHL_AC1015),
-    field<&GcDbDimStyleTableRecord::m_oldBlk2>(7, "oldDimblk2", Is::Plain, Write::UnlessDefault)
+    field<&GcDbDimStyleTableRecord::m_oldBlk1>(6, "oldDimblk1", Is::Plain)
+        .filedAs(
+            [](const void* record) {
+              const auto& style = *static_cast<const GcDbDimStyleTableRecord*>(record);
+              return arrowName(6, style.m_blk1, style.m_oldBlk1);
+            },
+            [](void* record, const GcDbGroup& group) {
+              static_cast<GcDbDimStyleTableRecord*>(record)->m_oldBlk1 = toGcString(group.text);
+              return true;
+            })
+        .until(GcDb::kDHL_AC1015),
+    field<&GcDbDimStyleTableRecord::m_oldBlk2>(7, "oldDimblk2", Is::Plain)
+        .filedAs(
+            [](const void* record) {
+              const auto& style = *static_cast<const GcDbDimStyleTableRecord*>(record);
+              return arrowName(7, style.m_blk2, style.m_oldBlk2);
+            },
+            [](void* record, const GcDbGroup& group) {
+              static_cast<GcDbDimStyleTableRecord*>(record)->m_oldBlk2 = toGcString(group.text);
+              return true;
+            })
         .until(GcDb::kDHL_AC1015),
     field<&GcDbDimStyleTableRecord::m_scale>(40, "dimscale", Is::Plain).orElse(1),
     field<&GcDbDimStyleTableRecord::m_asz>(41, "dimasz", Is::Plain).orElse(0.18),
@@ -61,25 +99,31 @@ const GcDbField GcDbDimStyleTableRecord::kFields[] = {
     field<&GcDbDimStyleTableRecord::m_clre>(177, "dimclre", Is::Plain),
     field<&GcDbDimStyleTableRecord::m_clrt>(178, "dimclrt", Is::Plain),
     field<&GcDbDimStyleTableRecord::m_adec>(179, "dimadec", Is::Plain).from(GcDb::kDHL_AC1015),
-    field<&GcDbDimStyleTableRecord::m_unit>(270, "dimunit", Is::Plain).orElse(2).until(GcDb::kDHL_AC1015),
-    field<&GcDbDimStyleTableRecord::m_dec>(271, "dimdec", Is::Plain).orElse(4),
-    field<&GcDbDimStyleTableRecord::m_tdec>(272, "dimtdec", Is::Plain).orElse(4),
-    field<&GcDbDimStyleTableRecord::m_altu>(273, "dimaltu", Is::Plain).orElse(2),
-    field<&GcDbDimStyleTableRecord::m_alttd>(274, "dimalttd", Is::Plain).orElse(2),
-    field<&GcDbDimStyleTableRecord::m_aunit>(275, "dimaunit", Is::Plain),
+    field<&GcDbDimStyleTableRecord::m_unit>(270, "dimunit", Is::Plain)
+        .orElse(2)
+        .until(GcDb::kDHL_AC1015)
+        .from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_dec>(271, "dimdec", Is::Plain).orElse(4).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_tdec>(272, "dimtdec", Is::Plain).orElse(4).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_altu>(273, "dimaltu", Is::Plain).orElse(2).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_alttd>(274, "dimalttd", Is::Plain).orElse(2).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_aunit>(275, "dimaunit", Is::Plain).from(GcDb::kDHL_AC1012),
     field<&GcDbDimStyleTableRecord::m_frac>(276, "dimfrac", Is::Plain).from(GcDb::kDHL_AC1015),
     field<&GcDbDimStyleTableRecord::m_lunit>(277, "dimlunit", Is::Plain).orElse(2).from(GcDb::kDHL_AC1015),
     field<&GcDbDimStyleTableRecord::m_dsep>(278, "dimdsep", Is::Plain).orElse(46).from(GcDb::kDHL_AC1015),
     field<&GcDbDimStyleTableRecord::m_tmove>(279, "dimtmove", Is::Plain).from(GcDb::kDHL_AC1015),
-    field<&GcDbDimStyleTableRecord::m_just>(280, "dimjust", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_sd1>(281, "dimsd1", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_sd2>(282, "dimsd2", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_tolj>(283, "dimtolj", Is::Plain).orElse(1),
-    field<&GcDbDimStyleTableRecord::m_tzin>(284, "dimtzin", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_altz>(285, "dimaltz", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_alttz>(286, "dimalttz", Is::Plain),
-    field<&GcDbDimStyleTableRecord::m_fit>(287, "dimfit", Is::Plain).orElse(3).until(GcDb::kDHL_AC1015),
-    field<&GcDbDimStyleTableRecord::m_upt>(288, "dimupt", Is::Plain),
+    field<&GcDbDimStyleTableRecord::m_just>(280, "dimjust", Is::Plain).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_sd1>(281, "dimsd1", Is::Plain).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_sd2>(282, "dimsd2", Is::Plain).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_tolj>(283, "dimtolj", Is::Plain).orElse(1).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_tzin>(284, "dimtzin", Is::Plain).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_altz>(285, "dimaltz", Is::Plain).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_alttz>(286, "dimalttz", Is::Plain).from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_fit>(287, "dimfit", Is::Plain)
+        .orElse(3)
+        .until(GcDb::kDHL_AC1015)
+        .from(GcDb::kDHL_AC1012),
+    field<&GcDbDimStyleTableRecord::m_upt>(288, "dimupt", Is::Plain).from(GcDb::kDHL_AC1012),
     field<&GcDbDimStyleTableRecord::m_atfit>(289, "dimatfit", Is::Plain).orElse(3).from(GcDb::kDHL_AC1015),
     field<&GcDbDimStyleTableRecord::m_fxlon>(290, "dimfxlon", Is::Plain).from(GcDb::kDHL_AC1021),
     field<&GcDbDimStyleTableRecord::m_txtdirection>(294, "dimtxtdirection", Is::Plain).from(GcDb::kDHL_AC1024),

@@ -17,6 +17,9 @@ bool isDwg(std::string_view bytes);
 // Errors: eBadDwgFile (nothing can be read), eUnsupportedVersion (R11 and older).
 Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes);
 
+// The versions that are written.
+bool isWritable(int version);
+
 // AC1015, AC1018, AC1024, AC1027 or AC1032. The file is replaced whole or not at all; what the version cannot hold is
 // replaced or left out and told in `message` (UTF-8), which says what failed when something did.
 // Errors: eUnsupportedVersion, eFileAccessErr, eFileWriteError.

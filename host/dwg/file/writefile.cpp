@@ -5,11 +5,11 @@
 
 namespace gc::dwg {
 
-namespace {
-
 bool isWritable(int version) {
   return version == kR2000 || version == kR2004 || version == kR2010 || version == kR2013 || version == kR2018;
 }
+
+namespace {
 
 void setCodePage(RecordContext& context) {
   CodePage page = codePageByName(view(context.database.fileParts().codePage));

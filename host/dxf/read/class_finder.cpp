@@ -39,12 +39,6 @@ GcRxClass* classByFlags(const RawRecord& record) {
                       : flags & 32         ? "AcDb3dPolylineVertex"
                                            : "AcDb2dVertex");
   }
-  if (record.type == "INSERT") {
-    std::int64_t columns = 1, rows = 1;
-    if (const Tag* tag = record.find(70)) (void)tag->integer(columns);
-    if (const Tag* tag = record.find(71)) (void)tag->integer(rows);
-    return classNamed(columns > 1 || rows > 1 ? "AcDbMInsertBlock" : "AcDbBlockReference");
-  }
   constexpr const char* kDimensions[] = {"AcDbRotatedDimension",   "AcDbAlignedDimension", "AcDb2LineAngularDimension",
                                          "AcDbDiametricDimension", "AcDbRadialDimension",  "AcDb3PointAngularDimension",
                                          "AcDbOrdinateDimension"};
@@ -59,7 +53,8 @@ ClassFinder::Known& ClassFinder::known(std::string_view dxfName) {
   for (m_last = 0; m_last < m_known.size(); ++m_last) {
     if (m_known[m_last].dxfName == dxfName) return m_known[m_last];
   }
-  const GcText name = fromUtf8(dxfName);
+  // Lines of R10 that have a height of their own at each end are lines like others since.
+  const GcText name = fromUtf8(dxfName == "3DLINE" ? "LINE" : dxfName);
   GcRxClass* found = gcrxFindGcRxClassByDxf(name.c_str());
   if (!found) {
     const GcDbClassRecord* record = m_context.database.fileParts().findClass(name);

@@ -77,8 +77,14 @@ constexpr Since kYoungVariables[] = {
     {GC_T("$REQUIREDVERSIONS"), GcDb::kDHL_AC1027},
 };
 
-// Variables whose values the database keeps itself. False when `name` is none of them.
-bool putKept(GroupWriter& out, const GcDbDatabase& database, GcView name, const char* codePage) {
+}  // namespace
+
+std::string codePageNameFor(const GcDbDatabase& database, const DrawingText& text) {
+  const GcView read = view(database.fileParts().codePage);
+  return codePageByName(read) == text.page() ? toUtf8(read) : codePageName(text.page());
+}
+
+bool putKeptVariable(GroupWriter& out, const GcDbDatabase& database, GcView name, const char* codePage) {
   TagWriter& tags = out.tags();
   if (name == GC_T("$ACADVER")) {
     tags.writeString(1, versionText(out.version()));
@@ -106,8 +112,6 @@ bool putKept(GroupWriter& out, const GcDbDatabase& database, GcView name, const 
   return true;
 }
 
-}  // namespace
-
 int variableSince(GcView name) {
   for (const Since& row : kYoungVariables) {
     if (name == GcView(row.name)) return row.version;
@@ -115,7 +119,7 @@ int variableSince(GcView name) {
   return 0;
 }
 
-void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* codePage) {
+void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* codePage, SaveNotes& notes) {
   TagWriter& tags = out.tags();
   tags.writeString(0, "SECTION");
   tags.writeString(2, "HEADER");
@@ -125,15 +129,24 @@ void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* cod
         GC_T("$DIMSTYLE"), GC_T("$CECOLOR"), GC_T("$CELTSCALE"), GC_T("$CELWEIGHT"), GC_T("$HANDSEED")}) {
     if (header.find(name)) continue;  // written where it came
     out.putText(9, name);
-    putKept(out, database, name, codePage);
+    putKeptVariable(out, database, name, codePage);
   }
+  std::string young;
   for (const GcDbHeader::Variable& variable : header.variables()) {
-    if (variableSince(variable.name) > out.version()) continue;
+    if (variableSince(variable.name) > out.version()) {
+      young += (young.empty() ? "" : ", ") + toUtf8(GcView(variable.name));
+      continue;
+    }
     out.putText(9, variable.name);
-    if (!putKept(out, database, variable.name, codePage)) out.put(variable.groups);
+    if (!putKeptVariable(out, database, variable.name, codePage)) out.put(variable.groups);
   }
-  if (out.version() >= GcDb::kDHL_AC1018) {
-    for (const GcDbCustomProperty& property : database.fileParts().customProperties) {
+  if (!young.empty()) notes.ofDrawing(GcDbSaveAction::LeftOut, "settings younger than the version: " + young);
+  const auto& properties = database.fileParts().customProperties;
+  if (out.version() < GcDb::kDHL_AC1018) {
+    for (const GcDbCustomProperty& property : properties)
+      notes.ofDrawing(GcDbSaveAction::LeftOut, "property of the drawing: " + toUtf8(view(property.name)));
+  } else {
+    for (const GcDbCustomProperty& property : properties) {
       tags.writeString(9, "$CUSTOMPROPERTYTAG");
       out.putText(1, view(property.name));
       tags.writeString(9, "$CUSTOMPROPERTY");

@@ -2,14 +2,21 @@
 #pragma once
 
 #include "host/dxf/write/group_writer.h"
+#include "host/dxf/write/save_notes.h"
 
 class GcDbDatabase;
 
 namespace gc::dxf {
 
 // The variables in the order they came in, those the database keeps itself with their present values, those the
-// version does not know left out. `codePage`: the name written.
-void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* codePage);
+// version does not know left out and told. `codePage`: the name written.
+void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* codePage, SaveNotes& notes);
+
+// The code page of the text as $DWGCODEPAGE has it: as the drawing's file spelt it, when it is still the same page.
+[[nodiscard]] std::string codePageNameFor(const GcDbDatabase& database, const DrawingText& text);
+
+// Writes the present value of a variable that the database keeps itself; false when `name` is none of them.
+bool putKeptVariable(GroupWriter& out, const GcDbDatabase& database, GcView name, const char* codePage);
 
 // The version (GcDb::GcDbDwgVersion) that first has a header variable; the oldest for unknown names.
 [[nodiscard]] int variableSince(GcView name);

@@ -11,6 +11,8 @@
 #include "host/dxf/write/class_writer.h"
 #include "host/dxf/write/header_writer.h"
 #include "host/dxf/write/object_writer.h"
+#include "host/dxf/write/r12/r12_file.h"
+#include "host/dxf/write/save_notes.h"
 
 namespace gc::dxf {
 namespace {
@@ -24,15 +26,38 @@ constexpr GcView kPaperSpace = GC_T("*Paper_Space");
 
 bool isWritten(GcDbObjectId id) { return id.isValid() && !id.isErased(); }
 
+// Sequences of parts that lack their end get one before $HANDSEED is written.
+void completeSequences(GcDbDatabase& database) {
+  std::vector<GcDbEntity*> incomplete;
+  database.store().forEach([&](GcDbStub* stub) {
+    if (!stub->object || stub->erased || !stub->object->extra()) return;
+    const GcDbObjectExtra& extra = *stub->object->extra();
+    if (!extra.parts.isEmpty() && !isWritten(extra.sequenceEnd)) {
+      if (auto* entity = GcDbEntity::cast(stub->object)) incomplete.push_back(entity);
+    }
+  });
+  for (GcDbEntity* entity : incomplete) {
+    auto* sequenceEnd = new GcDbSequenceEnd;
+    ignore(sequenceEnd->setLayer(entity->layerId()));
+    GcDbObjectId id;
+    ignore(database.addGcDbObject(id, sequenceEnd, entity->objectId()));
+    ignore(sequenceEnd->close());
+    entity->needExtra().sequenceEnd = id;
+  }
+}
+
 class FileWriter {
  public:
-  FileWriter(GcDbDatabase& database, TagWriter& tags, const DrawingText& text, int version)
-      : m_database(database), m_codePage(codePageName(text.page())), m_out(tags, text, version), m_objects(m_out) {}
+  FileWriter(GcDbDatabase& database, TagWriter& tags, const DrawingText& text, int version, GcDbSaveReport* report)
+      : m_database(database),
+        m_codePage(codePageNameFor(database, text)),
+        m_out(tags, text, version),
+        m_objects(m_out),
+        m_notes(report, version) {}
 
   void run() {
-    completeSequences();
     for (const GcString& comment : m_database.fileParts().comments) m_out.putText(kCommentCode, view(comment));
-    writeHeader(m_out, m_database, m_codePage);
+    writeHeader(m_out, m_database, m_codePage.c_str(), m_notes);
     writeClasses(m_out, m_database);
     writeTables();
     writeBlocks();
@@ -40,6 +65,7 @@ class FileWriter {
     writeObjects();
     for (const GcDbFileSection& kept : m_database.fileParts().sections) writeSection(kept);
     m_out.tags().writeString(0, "EOF");
+    m_notes.finish();
   }
 
  private:
@@ -49,24 +75,9 @@ class FileWriter {
   }
   void end() { m_out.tags().writeString(0, "ENDSEC"); }
 
-  // Sequences of parts that lack their end get one before $HANDSEED is written.
-  void completeSequences() {
-    std::vector<GcDbEntity*> incomplete;
-    m_database.store().forEach([&](GcDbStub* stub) {
-      if (!stub->object || stub->erased || !stub->object->extra()) return;
-      const GcDbObjectExtra& extra = *stub->object->extra();
-      if (!extra.parts.isEmpty() && !isWritten(extra.sequenceEnd)) {
-        if (auto* entity = GcDbEntity::cast(stub->object)) incomplete.push_back(entity);
-      }
-    });
-    for (GcDbEntity* entity : incomplete) {
-      auto* sequenceEnd = new GcDbSequenceEnd;
-      ignore(sequenceEnd->setLayer(entity->layerId()));
-      GcDbObjectId id;
-      ignore(m_database.addGcDbObject(id, sequenceEnd, entity->objectId()));
-      ignore(sequenceEnd->close());
-      entity->needExtra().sequenceEnd = id;
-    }
+  void write(const GcDbObject& object) {
+    m_objects.write(object);
+    m_notes.look(object);
   }
 
   void writeTables() {
@@ -79,7 +90,7 @@ class FileWriter {
       const auto count = std::count_if(records.begin(), records.end(), isWritten);
       m_objects.writeTableHead(table, kTableNames[which], static_cast<int>(count));
       for (const GcDbObjectId record : records) {
-        if (isWritten(record)) m_objects.write(*record.stub()->object);
+        if (isWritten(record)) write(*record.stub()->object);
       }
       m_out.tags().writeString(0, "ENDTAB");
     }
@@ -100,6 +111,7 @@ class FileWriter {
     const auto* entity = GcDbEntity::cast(id.stub()->object);
     if (!entity) return;
     m_objects.writeEntity(*entity, block);
+    m_notes.look(*entity);
     const GcDbObjectExtra* extra = entity->extra();
     if (!extra || (extra->parts.isEmpty() && extra->sequenceEnd.isNull())) return;
     for (const GcDbObjectId part : extra->parts) writeEntityWithParts(part, block);
@@ -145,8 +157,8 @@ class FileWriter {
       if (!elsewhere && !typeOf(*stub->object).empty()) stubs.push_back(stub);
     });
     std::sort(stubs.begin(), stubs.end(), [](const GcDbStub* a, const GcDbStub* b) { return a->handle < b->handle; });
-    if (root && root->object) m_objects.write(*root->object);
-    for (const GcDbStub* stub : stubs) m_objects.write(*stub->object);
+    if (root && root->object) write(*root->object);
+    for (const GcDbStub* stub : stubs) write(*stub->object);
     end();
   }
 
@@ -161,9 +173,10 @@ class FileWriter {
   }
 
   GcDbDatabase& m_database;
-  const char* m_codePage;
+  std::string m_codePage;
   GroupWriter m_out;
   ObjectWriter m_objects;
+  SaveNotes m_notes;
 };
 
 class FileSink final : public ByteSink {
@@ -180,23 +193,32 @@ class FileSink final : public ByteSink {
   FileStatus m_status;
 };
 
-bool isSupported(int version) { return version >= GcDb::kDHL_AC1015 && version <= GcDb::kDHL_AC1032; }
-
 }  // namespace
 
+bool isWritable(GcDb::GcDbDwgVersion version) {
+  return version == GcDb::kDHL_AC1009 || (version >= GcDb::kDHL_AC1015 && version <= GcDb::kDHL_AC1032);
+}
+
 Gcad::ErrorStatus write(GcDbDatabase& database, ByteSink& sink, const WriteOptions& options) {
-  if (!isSupported(options.version)) return Gcad::eUnsupportedVersion;
+  if (!isWritable(options.version)) return Gcad::eUnsupportedVersion;
   CodePage page = codePageByName(view(database.fileParts().codePage));
   if (page == CodePage::Utf8 || page == CodePage::Utf16) page = CodePage::None;
   const DrawingText text(page, options.version >= GcDb::kDHL_AC1021);
-  TagWriter tags(sink, options.binary ? FileForm::Binary16 : FileForm::Ascii);
-  FileWriter(database, tags, text, options.version).run();
+  const bool isR12 = options.version < GcDb::kDHL_AC1012;
+  completeSequences(database);
+  const FileForm binary = isR12 ? FileForm::Binary8 : FileForm::Binary16;
+  TagWriter tags(sink, options.binary ? binary : FileForm::Ascii);
+  if (isR12) {
+    writeR12(database, tags, text, options.report);
+  } else {
+    FileWriter(database, tags, text, options.version, options.report).run();
+  }
   return tags.finish() ? Gcad::eOk : Gcad::eFileWriteError;
 }
 
 Gcad::ErrorStatus writeFile(GcDbDatabase& database, const std::string& path, const WriteOptions& options,
                             std::string& message) {
-  if (!isSupported(options.version)) return Gcad::eUnsupportedVersion;
+  if (!isWritable(options.version)) return Gcad::eUnsupportedVersion;
   AtomicFile file;
   FileStatus status = file.open(path, options.backup);
   if (status.ok()) {

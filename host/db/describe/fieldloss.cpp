@@ -1,0 +1,95 @@
+#include "host/db/describe/fieldloss.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "db/database.h"
+#include "db/entity.h"
+#include "host/db/describe/fieldio.h"
+
+namespace {
+
+bool isReference(const GcDbField& row) { return row.kind == Kind::Id && row.is >= Is::SoftPointer; }
+
+// A measured value follows from the points.
+bool isDerived(const GcDbField& row) { return std::string_view(row.name) == "measurement"; }
+
+// Markers, counts and repetitions say nothing of their own; a row that is never written cannot be lost.
+bool saysSomething(const GcDbField& row) {
+  return row.is != Is::Marker && row.is != Is::Count && !row.isEcho && row.write != Write::Never &&
+         row.write != Write::ListsOnly && row.at != nullptr && !isDerived(row);
+}
+
+bool isSame(const GcDbGroup& a, const GcDbGroup& b) {
+  return a.kind == b.kind && a.text == b.text && a.real == b.real && a.integer == b.integer && a.id == b.id &&
+         a.point.x == b.point.x && a.point.y == b.point.y && a.point.z == b.point.z &&
+         std::equal(a.bytes.begin(), a.bytes.end(), b.bytes.begin(), b.bytes.end());
+}
+
+GcDbGroup valueOf(const GcDbField& row, const void* record) {
+  return row.get != nullptr ? row.get(record) : gcdbGetValue(row, row.value(record), nullptr);
+}
+
+bool hasYoungRow(const GcDbField& array, int version) {
+  return std::any_of(array.rows, array.rows + array.rowCount,
+                     [&](const GcDbField& row) { return row.since > version && saysSomething(row); });
+}
+
+bool isCommon(const GcDbField* row) {
+  return row >= GcDbEntity::kFields && row < GcDbEntity::kFields + GcDbEntity::kFieldCount;
+}
+
+void append(std::string& names, const GcDbField& row) {
+  const std::string name = std::string(row.name) + (row.code >= 0 ? " (" + std::to_string(row.code) + ")" : "");
+  if (names.find(name) == std::string::npos) names += (names.empty() ? "" : ", ") + name;
+}
+
+}  // namespace
+
+GcDbLossFinder::GcDbLossFinder(int version, GcDbLossOf what) : m_version(version), m_what(what) {}
+GcDbLossFinder::~GcDbLossFinder() = default;
+
+const GcDbLossFinder::Kind& GcDbLossFinder::kindOf(const GcDbObject& object) {
+  const auto [at, isNew] = m_kinds.try_emplace(object.isA());
+  Kind& kind = at->second;
+  const GcDbClassInfo* info = gcdbInfoOf(object);
+  if (!isNew || info == nullptr) return kind;
+  for (int i = 0; i < info->rowCount; ++i) {
+    const GcDbField& row = *info->rows[i];
+    const bool counts = saysSomething(row) && !(m_what == GcDbLossOf::ValuesOnly && isReference(row));
+    if (counts && isYoung(row)) kind.young.push_back(&row);
+    if (!isYoung(row) && row.kind == ::Kind::Records && row.rows != nullptr && hasYoungRow(row, m_version))
+      kind.arrays.push_back(&row);
+  }
+  if (!kind.young.empty()) kind.fresh.reset(GcDbObject::cast(object.isA()->create()));
+  return kind;
+}
+
+bool GcDbLossFinder::isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const {
+  if (!row.applies(&object) || (row.inFiles != nullptr && !row.inFiles(&object))) return false;
+  if (row.kind == ::Kind::Records) return row.records->size(row.at(const_cast<GcDbObject*>(&object))) != 0;
+  if (row.isDefault(&object)) return false;
+  if (row.kind == ::Kind::Groups || row.kind == ::Kind::Bytes) return true;
+  return row.inExtra || !row.applies(&fresh) || !isSame(valueOf(row, &object), valueOf(row, &fresh));
+}
+
+std::string GcDbLossFinder::find(const GcDbObject& object, bool commonOnly) {
+  const Kind& kind = kindOf(object);
+  std::string names;
+  for (const GcDbField* row : kind.young)
+    if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh)) append(names, *row);
+  if (commonOnly) return names;
+  for (const GcDbField* array : kind.arrays) {
+    if (!array->applies(&object)) continue;
+    void* member = array->at(const_cast<GcDbObject*>(&object));
+    const int size = array->records->size(member);
+    for (int i = 0; i < size; ++i) {
+      const void* element = array->records->at(member, i);
+      for (int r = 0; r < array->rowCount; ++r) {
+        const GcDbField& row = array->rows[r];
+        if (isYoung(row) && saysSomething(row) && row.applies(element) && !row.isDefault(element)) append(names, row);
+      }
+    }
+  }
+  return names;
+}

@@ -1,0 +1,134 @@
+#include "host/dxf/write/save_notes.h"
+
+#include "db/database.h"
+#include "db/entity.h"
+#include "host/dxf/write/object_writer.h"
+#include "host/rx/text/number.h"
+
+namespace gc::dxf {
+namespace {
+
+struct Since {
+  const GCHAR* dxfName;
+  int version;
+};
+
+// Classes that are younger than R2000. Source: the published references of the versions.
+constexpr Since kYoungClasses[] = {
+    {GC_T("ARC_DIMENSION"), GcDb::kDHL_AC1018},
+    {GC_T("LARGE_RADIAL_DIMENSION"), GcDb::kDHL_AC1018},
+    {GC_T("ACAD_TABLE"), GcDb::kDHL_AC1018},
+    {GC_T("TABLESTYLE"), GcDb::kDHL_AC1018},
+    {GC_T("TABLECONTENT"), GcDb::kDHL_AC1021},
+    {GC_T("TABLEGEOMETRY"), GcDb::kDHL_AC1021},
+    {GC_T("CELLSTYLEMAP"), GcDb::kDHL_AC1021},
+    {GC_T("FIELD"), GcDb::kDHL_AC1018},
+    {GC_T("FIELDLIST"), GcDb::kDHL_AC1018},
+    {GC_T("SCALE"), GcDb::kDHL_AC1021},
+    {GC_T("MATERIAL"), GcDb::kDHL_AC1021},
+    {GC_T("VISUALSTYLE"), GcDb::kDHL_AC1021},
+    {GC_T("MULTILEADER"), GcDb::kDHL_AC1021},
+    {GC_T("MLEADERSTYLE"), GcDb::kDHL_AC1021},
+    {GC_T("HELIX"), GcDb::kDHL_AC1021},
+    {GC_T("LIGHT"), GcDb::kDHL_AC1021},
+    {GC_T("SUN"), GcDb::kDHL_AC1021},
+    {GC_T("CAMERA"), GcDb::kDHL_AC1021},
+    {GC_T("SECTIONOBJECT"), GcDb::kDHL_AC1021},
+    {GC_T("SECTION"), GcDb::kDHL_AC1021},
+    {GC_T("SURFACE"), GcDb::kDHL_AC1021},
+    {GC_T("PLANESURFACE"), GcDb::kDHL_AC1021},
+    {GC_T("EXTRUDEDSURFACE"), GcDb::kDHL_AC1021},
+    {GC_T("LOFTEDSURFACE"), GcDb::kDHL_AC1021},
+    {GC_T("REVOLVEDSURFACE"), GcDb::kDHL_AC1021},
+    {GC_T("SWEPTSURFACE"), GcDb::kDHL_AC1021},
+    {GC_T("DWFUNDERLAY"), GcDb::kDHL_AC1021},
+    {GC_T("DWFDEFINITION"), GcDb::kDHL_AC1021},
+    {GC_T("DGNUNDERLAY"), GcDb::kDHL_AC1021},
+    {GC_T("DGNDEFINITION"), GcDb::kDHL_AC1021},
+    {GC_T("PDFUNDERLAY"), GcDb::kDHL_AC1024},
+    {GC_T("PDFDEFINITION"), GcDb::kDHL_AC1024},
+    {GC_T("MESH"), GcDb::kDHL_AC1024},
+    {GC_T("NURBSURFACE"), GcDb::kDHL_AC1024},
+    {GC_T("GEODATA"), GcDb::kDHL_AC1024},
+    {GC_T("ACDBDETAILVIEWSTYLE"), GcDb::kDHL_AC1027},
+    {GC_T("ACDBSECTIONVIEWSTYLE"), GcDb::kDHL_AC1027},
+    {GC_T("ACDBPOINTCLOUDEX"), GcDb::kDHL_AC1027},
+};
+
+}  // namespace
+
+const char* releaseName(int version) {
+  switch (version) {
+    case GcDb::kDHL_AC1009: return "R12";
+    case GcDb::kDHL_AC1012: return "R13";
+    case GcDb::kDHL_AC1014: return "R14";
+    case GcDb::kDHL_AC1015: return "R2000";
+    case GcDb::kDHL_AC1018: return "R2004";
+    case GcDb::kDHL_AC1021: return "R2007";
+    case GcDb::kDHL_AC1024: return "R2010";
+    case GcDb::kDHL_AC1027: return "R2013";
+    default: return "R2018";
+  }
+}
+
+int classSince(GcView dxfName) {
+  for (const Since& row : kYoungClasses) {
+    if (dxfName == GcView(row.dxfName)) return row.version;
+  }
+  return 0;
+}
+
+SaveNotes::SaveNotes(GcDbSaveReport* report, int version) : m_report(report), m_version(version) {
+  const bool mayLose = report && version < GcDb::kDHL_Current;
+  const bool hasObjects = version >= GcDb::kDHL_AC1012;  // before, those that are referred to are told themselves
+  if (mayLose)
+    m_losses = std::make_unique<GcDbLossFinder>(version, hasObjects ? GcDbLossOf::Everything : GcDbLossOf::ValuesOnly);
+}
+
+void SaveNotes::add(GcDbSaveAction action, const GcDbObject& object, const std::string& text) {
+  if (m_report) m_report->add({action, object.handle(), toUtf8(typeOf(object)), text});
+}
+
+void SaveNotes::ofDrawing(GcDbSaveAction action, const std::string& text) {
+  if (m_report) m_report->add({action, 0, {}, text});
+}
+
+void SaveNotes::tellLost(const GcDbObject& object, const std::string& lost) {
+  if (!lost.empty()) mapped(object, std::string(releaseName(m_version)) + " has no " + lost);
+}
+
+void SaveNotes::lookAtCommon(const GcDbObject& entity) {
+  if (m_losses) tellLost(entity, m_losses->findCommon(entity));
+}
+
+void SaveNotes::look(const GcDbObject& object) {
+  if (!m_losses) return;
+  tellLost(object, m_losses->find(object));
+  if (m_version < GcDb::kDHL_AC1012 || classSince(typeOf(object)) <= m_version) return;
+  const std::string text = std::string("younger than ") + releaseName(m_version) +
+                           ": kept as an object of its class, which programs of that version do not show";
+  if (GcDbEntity::cast(&object)) {
+    mapped(object, text);
+  } else {
+    together(GcDbSaveAction::Mapped, object, text);
+  }
+}
+
+void SaveNotes::together(GcDbSaveAction action, const GcDbObject& object, const std::string& text) {
+  if (!m_report) return;
+  Group& group = m_groups[{toUtf8(typeOf(object)), text}];
+  group.action = action;
+  group.only = object.handle();
+  group.handles += (group.count++ == 0 ? "" : ", ") + hexText(object.handle());
+}
+
+void SaveNotes::finish() {
+  for (const auto& [key, group] : m_groups) {
+    const bool isOne = group.count == 1;
+    m_report->add(
+        {group.action, isOne ? group.only : 0, key.first, isOne ? key.second : key.second + ": " + group.handles});
+  }
+  m_groups.clear();
+}
+
+}  // namespace gc::dxf

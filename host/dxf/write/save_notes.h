@@ -1,0 +1,57 @@
+// What a writer tells of the things its version cannot say.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "db/object.h"
+#include "host/db/core/savereport.h"
+#include "host/db/describe/fieldloss.h"
+#include "host/rx/view.h"
+
+namespace gc::dxf {
+
+class SaveNotes {
+ public:
+  // `report` null: nothing is looked for.
+  SaveNotes(GcDbSaveReport* report, int version);
+
+  [[nodiscard]] bool isWanted() const { return m_report != nullptr; }
+
+  void mapped(const GcDbObject& object, const std::string& text) { add(GcDbSaveAction::Mapped, object, text); }
+  void leftOut(const GcDbObject& object, const std::string& text) { add(GcDbSaveAction::LeftOut, object, text); }
+  // Of the drawing, not of one object.
+  void ofDrawing(GcDbSaveAction action, const std::string& text);
+
+  // Fields of the object that the version lacks, and a class that is younger than the version.
+  void look(const GcDbObject& object);
+  // Of an entity that is replaced by others: the fields that all entities have.
+  void lookAtCommon(const GcDbObject& entity);
+  // Objects that come in dozens and say the same: told together by finish(), a line for each kind and text.
+  void together(GcDbSaveAction action, const GcDbObject& object, const std::string& text);
+  void finish();
+
+ private:
+  void add(GcDbSaveAction action, const GcDbObject& object, const std::string& text);
+  void tellLost(const GcDbObject& object, const std::string& lost);
+
+  GcDbSaveReport* m_report;
+  int m_version;
+  std::unique_ptr<GcDbLossFinder> m_losses;
+  struct Group {
+    GcDbSaveAction action;
+    std::string handles;
+    std::uint64_t only = 0;  // the handle when there is one
+    int count = 0;
+  };
+  std::map<std::pair<std::string, std::string>, Group> m_groups;  // by type and text
+};
+
+// "R12", "R2000" ... of a GcDb::GcDbDwgVersion.
+[[nodiscard]] const char* releaseName(int version);
+
+// The version that first has objects of the DXF name; the oldest for names nobody knows.
+[[nodiscard]] int classSince(GcView dxfName);
+
+}  // namespace gc::dxf
