@@ -48,6 +48,7 @@ void addSessionOptions(CLI::App& app, RunOptions& run) {
   app.add_option("--memory-limit", run.memoryLimitMB, "Megabytes after which the program ends (exit code 7)")
       ->type_name("MB")
       ->check(CLI::PositiveNumber);
+  app.add_flag("--allow-programs", run.allowPrograms, "Scripts may start other programs (startapp)");
   app.add_flag("--json", run.json, "A report as one line of JSON on standard error");
 }
 

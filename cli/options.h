@@ -35,6 +35,7 @@ struct RunOptions {
   double timeLimitS = 0;     // 0: none
   double memoryLimitMB = 0;  // 0: none
   bool json = false;
+  bool allowPrograms = false;  // startapp
 };
 
 struct InfoOptions {

@@ -5,6 +5,7 @@
 #include "cli/inputfile.h"
 #include "db/groupdata.h"
 #include "host/ap/paths.h"
+#include "host/ap/process.h"
 #include "host/ap/profile.h"
 #include "host/db/core/undo.h"
 #include "host/rx/text/utf.h"
@@ -28,6 +29,7 @@ Session::Session(Terminal& terminal, const RunOptions& options) : m_terminal(ter
   if (options.hasLogLevel) ap::setProfileEntry(GC_T("VRK_LOG_LEVEL"), gc::fromUtf8(std::to_string(options.logLevel)));
   for (const std::string& name : options.withoutClasses) gcdbLeaveClassOut(gc::fromUtf8(name).c_str());
   if (!options.profile.empty()) ap::setProfileEntry(GC_T("CPROFILE"), gc::fromUtf8(options.profile));
+  ap::allowStartingPrograms(options.allowPrograms);
   ap::setOutput(this);
   m_linker = std::make_unique<ap::DynamicLinker>();
   m_fitter = std::make_unique<lisplib::LispFitter>(limitsOf(options));

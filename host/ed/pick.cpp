@@ -54,26 +54,39 @@ bool passes(const Stroke& stroke, const GcGeMatrix3d& toDisplay, Flat at, double
   return stroke.filled && contains(points);
 }
 
-}  // namespace
-
-GcDbObjectId entityAt(Editor& editor, const GcGePoint3d& user) {
+// Entities within the reach, newest first, until `most` are found.
+std::vector<GcDbObjectId> find(Editor& editor, const GcGePoint3d& user, int pixels, size_t most) {
+  std::vector<GcDbObjectId> found;
   const GcGeMatrix3d toDisplay = displayToWorld(editor).inverse();
   const Flat at = flat(toDisplay, ucsToWorld(editor) * user);
   const double pixel = editor.view().height / kScreenPixels;
-  const double reach = std::max(integerVariable(editor, "PICKBOX"), 1) * pixel;
+  const double reach = std::max(pixels, 1) * pixel;
   GcDbBlockTableRecord* space = nullptr;
-  if (gcdbOpenObject(space, editor.currentSpace(), GcDb::kForRead) != Gcad::eOk) return {};
-  GcDbObjectId found;
+  if (gcdbOpenObject(space, editor.currentSpace(), GcDb::kForRead) != Gcad::eOk) return found;
   const GcDbObjectIdArray& ids = space->entities();
-  for (int i = ids.length(); i-- > 0 && found.isNull();) {
+  for (int i = ids.length(); i-- > 0 && found.size() < most;) {
     GcDbEntity* entity = nullptr;
     if (gcdbOpenObject(entity, ids[i], GcDb::kForRead) != Gcad::eOk) continue;
-    for (const Stroke& stroke : strokesOf(*entity, pixel))
-      if (passes(stroke, toDisplay, at, reach)) found = ids[i];
+    for (const Stroke& stroke : strokesOf(*entity, pixel)) {
+      if (!passes(stroke, toDisplay, at, reach)) continue;
+      found.push_back(ids[i]);
+      break;
+    }
     ignore(entity->close());
   }
   ignore(space->close());
   return found;
+}
+
+}  // namespace
+
+GcDbObjectId entityAt(Editor& editor, const GcGePoint3d& user) {
+  const std::vector<GcDbObjectId> found = find(editor, user, integerVariable(editor, "PICKBOX"), 1);
+  return found.empty() ? GcDbObjectId() : found.front();
+}
+
+std::vector<GcDbObjectId> entitiesAt(Editor& editor, const GcGePoint3d& user, int pixels) {
+  return find(editor, user, pixels, SIZE_MAX);
 }
 
 }  // namespace ed

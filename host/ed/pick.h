@@ -9,4 +9,7 @@ namespace ed {
 // the current view) of the point, user coordinates. Null when there is none.
 [[nodiscard]] GcDbObjectId entityAt(Editor& editor, const GcGePoint3d& user);
 
+// All entities of the current space that pass within that many pixels of the point, newest first.
+[[nodiscard]] std::vector<GcDbObjectId> entitiesAt(Editor& editor, const GcGePoint3d& user, int pixels);
+
 }  // namespace ed

@@ -39,9 +39,19 @@ Text findProgram(Vm& vm, TextView name) {
   return found;
 }
 
+// Programs that were compiled or scrambled by their makers have bytes near their start that no text has.
+bool isProtected(std::string_view bytes) {
+  for (const char c : bytes.substr(0, 512))
+    if (static_cast<unsigned char>(c) < 32 && c != '\t' && c != '\n' && c != '\r' && c != '\f' && c != '\x1A')
+      return true;
+  return false;
+}
+
 LispValue openJob(Vm& vm, const Text& path) {
   std::string bytes;
   if (!files::readWhole(path, bytes)) return LispValue::nil();
+  if (isProtected(bytes))
+    fail("protected files cannot be loaded: " + toUtf8(files::baseOf(path) + files::extensionOf(path)));
   Text text = isValidUtf8(bytes) ? decodeSource(bytes) : vm.environment().decodeLegacy(bytes);
   auto* opaque = vm.heap().create<Opaque>(ObjectType::Opaque);
   opaque->kind = &kLoadJobType;

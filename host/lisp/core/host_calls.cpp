@@ -33,6 +33,7 @@ uint64_t HostCalls::selectionSetNumber(uint64_t handle) { return handle; }
 
 void HostCalls::releaseSelectionSet(uint64_t) {}
 
+const char* HostCalls::reasonUnavailable(TextView) { return ""; }
 void HostCalls::alert(TextView text) { write(Text(text) + GC_T("\n")); }
 
 void HostCalls::diagnose(TextView text) { put(stderr, text); }

@@ -21,6 +21,8 @@ class HostCalls {
   // The number within <Selection set: ...>, and the end of the last reference to it.
   virtual uint64_t selectionSetNumber(uint64_t handle);
   virtual void releaseSelectionSet(uint64_t handle);
+  // Why a function of this name (upper case) cannot be had; the default knows no reason and gives an empty text.
+  virtual const char* reasonUnavailable(TextView name);
   // (alert text); the default writes the text and a newline.
   virtual void alert(TextView text);
   // Diagnostics that are no command line output; the default writes UTF-8 to the standard error.

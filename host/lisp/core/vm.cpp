@@ -155,6 +155,11 @@ LispValue Vm::applySpecial(const Subr& subr, const LispValue* arguments, uint32_
 void Vm::failNoFunction(const Symbol* symbol) {
   Text message = fromUtf8("no function definition: ");
   message.append(symbol->text());
+  if (const std::string_view reason = m_host.reasonUnavailable(symbol->text()); !reason.empty()) {
+    appendAscii(message, " (");
+    appendAscii(message, reason);
+    message.push_back(GC_T(')'));
+  }
   throw LispError(std::move(message));
 }
 

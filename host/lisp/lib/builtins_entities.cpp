@@ -113,6 +113,50 @@ LISP_BUILTIN("handent", "(handent handle) -> entity | nil", "The object of a han
   return nameOrNil(args.vm(), id);
 }
 
+namespace {
+
+// Bytes that extended data takes in a drawing, as its limit counts them: the applications' lists with their values.
+int32_t sizeOfValue(LispValue pair) {
+  if (!pair.isPair()) return 0;
+  const LispValue value = pair.tail();
+  if (value.isString()) return 4 + static_cast<int32_t>(value.asString()->view().size());
+  if (value.isReal()) return 2 + 8;
+  if (value.isInteger()) return 2 + (pair.head().isInteger() && pair.head().asInteger() == 1071 ? 4 : 2);
+  return value.isPair() ? 2 + 3 * 8 : 2 + 8;
+}
+
+int32_t sizeOfXData(LispValue applications) {
+  int32_t size = 0;
+  if (applications.isPair() && applications.head().isInteger()) applications = applications.tail();
+  for (; applications.isPair(); applications = applications.tail()) {
+    size += 2 + 8;  // the application
+    LispValue values = applications.head();
+    for (values = values.isPair() ? values.tail() : LispValue::nil(); values.isPair(); values = values.tail())
+      size += sizeOfValue(values.head());
+  }
+  return size;
+}
+
+constexpr int32_t kXDataLimit = 16383;
+
+}  // namespace
+
+LISP_BUILTIN("xdsize", "(xdsize list) -> integer",
+             "Bytes that extended data takes, as the limit of 16383 counts them.") {
+  return LispValue::integer(sizeOfXData(args.list()));
+}
+
+LISP_BUILTIN("xdroom", "(xdroom entity) -> integer | nil", "Bytes left for extended data of an entity.") {
+  const GcDbObjectId id = entityArgument(args);
+  const Applications all(args.cons(args.newString(std::string_view("*")), LispValue::nil()));
+  lisplib::GroupValues values(args.vm());
+  if (!gcdbEntityList(id, &all, values)) return LispValue::nil();
+  for (LispValue rest = values.list(); rest.isPair(); rest = rest.tail())
+    if (rest.head().isPair() && rest.head().head().isInteger() && rest.head().head().asInteger() == -3)
+      return LispValue::integer(kXDataLimit - sizeOfXData(rest.head()));
+  return LispValue::integer(kXDataLimit);
+}
+
 LISP_BUILTIN("regapp", "(regapp name) -> name | nil",
              "Registers an application for extended data; nil when it is registered.") {
   const LispValue name = args.stringValue();

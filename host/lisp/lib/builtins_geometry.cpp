@@ -1,4 +1,5 @@
 // Coordinate systems and geometry of the drawing.
+#include "host/ed/snap.h"
 #include "host/ed/systems.h"
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/lib/drawinghost.h"
@@ -38,5 +39,16 @@ LISP_BUILTIN("trans", "(trans point from to [displacement]) -> point",
   const GcGeMatrix3d to = systemArgument(args);
   const GcGePoint3d moved = ed::transformed({at[0], at[1], at[2]}, from, to, args.moreNotNil());
   const double result[] = {moved.x, moved.y, moved.z};
+  return args.newPoint(result, 3);
+}
+
+LISP_BUILTIN("osnap", "(osnap point modes) -> point | nil",
+             "The point that object snap finds near a point: \"_end,_mid,_cen,_nod,_qua,_int,_ins,_per,_tan,_nea\".") {
+  double at[3];
+  args.point(at);
+  GcGePoint3d snapped;
+  if (!ed::snapPoint(hostOf(args.vm()).editor(), {at[0], at[1], at[2]}, args.string(), snapped))
+    return LispValue::nil();
+  const double result[] = {snapped.x, snapped.y, snapped.z};
   return args.newPoint(result, 3);
 }

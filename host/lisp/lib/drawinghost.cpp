@@ -7,6 +7,7 @@
 #include "host/ap/output.h"
 #include "host/db/core/store.h"
 #include "host/lisp/lib/names.h"
+#include "host/lisp/lib/unavailable.h"
 
 namespace lisplib {
 
@@ -77,6 +78,8 @@ void DrawingHost::formatEntityName(uint64_t id, lisp::Text& out) {
 }
 
 void DrawingHost::releaseSelectionSet(uint64_t handle) { m_editor.sets().release(handle); }
+
+const char* DrawingHost::reasonUnavailable(lisp::TextView name) { return lisplib::reasonUnavailable(name); }
 
 void DrawingHost::alert(lisp::TextView text) { ap::print(lisp::Text(text) + GC_T("\n")); }
 

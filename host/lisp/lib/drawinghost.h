@@ -66,6 +66,7 @@ class DrawingHost : public lisp::HostCalls {
   lisp::LispValue callExternal(int code, lisp::Args& args) override;
   void formatEntityName(uint64_t id, lisp::Text& out) override;
   void releaseSelectionSet(uint64_t handle) override;
+  const char* reasonUnavailable(lisp::TextView name) override;
   void alert(lisp::TextView text) override;
 
  private:
