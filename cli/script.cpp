@@ -40,15 +40,17 @@ lisp::EvalResult evaluate(Session& session, const Source& source, std::string_vi
 
 }  // namespace
 
-BetweenForms::BetweenForms(Session& session) : m_session(session) { session.commandLine().beginGroup(); }
-BetweenForms::~BetweenForms() { m_session.commandLine().endGroup(); }
+BetweenForms::BetweenForms(Session& session)
+    : m_session(session), m_line(session.commandLine()), m_lisp(session.lisp()) {
+  m_line.beginGroup();
+}
+BetweenForms::~BetweenForms() { m_line.endGroup(); }
 
 bool BetweenForms::formDone(lisp::LispValue) {
-  ed::CommandLine& line = m_session.commandLine();
-  line.endGroup();
+  m_line.endGroup();
   m_session.runQueued();
-  line.beginGroup();
-  m_session.lisp().flush();
+  m_line.beginGroup();
+  m_lisp.flush();
   m_session.terminal().flush();
   return true;
 }

@@ -22,6 +22,9 @@ class BetweenForms final : public lisp::FormObserver {
 
  private:
   Session& m_session;
+  // Of the document the forms belong to; one of them may open another.
+  ed::CommandLine& m_line;
+  lisp::Interpreter& m_lisp;
 };
 
 // The back trace of an error: "file:line: function", innermost first.

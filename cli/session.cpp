@@ -30,6 +30,7 @@ Session::Session(Terminal& terminal, const RunOptions& options) : m_terminal(ter
   for (const std::string& name : options.withoutClasses) gcdbLeaveClassOut(gc::fromUtf8(name).c_str());
   if (!options.profile.empty()) ap::setProfileEntry(GC_T("CPROFILE"), gc::fromUtf8(options.profile));
   ap::allowStartingPrograms(options.allowPrograms);
+  ap::setDryRun(options.dryRun);
   ap::setOutput(this);
   m_linker = std::make_unique<ap::DynamicLinker>();
   m_fitter = std::make_unique<lisplib::LispFitter>(limitsOf(options));

@@ -15,11 +15,14 @@ namespace ap {
 namespace {
 
 bool g_allowed = false;
+bool g_dryRun = false;
 
 }  // namespace
 
 void allowStartingPrograms(bool allowed) { g_allowed = allowed; }
 bool mayStartPrograms() { return g_allowed; }
+void setDryRun(bool dry) { g_dryRun = dry; }
+bool isDryRun() { return g_dryRun; }
 
 #ifdef _WIN32
 

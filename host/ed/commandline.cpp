@@ -65,6 +65,7 @@ FeedStatus CommandLine::start(GcView typed) {
   if (command == nullptr) {
     ap::LispSpace* lisp = m_editor.document().lisp();
     if (lisp != nullptr && lisp->runCommand(name)) return FeedStatus::Done;
+    if (VariableValue value; getVariable(m_editor, name, value)) return startVariable(name);
     ap::print(GC_T("\nUnknown command \"") + upperText(name) + GC_T("\".\n"));
     return FeedStatus::Unknown;
   }
@@ -74,6 +75,12 @@ FeedStatus CommandLine::start(GcView typed) {
   m_running.back()->start();
   if (m_running.back()->done()) finish();
   return FeedStatus::Done;
+}
+
+// The name of a variable, typed as a command, asks for its value.
+FeedStatus CommandLine::startVariable(GcView name) {
+  const FeedStatus status = start(GC_T("SETVAR"));
+  return status == FeedStatus::Done ? feed(InputItem::ofText(name)) : status;
 }
 
 void CommandLine::finish() {

@@ -57,6 +57,7 @@ class CommandLine {
 
  private:
   FeedStatus start(GcView typed);
+  FeedStatus startVariable(GcView name);
   void finish();
   void closeGroups();
   void openGroups();

@@ -17,6 +17,15 @@ std::span<const Command> layerCommands();
 std::span<const Command> viewCommands();
 std::span<const Command> ucsCommands();
 std::span<const Command> undoCommands();
+std::span<const Command> dimensionCommands();
+std::span<const Command> hatchCommands();
+std::span<const Command> polylineEditCommands();
+std::span<const Command> modifyCommands();
+std::span<const Command> arrayCommands();
+std::span<const Command> drawingFileCommands();
+std::span<const Command> recordCommands();
+std::span<const Command> inquiryCommands();
+std::span<const Command> annotationCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

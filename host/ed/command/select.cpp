@@ -76,7 +76,9 @@ Ids worded(Editor& editor, const Answer& answer) {
 
 }  // namespace
 
-Task<Ids> selectObjects(CommandInput& in, const char* prompt) {
+namespace {
+
+Task<Ids> select(CommandInput& in, const char* prompt, bool once) {
   Editor& editor = in.editor();
   Chosen chosen(editor);
   for (;;) {
@@ -85,6 +87,7 @@ Task<Ids> selectObjects(CommandInput& in, const char* prompt) {
     Region::Kind kind{};
     if (answer.kind == Answer::Kind::Objects) {
       chosen.apply(answer.objects);
+      if (once) break;
     } else if (answer.isPoint()) {
       const GcDbObjectId picked = entityAt(editor, answer.point);
       if (!picked.isNull()) {
@@ -111,6 +114,16 @@ Task<Ids> selectObjects(CommandInput& in, const char* prompt) {
     editor.sets().release(number);
   }
   co_return chosen.ids();
+}
+
+}  // namespace
+
+Task<Ids> selectObjects(CommandInput& in, const char* prompt) { co_return co_await select(in, prompt, false); }
+
+// Deliberate: programs write (command "_.EXPLODE" e) without an Enter behind it, and count on it.
+Task<Ids> selectOnce(CommandInput& in, const char* prompt) {
+  const bool once = (integerVariable(in.editor(), "QAFLAGS") & 1) == 0;
+  co_return co_await select(in, prompt, once);
 }
 
 }  // namespace ed

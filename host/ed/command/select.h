@@ -9,4 +9,8 @@ namespace ed {
 // Add, Remove, Group, SIngle … until Enter. Locked layers are kept out. The result becomes the previous set.
 Task<std::vector<GcDbObjectId>> selectObjects(CommandInput& in, const char* prompt = "\nSelect objects: ");
 
+// The same for the commands that end with the first entity or set a program gives them, without an Enter, unless
+// QAFLAGS has bit 1. A person's selection goes on until Enter.
+Task<std::vector<GcDbObjectId>> selectOnce(CommandInput& in, const char* prompt = "\nSelect objects: ");
+
 }  // namespace ed

@@ -183,7 +183,7 @@ Task<bool> insert(CommandInput& in) {
 }
 
 Task<bool> explode(CommandInput& in) {
-  const std::vector<GcDbObjectId> ids = co_await selectObjects(in);
+  const std::vector<GcDbObjectId> ids = co_await selectOnce(in);
   co_return explodeEntities(in.editor(), ids);
 }
 
