@@ -1,6 +1,8 @@
 // DWG as one of the formats of drawing files.
 #include "host/db/core/fileformats.h"
+#include "host/db/core/rawbits.h"
 #include "host/dwg/file/dwgfile.h"
+#include "host/dwg/record/recordcodec.h"
 
 namespace gc::dwg {
 namespace {
@@ -14,6 +16,7 @@ bool writes(GcDb::GcDbDwgVersion version) { return isWritable(version); }
 
 constexpr GcDbFileFormat kFormat{"dwg", isDwg, read, save, writes};
 const GcDbFileFormatEntry kEntry(kFormat);
+const bool kReadsBits = (gcdbSetRawBitsReader(readKeptBits), true);
 
 }  // namespace
 }  // namespace gc::dwg

@@ -7,6 +7,7 @@
 #include "db/zombie.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/groupfiler.h"
+#include "host/db/core/rawbits.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/objects/zombiedata.h"
@@ -68,14 +69,33 @@ bool exchange(GcDbStub* stub, GcDbObject* fresh, const Fill& fill) {
 // A status that means the object was read to its end.
 bool isComplete(Gcad::ErrorStatus status) { return status == Gcad::eOk || status == Gcad::eEndOfFile; }
 
-void wake(GcDbStub* stub, GcDbZombieData& data) {
+GcDbRawBitsReader& bitsReader() {
+  static GcDbRawBitsReader reader = nullptr;
+  return reader;
+}
+
+bool hasBits(const GcDbZombieData& data) { return data.version != 0; }
+
+// Whether what the zombie kept can be read by the class now. Classes the host describes itself read groups when they are
+// loaded; a proxy may have kept the bits of one all the same.
+bool isAwaited(const GcDbZombieData& data, const GcRxClass& descriptor) {
+  if (hasBits(data)) return bitsReader() != nullptr && data.recordType == 0;
+  return descriptor.info() == nullptr && !data.groups.isEmpty();
+}
+
+void wake(GcDbStub* stub, const GcDbZombieData& data) {
   const GcRxClass* descriptor = gcrxFindGcRxClassByDxf(data.dxfName.c_str());
-  // Classes the host describes itself are read by their rows; only those that file themselves are waited for.
-  if (descriptor == nullptr || descriptor->info() != nullptr || data.groups.isEmpty()) return;
+  if (descriptor == nullptr || !isAwaited(data, *descriptor)) return;
   auto* fresh = static_cast<GcDbObject*>(descriptor->create());
   if (fresh == nullptr) return;
-  GcDbGroupList groups = data.groups;
+  if (fresh->isKindOf(GcDbEntity::desc()) != stub->object->isKindOf(GcDbEntity::desc())) {
+    delete fresh;
+    return;
+  }
+  const GcDbZombieData kept = data;
   exchange(stub, fresh, [&](GcDbObject&, GcDbObject& live) {
+    if (hasBits(kept)) return bitsReader()(kept, live);
+    GcDbGroupList groups = kept.groups;
     GcDbGroupFiler filer(groups);
     return isComplete(live.dxfInFields(&filer));
   });
@@ -122,6 +142,8 @@ class ClassWatcher final : public GcRxClassWatcher {
 };
 
 }  // namespace
+
+void gcdbSetRawBitsReader(GcDbRawBitsReader reader) { bitsReader() = reader; }
 
 void gcdbWakeZombies(GcDbDatabase& database) {
   database.store().forEach([](GcDbStub* stub) {

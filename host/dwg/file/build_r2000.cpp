@@ -1,11 +1,11 @@
 // The flat file of AC1015: header with the places of the sections, settings, classes, records, object map, free space,
 // measurement, second header, preview.
+#include "host/db/core/dwgversion.h"
 #include "host/dwg/bits/bitwriter.h"
 #include "host/dwg/bits/crc.h"
 #include "host/dwg/file/bytewriter.h"
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/sectionframe.h"
-#include "host/dwg/record/versions.h"
 
 namespace gc::dwg {
 
@@ -63,7 +63,7 @@ class Builder {
     ByteWriter head;
     putVersion(head);
     head.u32(static_cast<uint32_t>(m_previewAt));
-    head.u8(static_cast<unsigned>(dwgNumberOfVersion(kR2000)));
+    head.u8(static_cast<unsigned>(gcdbDwgNumberOfVersion(kR2000)));
     head.u8(0);
     head.u16(static_cast<unsigned>(m_contents.codePageNumber));
     head.u32(kSectionCount);
@@ -88,7 +88,7 @@ class Builder {
     body.bytes(std::span<const uint8_t>(version.bytes).first(11));
     body.rc(0);  // maintenance release
     body.rc(1);
-    body.bs(dwgNumberOfVersion(kR2000));
+    body.bs(gcdbDwgNumberOfVersion(kR2000));
     body.rs(static_cast<unsigned>(m_contents.codePageNumber));
     body.bs(kSectionCount);
     for (int i = 0; i < kSectionCount; ++i) {

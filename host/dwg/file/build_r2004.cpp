@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/db/core/dwgversion.h"
 #include "host/db/core/fileparts.h"
 #include "host/dwg/bits/crc.h"
 #include "host/dwg/file/bytewriter.h"
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/lz.h"
 #include "host/dwg/file/pages_r2004.h"
-#include "host/dwg/record/versions.h"
 
 namespace gc::dwg {
 
@@ -264,7 +264,7 @@ class Builder {
   }
 
   void writePlainHeader() {
-    const auto number = static_cast<unsigned>(dwgNumberOfVersion(m_context.version));
+    const auto number = static_cast<unsigned>(gcdbDwgNumberOfVersion(m_context.version));
     ByteWriter head;
     head.append({reinterpret_cast<const uint8_t*>(versionText(m_context.version)), 6});
     head.zeros(5);

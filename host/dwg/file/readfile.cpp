@@ -2,6 +2,7 @@
 
 #include "host/db/core/fileparts.h"
 #include "host/db/core/header.h"
+#include "host/db/core/life.h"
 #include "host/db/core/store.h"
 #include "host/dwg/file/classsection.h"
 #include "host/dwg/file/dwgfile.h"
@@ -108,6 +109,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   keepOthers(sections, database);
   linkObjects(context, header, links, report);
   raiseHandseed(database, header.handseed);
+  gcdbWakeZombies(database);
   database.store().forEach([](GcDbStub* stub) {
     if (stub->object != nullptr) stub->object->subLoaded();
   });

@@ -1,13 +1,13 @@
 // Sections of fixed shape that hold no objects.
 #include <cmath>
 
+#include "host/db/core/dwgversion.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/header.h"
 #include "host/dwg/file/bytes.h"
 #include "host/dwg/file/bytewriter.h"
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/sectionframe.h"
-#include "host/dwg/record/versions.h"
 
 namespace gc::dwg {
 
@@ -87,7 +87,7 @@ std::vector<uint8_t> summarySection(const RecordContext& context) {
 }
 
 std::vector<uint8_t> auxiliarySection(const RecordContext& context, const FileContents& contents) {
-  const auto number = static_cast<unsigned>(dwgNumberOfVersion(context.version));
+  const auto number = static_cast<unsigned>(gcdbDwgNumberOfVersion(context.version));
   ByteWriter out;
   out.u8(0xFF);
   out.u8(0x77);

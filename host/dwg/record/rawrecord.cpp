@@ -1,9 +1,9 @@
 #include "host/dwg/record/rawrecord.h"
+#include "host/db/core/dwgversion.h"
 
 #include "db/zombie.h"
 #include "host/db/objects/zombiedata.h"
 #include "host/dwg/packing/groupbytes.h"
-#include "host/dwg/record/versions.h"
 
 namespace gc::dwg {
 
@@ -67,7 +67,7 @@ void putProxy(RecordOut& record, const GcDbZombieData& data, uint32_t classNumbe
   const bool fromGroups = data.version == 0;
   const int innerVersion = fromGroups ? record.version() : data.version;
   record.data.bl(static_cast<int32_t>(classNumber));
-  record.data.bl(dwgNumberOfVersion(innerVersion));
+  record.data.bl(gcdbDwgNumberOfVersion(innerVersion));
   if (record.version() >= kR2018) record.data.bl(0);  // maintenance release, in the number above before
   if (record.version() >= kR2000) record.data.b(fromGroups);
   if (!fromGroups) {
@@ -86,7 +86,7 @@ void putProxy(RecordOut& record, const GcDbZombieData& data, uint32_t classNumbe
 
 bool takeProxy(RecordIn& record, GcDbZombieData& data, uint32_t& classNumber) {
   classNumber = static_cast<uint32_t>(record.data.bl());
-  const int inner = versionOfDwgNumber(record.data.bl() & 0xFFFF);
+  const int inner = gcdbVersionOfDwgNumber(record.data.bl() & 0xFFFF);
   if (record.version() >= kR2018) record.data.bl();
   const bool fromGroups = record.version() >= kR2000 && record.data.b();
   if (record.failed() || (inner == 0 && !fromGroups)) return false;

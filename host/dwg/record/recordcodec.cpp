@@ -2,6 +2,7 @@
 
 #include "db/zombie.h"
 #include "host/db/core/extra.h"
+#include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
 #include "host/dwg/record/common.h"
@@ -190,6 +191,25 @@ ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uin
   ReadRecord raw = readRaw(context, body, handleBits, info);
   if (isKnown && raw.trouble.empty()) raw.trouble = "its fields do not end where its record ends: kept as it is";
   return raw;
+}
+
+bool readKeptBits(const GcDbZombieData& data, GcDbObject& object) {
+  GcDbDatabase* database = object.database();
+  if (database == nullptr || data.version == 0 || data.bitCount < 0) return false;
+  RecordContext context(*database);
+  context.version = data.version;
+  const CodePage page = codePageByName(view(database->fileParts().codePage));
+  context.text = DrawingText(page, false, Carets::Plain);
+  RecordIn record(context, object.handle());
+  const std::span<const uint8_t> bits(data.bits.begin(), static_cast<size_t>(data.bits.length()));
+  record.data = BitReader(bits);
+  splitStreams(record, bits, static_cast<uint64_t>(data.bitCount));
+  BitWriter references;
+  for (int i = 0; i < data.references.length(); ++i) references.h(data.referenceCodes[i], data.references[i].handle());
+  const uint64_t end = references.position();
+  const std::vector<uint8_t> kept = references.take();
+  record.handles = BitReader(kept, 0, end);
+  return !record.failed() && readFields(record, object);
 }
 
 WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const RecordLinks& links) {

@@ -12,6 +12,8 @@
 
 #include "host/dwg/record/recordio.h"
 
+struct GcDbZombieData;
+
 namespace gc::dwg {
 
 struct ReadRecord {
@@ -36,6 +38,10 @@ struct RecordHead {
   uint64_t handle = 0;
 };
 RecordHead headOfRecord(int version, std::span<const uint8_t> body);
+
+// The fields of an object from the bits a zombie kept of its record; the parts all objects have are not among them.
+// False when the bits do not end where the fields do. The codec gives this to the database when the program starts.
+bool readKeptBits(const GcDbZombieData& data, GcDbObject& object);
 
 struct WrittenRecord {
   std::vector<uint8_t> body;

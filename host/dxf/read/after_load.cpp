@@ -2,6 +2,7 @@
 
 #include "db/dimension.h"
 #include "host/db/core/extra.h"
+#include "host/db/core/life.h"
 #include "host/db/core/loader.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
@@ -148,6 +149,7 @@ void connectDimStyles(const LoadContext& context) {
 
 void afterLoad(const LoadContext& context) {
   if (context.version < GcDb::kDHL_AC1015) connectDimStyles(context);
+  if (context.hasUnwrapped) gcdbWakeZombies(context.database);
   endCycles(context);
   listDangling(context);
   context.database.store().forEach([](GcDbStub* stub) {

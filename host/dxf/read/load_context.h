@@ -16,6 +16,7 @@ struct LoadContext {
   TagReader& reader;
   DrawingText text;
   int version = GcDb::kDHL_AC1009;  // GcDb::GcDbDwgVersion of the file
+  bool hasUnwrapped = false;        // proxies became what they stand for
 
   // Adds to the database's load report; `handle` 0 when there is none.
   void report(GcDbLoadAction action, std::size_t offset, std::uint64_t handle, std::string what) const;

@@ -5,9 +5,11 @@
 #include "db/xrecord.h"
 #include "db/zombie.h"
 #include "host/db/core/extra.h"
+#include "host/db/core/fileparts.h"
 #include "host/db/core/loader.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
+#include "host/dxf/proxy.h"
 #include "host/dxf/read/in_filer.h"
 #include "host/rx/text/number.h"
 
@@ -130,6 +132,9 @@ GcDbObject* ObjectReader::read(const RawRecord& record, RecordKind kind, GcRxCla
                                       m_context.version, &m_context.database),
                 taker, zombieDataOf(*object), xrecord ? &xrecord->groups() : nullptr};
   readGroups(record, target);
+  const bool isProxy = record.type == "ACAD_PROXY_OBJECT" || record.type == "ACAD_PROXY_ENTITY";
+  if (target.zombie && isProxy && unwrapProxy(*target.zombie, m_context.database.fileParts().classes))
+    m_context.hasUnwrapped = true;
   return object;
 }
 

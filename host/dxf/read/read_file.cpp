@@ -137,7 +137,9 @@ class FileReader {
                          std::string(record.type) + " is damaged or cut off");
         continue;
       }
-      GcDbObject* object = m_objects.read(record, RecordKind::Object);
+      // Entities of unknown classes may be kept by dictionaries.
+      const RecordKind kind = record.type == "ACAD_PROXY_ENTITY" ? RecordKind::Entity : RecordKind::Object;
+      GcDbObject* object = m_objects.read(record, kind);
       const bool isRoot = m_context.database.namedObjectsDictionaryId().isNull() && GcDbDictionary::cast(object);
       if (isRoot) m_context.database.setNamedObjectsDictionaryId(object->objectId());
     }

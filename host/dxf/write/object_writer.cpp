@@ -1,11 +1,14 @@
 #include "host/dxf/write/object_writer.h"
 
+#include "db/database.h"
 #include "db/dictionary.h"
 #include "db/symboltable.h"
 #include "db/zombie.h"
+#include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/objects/zombiedata.h"
+#include "host/dxf/proxy.h"
 #include "host/dxf/write/out_filer.h"
 
 namespace gc::dxf {
@@ -31,7 +34,10 @@ bool isBraced(const GcDbGroupList& groups) {
 }  // namespace
 
 GcView typeOf(const GcDbObject& object) {
-  if (const GcDbZombieData* zombie = zombieDataOf(object)) return view(zombie->dxfName);
+  if (const GcDbZombieData* zombie = zombieDataOf(object)) {
+    if (!isProxied(*zombie)) return view(zombie->dxfName);
+    return GcDbEntity::cast(&object) ? kProxyEntityType : kProxyObjectType;
+  }
   return view(object.isA()->dxfName());
 }
 
@@ -147,6 +153,8 @@ void ObjectWriter::writeFields(const GcDbObject& object, const GcDbBlockTableRec
   Sections sections(m_out, object, block);
   if (object.isA()->info()) {
     gcdbFieldsOut(object, sections, m_out.version());
+    const GcDbZombieData* zombie = zombieDataOf(object);
+    if (zombie && isProxied(*zombie)) writeProxied(object, *zombie);
   } else {
     if (GcDbEntity::cast(&object)) {
       gcdbRowsOut(&object, GcDbEntity::kFields, GcDbEntity::kFieldCount, sections, m_out.version(), object.database());
@@ -162,6 +170,16 @@ void ObjectWriter::writeFields(const GcDbObject& object, const GcDbBlockTableRec
                 m_out.version(), object.database());
   }
   sections.finish();
+}
+
+void ObjectWriter::writeProxied(const GcDbObject& object, const GcDbZombieData& data) {
+  int number = data.recordType;
+  if (number == 0) {
+    const GcDbFileParts& parts = object.database()->fileParts();
+    const GcDbClassRecord* described = parts.findClass(view(data.dxfName));
+    if (described) number = kFirstClassNumber + static_cast<int>(described - parts.classes.data());
+  }
+  writeProxy(m_out, data, GcDbEntity::cast(&object) != nullptr, number);
 }
 
 void ObjectWriter::writeTail(const GcDbObject& object) {

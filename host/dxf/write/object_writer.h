@@ -9,6 +9,8 @@
 class GcDbBlockTableRecord;
 class GcDbDictionary;
 
+struct GcDbZombieData;
+
 namespace gc::dxf {
 
 class ObjectWriter {
@@ -32,6 +34,7 @@ class ObjectWriter {
   void writeFields(const GcDbObject& object, const GcDbBlockTableRecord* block, const GcDbBlockTableRecord* told);
   void writeDictionaryEntries(const GcDbDictionary& dictionary);
   void writeTail(const GcDbObject& object);
+  void writeProxied(const GcDbObject& object, const GcDbZombieData& data);
 
   GroupWriter& m_out;
 };

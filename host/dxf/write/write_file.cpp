@@ -3,6 +3,7 @@
 
 #include "db/blockbegin.h"
 #include "db/dictionary.h"
+#include "db/zombie.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
@@ -143,6 +144,18 @@ class FileWriter {
     end();
   }
 
+  // Entities stand with their blocks (or with the entity they are part of), but for those an object keeps.
+  static bool isWrittenElsewhere(const GcDbObject& object) {
+    const GcRxClass* descriptor = object.isA();
+    if (descriptor->isDerivedFrom(GcDbEntity::desc())) {
+      const GcDbStub* owner = object.ownerId().stub();
+      if (!owner || !owner->object || !GcDbZombieEntity::cast(&object)) return true;
+      return GcDbSymbolTableRecord::cast(owner->object) || GcDbEntity::cast(owner->object);
+    }
+    return descriptor->isDerivedFrom(GcDbSymbolTable::desc()) ||
+           descriptor->isDerivedFrom(GcDbSymbolTableRecord::desc());
+  }
+
   // The root dictionary first, the others by handle.
   void writeObjects() {
     begin("OBJECTS");
@@ -150,11 +163,7 @@ class FileWriter {
     const GcDbStub* root = m_database.namedObjectsDictionaryId().stub();
     m_database.store().forEach([&](const GcDbStub* stub) {
       if (!stub->object || stub->erased || stub == root) return;
-      const GcRxClass* descriptor = stub->object->isA();
-      const bool elsewhere = descriptor->isDerivedFrom(GcDbEntity::desc()) ||
-                             descriptor->isDerivedFrom(GcDbSymbolTable::desc()) ||
-                             descriptor->isDerivedFrom(GcDbSymbolTableRecord::desc());
-      if (!elsewhere && !typeOf(*stub->object).empty()) stubs.push_back(stub);
+      if (!isWrittenElsewhere(*stub->object) && !typeOf(*stub->object).empty()) stubs.push_back(stub);
     });
     std::sort(stubs.begin(), stubs.end(), [](const GcDbStub* a, const GcDbStub* b) { return a->handle < b->handle; });
     if (root && root->object) write(*root->object);
