@@ -16,7 +16,7 @@ inline int truth(bool value) { return value ? t() : nil(); }
 inline int real(double value) { return gcedRetReal(value), RTNORM; }
 inline int string(const GCHAR* text) { return gcedRetStr(text), RTNORM; }
 inline int point(double x, double y, double z) {
-  const gds_point at = {x, y, z};
+  const gds_point at = {x + 0.0, y + 0.0, z + 0.0};  // no negative zeros
   return gcedRetPoint(at), RTNORM;
 }
 inline int point(const GcGePoint3d& at) { return point(at.x, at.y, at.z); }

@@ -62,7 +62,9 @@ Gcad::ErrorStatus GcDbCurve::getStartPoint(GcGePoint3d& point) const {
   return status == Gcad::eOk ? getPointAtParam(t, point) : status;
 }
 
+// A closed curve ends exactly where it starts.
 Gcad::ErrorStatus GcDbCurve::getEndPoint(GcGePoint3d& point) const {
+  if (isClosed()) return getStartPoint(point);
   double t = 0;
   const Gcad::ErrorStatus status = getEndParam(t);
   return status == Gcad::eOk ? getPointAtParam(t, point) : status;

@@ -8,6 +8,7 @@
 #include "db/tolerance.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/dimoverride.h"
+#include "host/db/entities/draw_path.h"
 
 GCDB_DEFINE_CLASS(GcDbLeader, "AcDbLeader")
 
@@ -120,7 +121,11 @@ void GcDbLeader::subAppended() {
 bool GcDbLeader::subWorldDraw(GcGiWorldDraw* draw) {
   const int count = m_vertices.length();
   if (count < 2) return true;
-  draw->geometry().polyline(count, m_vertices.begin());
+  GcGePath path;
+  if (isSplined() && subPath(path) == Gcad::eOk)
+    gcdraw::path(*draw, path);
+  else
+    draw->geometry().polyline(count, m_vertices.begin());
   if (m_hasArrow) gcdimoverride::drawArrow(*draw, *this, m_styleId, m_vertices[0], m_vertices[1], m_normal);
   return true;
 }

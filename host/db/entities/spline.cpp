@@ -46,8 +46,12 @@ Gcad::ErrorStatus GcDbSpline::setNurbsData(int degree, bool rational, bool close
   m_weights = rational ? weights : GcArray<double>();
   m_fitPoints.clear();
   m_startTangent = m_endTangent = GcGeVector3d();
-  const int kept = m_flags & ~7;
-  m_flags = static_cast<int16_t>(kept | (closed ? 1 : 0) | (periodic ? 2 : 0) | (rational ? 4 : 0));
+  GcGePath path;
+  GcGeVector3d normal;
+  const bool planar = gcgePathOfNurbs(nurbs, path) && path.isPlanar(normal);
+  if (planar && normal.lengthSqrd() > 0) m_normal = normal;
+  const int kept = m_flags & ~15;
+  m_flags = static_cast<int16_t>(kept | (closed ? 1 : 0) | (periodic ? 2 : 0) | (rational ? 4 : 0) | (planar ? 8 : 0));
   return Gcad::eOk;
 }
 
@@ -61,15 +65,9 @@ Gcad::ErrorStatus GcDbSpline::setFitData(const GcArray<GcGePoint3d>& fitPoints, 
   return Gcad::eOk;
 }
 
-// A spline that a file gives by fit points alone is drawn through them straight.
 bool GcDbSpline::subWorldDraw(GcGiWorldDraw* draw) {
-  GcGeNurbs nurbs;
-  nurbs.degree = m_degree;
-  nurbs.knots.assign(m_knots.begin(), m_knots.end());
-  nurbs.points.assign(m_controlPoints.begin(), m_controlPoints.end());
-  nurbs.weights.assign(m_weights.begin(), m_weights.end());
   GcGePath path;
-  if (nurbs.isValid() && gcgePathOfNurbs(nurbs, path)) {
+  if (subPath(path) == Gcad::eOk) {
     gcdraw::path(*draw, path);
     return true;
   }

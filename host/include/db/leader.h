@@ -43,6 +43,10 @@ class GcDbLeader : public GcDbCurve {
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
   void subAppended() override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
+
+ protected:
+  [[nodiscard]] bool subKeepsPath() const override { return true; }
 
  private:
   GcArray<GcGePoint3d> m_vertices;

@@ -27,7 +27,7 @@ class GcDbSpline : public GcDbCurve {
   [[nodiscard]] GcGeVector3d startTangent() const { return m_startTangent; }
   [[nodiscard]] GcGeVector3d endTangent() const { return m_endTangent; }
 
-  // Replaces everything; points drawn through are forgotten. Errors: eInvalidInput for counts that do not match
+  // Replaces everything; points drawn through are forgotten, whether it is planar is found out. Errors: eInvalidInput for counts that do not match
   // (knots = points + degree + 1), knots that fall, weights that are not positive.
   Gcad::ErrorStatus setNurbsData(int degree, bool rational, bool closed, bool periodic,
                                  const GcArray<GcGePoint3d>& controlPoints, const GcArray<double>& knots,
@@ -38,6 +38,11 @@ class GcDbSpline : public GcDbCurve {
   [[nodiscard]] GcGeVector3d normal() const override { return m_normal; }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  Gcad::ErrorStatus subPath(GcGePath& path) const override;
+  Gcad::ErrorStatus reverseCurve() override;
+
+ protected:
+  [[nodiscard]] bool subKeepsPath() const override { return true; }
 
  private:
   [[nodiscard]] bool hasTangents() const;
