@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "host/ap/dynamiclinker.h"
+#include "host/ap/paths.h"
+#include "host/ap/profile.h"
 
 namespace ap {
 
@@ -13,11 +15,23 @@ DocumentManager* g_manager = nullptr;
 DocumentManager* documents() { return g_manager; }
 Document* currentDocument() { return g_manager == nullptr ? nullptr : g_manager->current(); }
 
-DocumentManager::DocumentManager() { g_manager = this; }
+Gcad::ErrorStatus HostServices::findFile(GcString& found, const GCHAR* name, GcDbDatabase*) {
+  const Document* document = currentDocument();
+  const GcText file = findSupportFile(view(name), document == nullptr ? GcView() : directoryOf(document->fileName()));
+  if (file.empty()) return Gcad::eFileNotFound;
+  found = toGcString(file);
+  return Gcad::eOk;
+}
+
+DocumentManager::DocumentManager() {
+  g_manager = this;
+  gcdbSetHostApplicationServices(&m_services);
+}
 
 DocumentManager::~DocumentManager() {
   while (!m_documents.empty()) close(*m_documents.back());
   g_manager = nullptr;
+  gcdbSetHostApplicationServices(nullptr);
 }
 
 // Reactors may take themselves (or each other) out while they are told.

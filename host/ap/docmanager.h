@@ -15,6 +15,12 @@ class DocumentFitter {
   virtual void fit(Document& document) = 0;
 };
 
+// Files are looked for as they are named, beside the current drawing, and along the support path.
+class HostServices final : public GcDbHostApplicationServices {
+ public:
+  Gcad::ErrorStatus findFile(GcString& found, const GCHAR* name, GcDbDatabase* database) override;
+};
+
 class DocumentManager final : public GcApDocManager {
  public:
   DocumentManager();
@@ -40,6 +46,7 @@ class DocumentManager final : public GcApDocManager {
   template <class Call>
   void tellReactors(const Call& call);
 
+  HostServices m_services;
   std::vector<DocumentFitter*> m_fitters;
   std::vector<GcApDocManagerReactor*> m_reactors;
   std::vector<std::unique_ptr<Document>> m_documents;

@@ -15,6 +15,19 @@ std::map<GcText, GcText>& entries() {
   return *all;
 }
 
+// The file of the name, full path; empty when there is none. Names come from every system: where the backslash is
+// no separator it is taken for one when there is no file with it in its name.
+GcText existing(const GcText& name) {
+  if (fileExists(name)) return absolutePath(name);
+#ifndef _WIN32
+  GcText other = name;
+  for (GCHAR& unit : other)
+    if (unit == GC_T('\\')) unit = GC_T('/');
+  if (other != name && fileExists(other)) return absolutePath(other);
+#endif
+  return {};
+}
+
 }  // namespace
 
 bool profileEntry(GcView name, GcText& value) {
@@ -45,13 +58,12 @@ std::vector<GcText> supportPath() {
 
 GcText findSupportFile(GcView name, GcView beside) {
   if (name.empty()) return {};
-  if (fileExists(name)) return absolutePath(name);
+  if (GcText whole = existing(GcText(name)); !whole.empty()) return whole;
   if (isAbsolutePath(name)) return {};
   std::vector<GcText> folders = supportPath();
   if (!beside.empty()) folders.emplace(folders.begin(), beside);
   for (const GcText& folder : folders) {
-    const GcText candidate = folder + GC_T("/") + GcText(name);
-    if (fileExists(candidate)) return absolutePath(candidate);
+    if (GcText whole = existing(folder + GC_T("/") + GcText(name)); !whole.empty()) return whole;
   }
   return {};
 }

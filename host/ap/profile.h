@@ -13,7 +13,8 @@ void setProfileEntry(GcView name, GcView value);
 
 // The folders of the support path, in order.
 [[nodiscard]] std::vector<GcText> supportPath();
-// A file by its full name, in the folder `beside` (empty: none), or along the support path; empty when absent.
+// A file by its full name, in the folder `beside` (empty: none), or along the support path; empty when absent. Either
+// separator will do.
 [[nodiscard]] GcText findSupportFile(GcView name, GcView beside);
 
 }  // namespace ap

@@ -285,6 +285,7 @@ GcDbEntityMaker::Made GcDbEntityMaker::beginBlock(const GcDbGroupList& list) {
   GcDbGroup origin;
   if (findGroup(list, 10, origin)) ignore(block->setOrigin(origin.point));
   ignore(block->setBlockFlags(static_cast<int>(integerOf(list, 70) & 3) | (anonymous ? 1 : 0)));
+  if (const GcText description = textOf(list, 4); !description.empty()) ignore(block->setComments(description.c_str()));
   m_block = block->objectId();
   ignore(block->close());
   return {};

@@ -134,6 +134,8 @@ Gcad::ErrorStatus GcDbBlockTableRecord::setBlockFlags(int flags) {
   return Gcad::eOk;
 }
 
+bool GcDbBlockTableRecord::isLayout() const { return !m_layoutId.isNull() || isModelSpace() || isPaperSpace(); }
+
 bool GcDbBlockTableRecord::isModelSpace() const { return equalNoCase(view(m_name), GC_T("*Model_Space")); }
 
 bool GcDbBlockTableRecord::isPaperSpace() const {
@@ -171,7 +173,7 @@ void GcDbBlockTableRecord::subSetOwned(const GcDbObjectIdArray& ids) {
 
 // Model space and the paper spaces of layouts stay.
 Gcad::ErrorStatus GcDbBlockTableRecord::subErase(bool erasing) {
-  return erasing && (isLayout() || isModelSpace()) ? Gcad::eCannotBeErasedByCaller : Gcad::eOk;
+  return erasing && (!m_layoutId.isNull() || isModelSpace()) ? Gcad::eCannotBeErasedByCaller : Gcad::eOk;
 }
 
 GcDbBlockTableRecordIterator::GcDbBlockTableRecordIterator(const GcDbObjectIdArray& ids, bool atBeginning,

@@ -152,7 +152,7 @@ class GcDbBlockTableRecord : public GcDbSymbolTableRecord {
   [[nodiscard]] const GcString& comments() const { return m_comments; }
   Gcad::ErrorStatus comments(GcString& text) const;
   Gcad::ErrorStatus setComments(const GCHAR* text);
-  [[nodiscard]] bool isLayout() const { return !m_layoutId.isNull(); }
+  [[nodiscard]] bool isLayout() const;  // model space, paper spaces, and whatever else a layout has for its block
   [[nodiscard]] bool isModelSpace() const;
   [[nodiscard]] bool isPaperSpace() const;  // any layout's paper space
   [[nodiscard]] bool isAnonymous() const { return (m_blockFlags & 1) != 0; }
