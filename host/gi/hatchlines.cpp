@@ -4,13 +4,9 @@
 #include <cmath>
 #include <cstdint>
 
-namespace {
+#include "host/gi/crossings.h"
 
-// Where an edge crosses a line of the family: which line, and how far along it from the line's own origin.
-struct Crossing {
-  int64_t line;
-  double along;
-};
+namespace {
 
 class Family {
  public:
@@ -26,38 +22,26 @@ class Family {
 
   [[nodiscard]] bool isUsable(double extent) const { return std::fabs(m_spacing) > extent * 1e-12; }
 
-  // Half-open in the direction across, so that a corner on a line is crossed once or not at all.
-  bool addEdge(const GcGePoint2d& a, const GcGePoint2d& b) {
-    const double ta = across(a), tb = across(b);
-    const double low = std::fmin(ta, tb), high = std::fmax(ta, tb);
-    const double first = std::ceil(low), last = std::ceil(high) - 1;
-    if (!(last >= first)) return true;
-    if (last - first > static_cast<double>(m_most) || m_crossings.size() > 2 * m_most) return false;
-    const double sa = m_along.dotProduct(a - m_family.base), sb = m_along.dotProduct(b - m_family.base);
-    for (double line = first; line <= last; ++line) {
-      const double s = sa + (sb - sa) * (line - ta) / (tb - ta);
-      m_crossings.push_back({static_cast<int64_t>(line), s - line * m_shift});
-    }
-    return true;
+  bool fill(const std::vector<GcGePath>& loops) {
+    const GcGiLevels levels{m_family.base, m_along, m_spacing};
+    for (const GcGePath& loop : loops)
+      if (!gcgiAppendCrossings(loop, levels, 2 * m_most, m_crossings)) return false;
+    return emit();
   }
 
+ private:
   bool emit() {
-    std::sort(m_crossings.begin(), m_crossings.end(), [](const Crossing& a, const Crossing& b) {
-      return a.line != b.line ? a.line < b.line : a.along < b.along;
+    std::sort(m_crossings.begin(), m_crossings.end(), [](const GcGiCrossing& a, const GcGiCrossing& b) {
+      return a.level != b.level ? a.level < b.level : a.along < b.along;
     });
     for (std::size_t i = 0; i + 1 < m_crossings.size(); ++i) {
-      if (m_crossings[i].line != m_crossings[i + 1].line) continue;
+      if (m_crossings[i].level != m_crossings[i + 1].level) continue;
       if (!dash(m_crossings[i], m_crossings[i + 1].along)) return false;
       ++i;
     }
     return true;
   }
 
- private:
-  // In units of the spacing, from the base.
-  [[nodiscard]] double across(const GcGePoint2d& p) const {
-    return m_along.crossProduct(p - m_family.base) / m_spacing;
-  }
   [[nodiscard]] GcGePoint2d at(int64_t line, double along) const {
     return m_family.base + m_family.offset * static_cast<double>(line) + m_along * along;
   }
@@ -67,19 +51,20 @@ class Family {
     m_ends.push_back(at(line, to));
     return true;
   }
-  bool dash(const Crossing& from, double to) {
-    if (!(m_period > 0)) return from.along >= to || piece(from.line, from.along, to);
-    if ((to - from.along) / m_period * m_family.dashCount > 4.0 * static_cast<double>(m_most)) return false;
-    double at = std::floor(from.along / m_period) * m_period;
-    while (at <= to) {
+  // Distances of a crossing are counted from the base's foot on its line; dashes from the line's own origin.
+  bool dash(const GcGiCrossing& from, double until) {
+    const double shift = static_cast<double>(from.level) * m_shift;
+    const double start = from.along - shift, end = until - shift;
+    if (!(m_period > 0)) return start >= end || piece(from.level, start, end);
+    if ((end - start) / m_period * m_family.dashCount > 4.0 * static_cast<double>(m_most)) return false;
+    double at = std::floor(start / m_period) * m_period;
+    while (at <= end) {
       for (int i = 0; i < m_family.dashCount; ++i) {
-        const double end = at + std::fabs(m_family.dashes[i]);
+        const double next = at + std::fabs(m_family.dashes[i]);
         const bool drawn = m_family.dashes[i] >= 0;
-        if (drawn && end >= from.along && at <= to &&
-            !piece(from.line, std::fmax(at, from.along), std::fmin(end, to))) {
+        if (drawn && next >= start && at <= end && !piece(from.level, std::fmax(at, start), std::fmin(next, end)))
           return false;
-        }
-        at = end;
+        at = next;
       }
     }
     return true;
@@ -91,28 +76,46 @@ class Family {
   double m_shift;
   double m_period = 0;
   std::size_t m_most;
-  std::vector<Crossing> m_crossings;
+  std::vector<GcGiCrossing> m_crossings;
   std::vector<GcGePoint2d>& m_ends;
 };
 
+double extentOf(const std::vector<GcGePath>& loops) {
+  double extent = 0;
+  for (const GcGePath& loop : loops)
+    if (!loop.isEmpty()) extent = std::fmax(extent, loop.size() + (loop.origin() - loops[0].origin()).length());
+  return extent;
+}
+
+// How often a ray from the point in the direction of X crosses the loop is odd.
+bool contains(const GcGePath& loop, const GcGePoint2d& point, std::vector<GcGiCrossing>& crossings) {
+  const double beyond = 4 * (loop.size() + std::hypot(loop.origin().x - point.x, loop.origin().y - point.y)) + 1;
+  crossings.clear();
+  gcgiAppendCrossings(loop, GcGiLevels{point, {1, 0}, beyond}, 1u << 20, crossings);
+  int right = 0;
+  for (const GcGiCrossing& crossing : crossings) right += crossing.level == 0 && crossing.along > 0 ? 1 : 0;
+  return right % 2 == 1;
+}
+
 }  // namespace
 
-bool gcgiHatchLines(int loopCount, const int* pointCounts, const GcGePoint2d* points, const GcGiHatchFamily& family,
-                    int mostPieces, std::vector<GcGePoint2d>& ends) {
+bool gcgiHatchLines(const std::vector<GcGePath>& loops, const GcGiHatchFamily& family, int mostPieces,
+                    std::vector<GcGePoint2d>& ends) {
   const std::size_t before = ends.size();
   Family lines(family, mostPieces, ends);
-  double extent = 0;
-  bool good = true;
-  const GcGePoint2d* loop = points;
-  for (int i = 0; i < loopCount; loop += pointCounts[i++]) {
-    for (int k = 0; k < pointCounts[i]; ++k) extent = std::fmax(extent, loop[k].distanceTo(points[0]));
-  }
-  if (!lines.isUsable(extent)) return false;
-  loop = points;
-  for (int i = 0; i < loopCount && good; loop += pointCounts[i++]) {
-    for (int k = 0; k < pointCounts[i] && good; ++k) good = lines.addEdge(loop[k], loop[(k + 1) % pointCounts[i]]);
-  }
-  good = good && lines.emit();
+  const bool good = lines.isUsable(extentOf(loops)) && lines.fill(loops);
   if (!good) ends.resize(before);
   return good;
+}
+
+std::vector<int> gcgiLoopDepths(const std::vector<GcGePath>& loops) {
+  std::vector<int> depths(loops.size(), 0);
+  std::vector<GcGiCrossing> crossings;
+  for (std::size_t i = 0; i < loops.size(); ++i) {
+    if (loops[i].isEmpty()) continue;
+    const GcGePoint3d at = loops[i].origin() + loops[i].pointOn(0, loops[i].spans()[0].u0);
+    for (std::size_t k = 0; k < loops.size(); ++k)
+      if (k != i && !loops[k].isEmpty() && contains(loops[k], {at.x, at.y}, crossings)) ++depths[i];
+  }
+  return depths;
 }

@@ -6,6 +6,8 @@
 #include "db/line.h"
 #include "db/polyline.h"
 #include "db/solid.h"
+#include "host/db/core/loader.h"
+#include "host/db/core/names.h"
 
 namespace gcarrow {
 namespace {
@@ -65,8 +67,8 @@ constexpr Shape kShapes[] = {
       {Stroke::kLine, -1, 0, 0, -0.57735},
       {Stroke::kLine, 0, -0.57735, 0, 0.57735}}},
     {GC_T("_Integral"),
-     {{Stroke::kArc, 0.44488802, -0.09133463, 0.45416667, 2.93921, 3.34397},
-      {Stroke::kArc, -0.44488802, 0.09133463, 0.45416667, -0.20238, 0.20238}}},
+     {{Stroke::kArc, 0.44488802, -0.09133463, 0.45416667, 1.78023584, 2.93215314},
+      {Stroke::kArc, -0.44488802, 0.09133463, 0.45416667, 4.92182849, 6.07374580}}},
     {GC_T("_ArchTick"), {{Stroke::kWideLine, -0.5, -0.5, 0.5, 0.5, 0.15}}},
 };
 
@@ -121,6 +123,7 @@ GcDbObjectId makeBlock(GcDbDatabase& database, const Shape& shape) {
     ignore(part->close());
   }
   ignore(record->close());
+  GcDbLoader::completeBlock(database, id);
   return id;
 }
 
@@ -136,6 +139,16 @@ GcDbObjectId blockNamed(GcDbDatabase& database, GcView name) {
   if (!id.isNull()) return id;
   const Shape* shape = shapeNamed(name);
   return shape == nullptr ? GcDbObjectId() : makeBlock(database, *shape);
+}
+
+double reach(GcDbObjectId block, double size) {
+  static constexpr const GCHAR* kCrossed[] = {GC_T("_None"),     GC_T("_Oblique"), GC_T("_ArchTick"),
+                                              GC_T("_DotSmall"), GC_T("_Small"),   GC_T("_Integral")};
+  if (block.isNull()) return size;
+  const GcText name(gcdbNameOfRecord(block));
+  for (const GCHAR* each : kCrossed)
+    if (equalNoCase(name, view(each))) return 0;
+  return size;
 }
 
 void draw(GcGiWorldDraw& draw, GcDbObjectId block, const GcGePoint3d& tip, const GcGeVector3d& direction, double size,

@@ -11,6 +11,9 @@ namespace gcarrow {
 // lacks it; null for other names the drawing does not have.
 GcDbObjectId blockNamed(GcDbDatabase& database, GcView name);
 
+// How far behind the tip the line of an arrowhead ends: where the block's own begins; 0 for those that lines run through.
+double reach(GcDbObjectId block, double size);
+
 // Draws an arrowhead with its tip at the point; a null block is the closed filled arrow, three times as long as wide.
 void draw(GcGiWorldDraw& draw, GcDbObjectId block, const GcGePoint3d& tip, const GcGeVector3d& direction, double size,
           const GcGeVector3d& normal);

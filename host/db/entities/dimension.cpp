@@ -173,16 +173,18 @@ using gcdimoverride::kFirstArrow;
 using gcdimoverride::kLeaderArrow;
 using gcdimoverride::kSecondArrow;
 
-Gcad::ErrorStatus GcDbDimension::setDimblk(const GCHAR* name) { return gcdimoverride::setArrow(*this, kArrow, name); }
-Gcad::ErrorStatus GcDbDimension::setDimblk1(const GCHAR* name) {
-  return gcdimoverride::setArrow(*this, kFirstArrow, name);
+// The block shows the former arrowhead; the kinds that draw themselves do without it from now on.
+Gcad::ErrorStatus GcDbDimension::setArrowhead(int setting, const GCHAR* name) {
+  const Gcad::ErrorStatus status = gcdimoverride::setArrow(*this, setting, name);
+  const bool drawsItself = kind() == 0 || kind() == 1 || kind() == 3 || kind() == 4;
+  if (status == Gcad::eOk && drawsItself) m_blockId.setNull();
+  return status;
 }
-Gcad::ErrorStatus GcDbDimension::setDimblk2(const GCHAR* name) {
-  return gcdimoverride::setArrow(*this, kSecondArrow, name);
-}
-Gcad::ErrorStatus GcDbDimension::setDimldrblk(const GCHAR* name) {
-  return gcdimoverride::setArrow(*this, kLeaderArrow, name);
-}
+
+Gcad::ErrorStatus GcDbDimension::setDimblk(const GCHAR* name) { return setArrowhead(kArrow, name); }
+Gcad::ErrorStatus GcDbDimension::setDimblk1(const GCHAR* name) { return setArrowhead(kFirstArrow, name); }
+Gcad::ErrorStatus GcDbDimension::setDimblk2(const GCHAR* name) { return setArrowhead(kSecondArrow, name); }
+Gcad::ErrorStatus GcDbDimension::setDimldrblk(const GCHAR* name) { return setArrowhead(kLeaderArrow, name); }
 GcDbObjectId GcDbDimension::dimblk() const { return gcdimoverride::arrow(*this, kArrow); }
 GcDbObjectId GcDbDimension::dimblk1() const { return gcdimoverride::arrow(*this, kFirstArrow); }
 GcDbObjectId GcDbDimension::dimblk2() const { return gcdimoverride::arrow(*this, kSecondArrow); }

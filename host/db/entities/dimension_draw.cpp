@@ -49,10 +49,10 @@ Look lookOf(const GcDbDimension& dimension) {
   const bool separate = gcdimoverride::integer(dimension, 173, style->dimsah()) != 0;
   look.first = separate ? style->dimblk1() : style->dimblk();
   look.second = separate ? style->dimblk2() : style->dimblk();
-  const GcDbObjectId own[3] = {dimension.dimblk(), dimension.dimblk1(), dimension.dimblk2()};
-  if (!own[0].isNull()) look.first = look.second = own[0];
-  if (!own[1].isNull()) look.first = own[1];
-  if (!own[2].isNull()) look.second = own[2];
+  look.first = gcdimoverride::arrow(dimension, gcdimoverride::kArrow, look.first);
+  look.second = gcdimoverride::arrow(dimension, gcdimoverride::kArrow, look.second);
+  look.first = gcdimoverride::arrow(dimension, gcdimoverride::kFirstArrow, look.first);
+  look.second = gcdimoverride::arrow(dimension, gcdimoverride::kSecondArrow, look.second);
   ignore(style->close());
   return look;
 }

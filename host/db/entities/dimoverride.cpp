@@ -103,10 +103,12 @@ void setPair(GcDbEntity& entity, int setting, const GcDbGroup& value) {
 
 }  // namespace
 
-GcDbObjectId arrow(const GcDbEntity& entity, int setting) {
+GcDbObjectId arrow(const GcDbEntity& entity, int setting) { return arrow(entity, setting, GcDbObjectId()); }
+
+GcDbObjectId arrow(const GcDbEntity& entity, int setting, GcDbObjectId ofStyle) {
   GcDbGroup value;
   GcDbObjectId id;
-  if (!find(entity, setting, value) || entity.database() == nullptr) return id;
+  if (!find(entity, setting, value) || entity.database() == nullptr) return ofStyle;
   if (value.kind == GcDbGroupKind::Id) return value.id;
   ignore(entity.database()->getGcDbObjectId(id, false, GcDbHandle(static_cast<uint64_t>(value.integer))));
   return id;
@@ -142,8 +144,8 @@ Gcad::ErrorStatus setReal(GcDbEntity& entity, int setting, double number) {
   return Gcad::eOk;
 }
 
-void drawArrow(GcGiWorldDraw& draw, const GcDbEntity& entity, GcDbObjectId styleId, const GcGePoint3d& tip,
-               const GcGePoint3d& behind, const GcGeVector3d& normal) {
+double drawArrow(GcGiWorldDraw& draw, const GcDbEntity& entity, GcDbObjectId styleId, const GcGePoint3d& tip,
+                 const GcGePoint3d& behind, const GcGeVector3d& normal) {
   constexpr int kScale = 40;
   constexpr int kSize = 41;
   double scale = 1;
@@ -158,8 +160,9 @@ void drawArrow(GcGiWorldDraw& draw, const GcDbEntity& entity, GcDbObjectId style
   }
   scale = real(entity, kScale, scale);
   size = real(entity, kSize, size) * (scale > 0 ? scale : 1);
-  const GcDbObjectId own = arrow(entity, kLeaderArrow);
-  gcarrow::draw(draw, own.isNull() ? block : own, tip, tip - behind, size, normal);
+  block = arrow(entity, kLeaderArrow, block);
+  gcarrow::draw(draw, block, tip, tip - behind, size, normal);
+  return gcarrow::reach(block, size);
 }
 
 }  // namespace gcdimoverride

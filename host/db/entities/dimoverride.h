@@ -17,6 +17,8 @@ inline constexpr int kSecondArrow = 344;
 
 // The override of a reference; null when the entity has none.
 [[nodiscard]] GcDbObjectId arrow(const GcDbEntity& entity, int setting);
+// The same, or the style's where there is no override; null is the closed filled arrow.
+[[nodiscard]] GcDbObjectId arrow(const GcDbEntity& entity, int setting, GcDbObjectId ofStyle);
 
 // Sets the arrowhead block by name: a block of the drawing, or one of the arrowheads' own names ("_DOT" …), whose
 // block is then made. An empty name is the closed filled arrow. Errors: eKeyNotFound.
@@ -27,8 +29,8 @@ Gcad::ErrorStatus setArrow(GcDbEntity& entity, int setting, const GCHAR* name);
 Gcad::ErrorStatus setReal(GcDbEntity& entity, int setting, double value);
 [[nodiscard]] int integer(const GcDbEntity& entity, int setting, int ofStyle);
 
-// The arrowhead at a leader's or dimension line's end, pointing from `behind` to `tip`.
-void drawArrow(GcGiWorldDraw& draw, const GcDbEntity& entity, GcDbObjectId styleId, const GcGePoint3d& tip,
-               const GcGePoint3d& behind, const GcGeVector3d& normal);
+// The arrowhead at a leader's end, pointing from `behind` to `tip`. Gives the length of the line that it covers.
+double drawArrow(GcGiWorldDraw& draw, const GcDbEntity& entity, GcDbObjectId styleId, const GcGePoint3d& tip,
+                 const GcGePoint3d& behind, const GcGeVector3d& normal);
 
 }  // namespace gcdimoverride

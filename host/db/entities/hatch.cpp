@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "db/database.h"
+#include "host/db/core/header.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/hatch_pattern.h"
 #include "host/db/entities/planar.h"
@@ -130,13 +132,26 @@ Gcad::ErrorStatus GcDbHatch::setPatternScale(double scale) {
   return scale > 0 ? assign(m_patternScale, scale) : Gcad::eInvalidInput;
 }
 
+namespace {
+
+// The units of a hatch that is in no drawing yet are those of the working one.
+bool isMetric(const GcDbHatch& hatch) {
+  constexpr int kMetric = 1;
+  const GcDbDatabase* database = hatch.database();
+  const GcDbHostApplicationServices* services = gcdbHostApplicationServices();
+  if (database == nullptr && services != nullptr) database = services->workingDatabase();
+  return database == nullptr || database->header().integer(GC_T("$MEASUREMENT"), kMetric) != 0;
+}
+
+}  // namespace
+
 Gcad::ErrorStatus GcDbHatch::setPattern(HatchPatternType type, const GCHAR* name) {
   if (name == nullptr || type > kCustomDefined) return Gcad::eInvalidInput;
   GcArray<GcDbHatchPatternLine> lines;
   const bool solid = type != kUserDefined && equalNoCase(view(name), GC_T("SOLID"));
   if (type == kUserDefined)
     gchatch::userLines(m_patternAngleRad, m_patternScale, m_isDouble, lines);
-  else if (!solid && !gchatch::patternLines(view(name), m_patternAngleRad, m_patternScale, lines))
+  else if (!solid && !gchatch::patternLines(view(name), isMetric(*this), m_patternAngleRad, m_patternScale, lines))
     return Gcad::eKeyNotFound;
   assertWriteEnabled();
   m_patternType = type;
@@ -173,15 +188,20 @@ Gcad::ErrorStatus GcDbHatch::removeLoopAt(int index) {
   return Gcad::eOk;
 }
 
+// A loop whose curves are gone or no longer close stays as it was and is bound to nothing any more.
 Gcad::ErrorStatus GcDbHatch::evaluateHatch(bool) {
+  constexpr int kDerived = 4;
   assertWriteEnabled();
   if (!m_isAssociative) return Gcad::eOk;
   for (GcDbHatchLoop& loop : m_loops) {
     if (loop.sources.isEmpty()) continue;
     GcDbHatchLoop fresh;
-    const Gcad::ErrorStatus status = makeLoop(loop.flags, loop.sources, fresh);
-    if (status != Gcad::eOk) return status;
-    loop = fresh;
+    if (makeLoop(loop.flags, loop.sources, fresh) == Gcad::eOk) {
+      loop = fresh;
+      continue;
+    }
+    loop.sources.clear();
+    loop.flags &= ~kDerived;
   }
   return Gcad::eOk;
 }

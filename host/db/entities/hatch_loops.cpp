@@ -3,6 +3,7 @@
 
 #include "db/arc.h"
 #include "db/circle.h"
+#include "db/curve.h"
 #include "db/ellipse.h"
 #include "db/hatch.h"
 #include "db/line.h"
@@ -10,6 +11,8 @@
 #include "db/polyline2d.h"
 #include "db/spline.h"
 #include "host/db/entities/bulge.h"
+#include "host/db/entities/ellipse_axes.h"
+#include "host/db/entities/hatch_edges.h"
 #include "host/db/entities/planar.h"
 #include "host/db/entities/sequence.h"
 
@@ -26,6 +29,8 @@ struct Plane {
     const GcGeVector3d own = gcplanar::toOwn(world, normal);
     return {own.x, own.y};
   }
+  // Whether curves about the other normal keep their shape when seen along this one.
+  [[nodiscard]] bool isParallel(const GcGeVector3d& other) const { return normal.crossProduct(other).length() < 1e-9; }
   // True when a curve about the other normal turns the other way here.
   [[nodiscard]] bool isTurnedOver(const GcGeVector3d& other) const { return normal.dotProduct(other) < 0; }
 };
@@ -131,20 +136,84 @@ void addOldPolyline(const GcDb2dPolyline& polyline, const Plane& plane, bool alo
   addVertices(vertices, polyline.isClosed(), alone, loop);
 }
 
-bool addCurve(GcDbEntity& entity, const Plane& plane, bool alone, GcDbHatchLoop& loop) {
+// An arc of conjugate radii: of a circle where these are of one length at right angles, else of an ellipse.
+void addRound(const GcGePoint2d& center, const GcGeVector3d& a, const GcGeVector3d& b, double sweepRad,
+              GcDbHatchLoop& loop) {
+  const gcellipse::Axes axes = gcellipse::principalAxes(a, sweepRad < 0 ? -b : b);
+  GcDbHatchEdge edge;
+  edge.type = GcDbHatchEdge::kEllipse;
+  edge.start = center;
+  edge.majorAxis = {axes.major.x, axes.major.y};
+  edge.radius = axes.ratio;
+  edge.isCounterClockwise = axes.normal.z >= 0;
+  edge.startRad = gcplanar::inFullTurn(-axes.shiftRad);
+  edge.endRad = edge.startRad + std::fabs(sweepRad);
+  loop.edges.append(edge);
+}
+
+void addBezier(const GcGePath& path, const GcGeSpan& span, GcDbHatchLoop& loop) {
+  GcGePole poles[GcGeSpan::kMostDegree + 1];
+  gcgeTrimBezier(path.poles() + span.firstPole, span.degree, span.u0, span.u1, poles);
+  GcDbHatchEdge edge;
+  edge.type = GcDbHatchEdge::kSpline;
+  edge.degree = span.degree;
+  edge.isRational = span.rational;
+  for (int i = 0; i <= span.degree; ++i) {
+    const GcGePoint3d at = path.origin() + poles[i].point();
+    edge.controlPoints.append(GcDbHatchSplinePoint{{at.x, at.y}, span.rational ? poles[i].w : 0});
+  }
+  for (int i = 0; i < 2 * (span.degree + 1); ++i) edge.knots.append(i <= span.degree ? 0 : 1);
+  loop.edges.append(edge);
+}
+
+// Any curve, piece by piece, as it looks along the normal.
+bool addPath(const GcDbCurve& curve, const Plane& plane, GcDbHatchLoop& loop) {
+  GcGePath world;
+  if (curve.subPath(world) != Gcad::eOk || !world.isBounded()) return false;
+  GcGeMatrix3d toPlane;
+  toPlane.setToWorldToPlane(plane.normal);
+  GcGeMatrix3d flatten;
+  flatten.entry[2][2] = 0;
+  const GcGePath path = world.transformed(toPlane).transformed(flatten);
+  const auto at = [&](const GcGeSpan& span, double u) {
+    const GcGePoint3d p = path.origin() + gcgePointAt(span, path.poles(), u);
+    return GcGePoint2d(p.x, p.y);
+  };
+  for (const GcGeSpan& span : path.spans()) {
+    if (span.kind == GcGeSpan::Kind::Line) {
+      loop.edges.append(lineEdge(at(span, span.u0), at(span, span.u1)));
+    } else if (span.kind == GcGeSpan::Kind::Bezier) {
+      addBezier(path, span, loop);
+    } else {
+      const double f = span.sweep * span.u0;
+      const GcGeVector3d a = span.b * std::cos(f) + span.c * std::sin(f);
+      const GcGeVector3d b = span.c * std::cos(f) - span.b * std::sin(f);
+      const GcGePoint3d center = path.origin() + span.center();
+      addRound({center.x, center.y}, a, b, span.sweep * (span.u1 - span.u0), loop);
+    }
+  }
+  return !path.isEmpty();
+}
+
+bool addLevelCurve(GcDbEntity& entity, const Plane& plane, bool alone, GcDbHatchLoop& loop) {
   if (const auto* line = GcDbLine::cast(&entity)) {
     loop.edges.append(lineEdge(plane.flat(line->startPoint()), plane.flat(line->endPoint())));
   } else if (const auto* circle = GcDbCircle::cast(&entity)) {
+    if (!plane.isParallel(circle->normal())) return false;
     loop.edges.append(arcEdge(plane.flat(circle->center()), circle->radius(), 0, gcplanar::kTwoPi, false));
   } else if (const auto* arc = GcDbArc::cast(&entity)) {
+    if (!plane.isParallel(arc->normal())) return false;
     addArc(*arc, plane, loop);
   } else if (const auto* ellipse = GcDbEllipse::cast(&entity)) {
+    if (!plane.isParallel(ellipse->normal())) return false;
     addEllipse(*ellipse, plane, loop);
   } else if (const auto* spline = GcDbSpline::cast(&entity)) {
     return addSpline(*spline, plane, loop);
   } else if (const auto* polyline = GcDbPolyline::cast(&entity)) {
+    if (!plane.isParallel(polyline->normal())) return false;
     addPolyline(*polyline, plane, alone, loop);
   } else if (const auto* old = GcDb2dPolyline::cast(&entity)) {
+    if (!plane.isParallel(old->normal())) return false;
     addOldPolyline(*old, plane, alone, loop);
   } else {
     return false;
@@ -154,20 +223,31 @@ bool addCurve(GcDbEntity& entity, const Plane& plane, bool alone, GcDbHatchLoop&
 
 }  // namespace
 
+bool gchatch::appendCurve(GcDbEntity& entity, const GcGeVector3d& normal, bool alone, GcDbHatchLoop& loop) {
+  const Plane plane{normal};
+  if (addLevelCurve(entity, plane, alone, loop)) return true;
+  const GcDbCurve* curve = GcDbCurve::cast(&entity);
+  return curve != nullptr && addPath(*curve, plane, loop);
+}
+
+// The curves may come in any order and direction; together they must close.
 Gcad::ErrorStatus GcDbHatch::makeLoop(int loopType, const GcDbObjectIdArray& curves, GcDbHatchLoop& loop) const {
   if (curves.isEmpty()) return Gcad::eInvalidInput;
   constexpr int kPolyline = 2;
   constexpr int kDerived = 4;
-  const Plane plane{m_normal};
   loop.flags = (loopType & ~kPolyline) | (m_isAssociative ? kDerived : 0);
+  GcArray<int> pieces;
   for (const GcDbObjectId id : curves) {
     GcDbEntity* entity = nullptr;
     const Gcad::ErrorStatus status = gcdbOpenObject(entity, id, GcDb::kForRead);
     if (status != Gcad::eOk) return status;
-    const bool bounds = addCurve(*entity, plane, curves.length() == 1, loop);
+    const int before = loop.edges.length();
+    const bool bounds = gchatch::appendCurve(*entity, m_normal, curves.length() == 1, loop);
     ignore(entity->close());
     if (!bounds) return Gcad::eInvalidInput;
+    pieces.append(loop.edges.length() - before);
   }
+  if (!gchatch::chain(loop.edges, pieces)) return Gcad::eInvalidInput;
   if (m_isAssociative) loop.sources = curves;
   return Gcad::eOk;
 }

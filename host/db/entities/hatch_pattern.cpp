@@ -1,130 +1,134 @@
 #include "host/db/entities/hatch_pattern.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
+
+#include "db/database.h"
+#include "host/rx/file/file_view.h"
+#include "host/rx/text/number.h"
 
 namespace gchatch {
 namespace {
 
-constexpr int kMostDashes = 6;
-constexpr double kNone = 1e9;  // ends a list of dashes
-
-// A family: angle in degrees, a point of its first line, the step from line to line along and across the lines' own
-// direction, dashes; inches at scale 1.
-struct Family {
-  double angleDeg;
-  double x, y;
-  double along, across;
-  double dashes[kMostDashes] = {kNone, kNone, kNone, kNone, kNone, kNone};
-};
-
-constexpr int kMostFamilies = 6;
-
-struct Pattern {
-  const GCHAR* name;
-  int count;
-  Family families[kMostFamilies];
-};
-
-// Each figure is worked out from its drawing: ANSI31 is iron's 45 degree lines an eighth of an inch apart, and so on.
-constexpr Pattern kPatterns[] = {
-    {GC_T("LINE"), 1, {{0, 0, 0, 0, .125}}},
-    {GC_T("ANSI31"), 1, {{45, 0, 0, 0, .125}}},
-    {GC_T("ANSI32"), 2, {{45, 0, 0, 0, .375}, {45, .176776695, 0, 0, .375}}},
-    {GC_T("ANSI33"), 2, {{45, 0, 0, 0, .25}, {45, .176776695, 0, 0, .25, {.125, -.0625, kNone}}}},
-    {GC_T("ANSI34"),
-     4,
-     {{45, 0, 0, 0, .75}, {45, .176776695, 0, 0, .75}, {45, .353553391, 0, 0, .75}, {45, .530330086, 0, 0, .75}}},
-    {GC_T("ANSI35"), 2, {{45, 0, 0, 0, .25}, {45, .176776695, 0, 0, .25, {.3125, -.0625, 0, -.0625, kNone}}}},
-    {GC_T("ANSI36"), 1, {{45, 0, 0, .21875, .125, {.3125, -.0625, 0, -.0625, kNone}}}},
-    {GC_T("ANSI37"), 2, {{45, 0, 0, 0, .125}, {135, 0, 0, 0, .125}}},
-    {GC_T("ANSI38"), 2, {{45, 0, 0, 0, .125}, {135, 0, 0, .25, .125, {.3125, -.1875, kNone}}}},
-    {GC_T("NET"), 2, {{0, 0, 0, 0, .125}, {90, 0, 0, 0, .125}}},
-    {GC_T("NET3"), 3, {{0, 0, 0, 0, .125}, {60, 0, 0, 0, .125}, {120, 0, 0, 0, .125}}},
-    {GC_T("ANGLE"), 2, {{0, 0, 0, 0, .275, {.2, -.075, kNone}}, {90, 0, 0, 0, .275, {.2, -.075, kNone}}}},
-    {GC_T("BRICK"),
-     3,
-     {{0, 0, 0, 0, .25}, {90, 0, 0, 0, .5, {.25, -.25, kNone}}, {90, .25, 0, 0, .5, {-.25, .25, kNone}}}},
-    {GC_T("BOX"),
-     6,
-     {{90, 0, 0, 0, 1},
-      {90, .25, 0, 0, 1},
-      {0, 0, 0, 0, 1, {-.25, .25, kNone}},
-      {0, 0, .25, 0, 1, {-.25, .25, kNone}},
-      {0, 0, .5, 0, 1, {.25, -.25, kNone}},
-      {0, 0, .75, 0, 1, {.25, -.25, kNone}}}},
-    {GC_T("CROSS"),
-     2,
-     {{0, 0, 0, .25, .25, {.125, -.375, kNone}}, {90, .0625, -.0625, .25, .25, {.125, -.375, kNone}}}},
-    {GC_T("DASH"), 1, {{0, 0, 0, .125, .125, {.125, -.125, kNone}}}},
-    {GC_T("DOTS"), 1, {{0, 0, 0, .03125, .0625, {0, -.0625, kNone}}}},
-    {GC_T("EARTH"),
-     6,
-     {{0, 0, 0, .25, .25, {.25, -.25, kNone}},
-      {0, 0, .09375, .25, .25, {.25, -.25, kNone}},
-      {0, 0, .1875, .25, .25, {.25, -.25, kNone}},
-      {90, .03125, .21875, .25, .25, {.25, -.25, kNone}},
-      {90, .125, .21875, .25, .25, {.25, -.25, kNone}},
-      {90, .21875, .21875, .25, .25, {.25, -.25, kNone}}}},
-    {GC_T("GRATE"), 2, {{0, 0, 0, 0, .03125}, {90, 0, 0, 0, .125}}},
-    {GC_T("HEX"),
-     3,
-     {{0, 0, 0, 0, .216506351, {.125, -.25, kNone}},
-      {120, 0, 0, 0, .216506351, {.125, -.25, kNone}},
-      {60, .125, 0, 0, .216506351, {.125, -.25, kNone}}}},
-    {GC_T("HONEY"),
-     3,
-     {{0, 0, 0, .1875, .108253175, {.125, -.25, kNone}},
-      {120, 0, 0, .1875, .108253175, {.125, -.25, kNone}},
-      {60, 0, 0, .1875, .108253175, {-.25, .125, kNone}}}},
-    {GC_T("SQUARE"), 2, {{0, 0, 0, 0, .125, {.125, -.125, kNone}}, {90, 0, 0, 0, .125, {.125, -.125, kNone}}}},
-    {GC_T("STEEL"), 2, {{45, 0, 0, 0, .125}, {45, 0, .0625, 0, .125}}},
-    {GC_T("TRANS"), 2, {{0, 0, 0, 0, .25}, {0, 0, .125, 0, .25, {.125, -.125, kNone}}}},
-    {GC_T("TRIANG"),
-     3,
-     {{60, 0, 0, .1875, .324759526, {.1875, -.1875, kNone}},
-      {120, 0, 0, .1875, .324759526, {.1875, -.1875, kNone}},
-      {0, -.09375, .162379763, .1875, .324759526, {.1875, -.1875, kNone}}}},
-    {GC_T("ZIGZAG"), 2, {{0, 0, 0, .125, .125, {.125, -.125, kNone}}, {90, .125, 0, .125, .125, {.125, -.125, kNone}}}},
-};
-
 constexpr double kRadPerDegree = 0.017453292519943295769;
 constexpr double kMillimetresPerInch = 25.4;
 
-GcDbHatchPatternLine placed(const Family& family, double angleRad, double scale) {
+std::string_view trimmed(std::string_view text) {
+  const size_t first = text.find_first_not_of(" \t\r\xEF\xBB\xBF");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+// The name of a "*NAME, description" line; empty for other lines.
+std::string_view nameOn(std::string_view line) {
+  if (line.empty() || line[0] != '*') return {};
+  return trimmed(line.substr(1, line.find(',') == std::string_view::npos ? line.size() : line.find(',') - 1));
+}
+
+// Collects the families of one pattern from the lines of a file.
+class Collector {
+ public:
+  Collector(GcView name, double angleRad, double scale, GcArray<GcDbHatchPatternLine>& lines)
+      : m_name(name), m_angleRad(angleRad), m_scale(scale), m_lines(lines) {}
+
+  // False when the line belongs to the pattern and is malformed.
+  bool take(std::string_view text) {
+    const std::string_view line = trimmed(text.substr(0, text.find(';')));
+    if (line.empty()) return true;
+    if (line[0] == '*') {
+      const bool before = m_found;
+      m_inside = !before && equalNoCase(fromUtf8(nameOn(line)), m_name);
+      m_found = m_found || m_inside;
+      return true;
+    }
+    if (!m_inside) return true;
+    GcDbHatchPatternLine family;
+    if (!parseFamily(line, m_angleRad, m_scale, family)) return false;
+    m_lines.append(family);
+    return true;
+  }
+  [[nodiscard]] bool found() const { return m_found && !m_lines.isEmpty(); }
+
+ private:
+  GcView m_name;
+  double m_angleRad, m_scale;
+  GcArray<GcDbHatchPatternLine>& m_lines;
+  bool m_found = false, m_inside = false;
+};
+
+bool builtIn(const char* const* file, GcView name, double angleRad, double scale,
+             GcArray<GcDbHatchPatternLine>& lines) {
+  Collector collector(name, angleRad, scale, lines);
+  for (; *file != nullptr; ++file) collector.take(*file);
+  return collector.found();
+}
+
+bool fromFile(GcView name, double angleRad, double scale, GcArray<GcDbHatchPatternLine>& lines) {
+  GcDbHostApplicationServices* services = gcdbHostApplicationServices();
+  GcString found;
+  const GcText wanted = GcText(name) + GC_T(".pat");
+  if (services == nullptr || services->findFile(found, wanted.c_str()) != Gcad::eOk) return false;
+  gc::FileView file;
+  if (!file.open(toUtf8(view(found))).ok()) return false;
+  Collector collector(name, angleRad, scale, lines);
+  std::string_view rest = file.bytes();
+  while (!rest.empty()) {
+    const size_t end = rest.find('\n');
+    if (!collector.take(rest.substr(0, end))) return false;
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  }
+  return collector.found();
+}
+
+// angle in degrees; along and across: the step to the next line.
+GcDbHatchPatternLine placed(double angleDeg, double x, double y, double along, double across, double angleRad,
+                            double scale) {
   GcDbHatchPatternLine line;
-  line.angleRad = std::fmod(family.angleDeg * kRadPerDegree + angleRad, 360 * kRadPerDegree);
+  line.angleRad = std::fmod(angleDeg * kRadPerDegree + angleRad, 360 * kRadPerDegree);
   const double c = std::cos(angleRad) * scale;
   const double s = std::sin(angleRad) * scale;
-  line.baseX = c * family.x - s * family.y;
-  line.baseY = s * family.x + c * family.y;
+  line.baseX = c * x - s * y;
+  line.baseY = s * x + c * y;
   const double lc = std::cos(line.angleRad) * scale;
   const double ls = std::sin(line.angleRad) * scale;
-  line.offsetX = lc * family.along - ls * family.across;
-  line.offsetY = ls * family.along + lc * family.across;
-  for (const double dash : family.dashes) {
-    if (dash == kNone) break;
-    line.dashes.append(dash * scale);
-  }
+  line.offsetX = lc * along - ls * across;
+  line.offsetY = ls * along + lc * across;
   return line;
 }
 
 }  // namespace
 
-bool patternLines(GcView name, double angleRad, double scale, GcArray<GcDbHatchPatternLine>& lines) {
-  for (const Pattern& pattern : kPatterns) {
-    if (!equalNoCase(view(pattern.name), name)) continue;
-    lines.clear();
-    for (int i = 0; i < pattern.count; ++i)
-      lines.append(placed(pattern.families[i], angleRad, scale * kMillimetresPerInch));
-    return true;
+bool parseFamily(std::string_view text, double angleRad, double scale, GcDbHatchPatternLine& line) {
+  constexpr size_t kFewest = 5, kMost = 5 + 64;
+  std::vector<double> numbers;
+  for (size_t at = 0; at <= text.size();) {
+    const size_t end = std::min(text.find(',', at), text.size());
+    double value = 0;
+    if (!gc::parseReal(trimmed(text.substr(at, end - at)), value) || !std::isfinite(value)) return false;
+    numbers.push_back(value);
+    at = end + 1;
   }
-  return false;
+  if (numbers.size() < kFewest || numbers.size() > kMost || numbers[4] == 0) return false;
+  line = placed(numbers[0], numbers[1], numbers[2], numbers[3], numbers[4], angleRad, scale);
+  for (size_t i = kFewest; i < numbers.size(); ++i) line.dashes.append(numbers[i] * scale);
+  return true;
+}
+
+bool patternLines(GcView name, bool metric, double angleRad, double scale, GcArray<GcDbHatchPatternLine>& lines) {
+  lines.clear();
+  const double inches = scale * (metric ? kMillimetresPerInch : 1);
+  if (builtIn(kInchPatterns, name, angleRad, inches, lines) || builtIn(kIsoPatterns, name, angleRad, scale, lines))
+    return true;
+  lines.clear();
+  return fromFile(name, angleRad, scale, lines);
 }
 
 void userLines(double angleRad, double space, bool isDouble, GcArray<GcDbHatchPatternLine>& lines) {
+  constexpr double kCrossDeg = 90;
   lines.clear();
-  lines.append(placed({0, 0, 0, 0, 1}, angleRad, space));
-  if (isDouble) lines.append(placed({90, 0, 0, 0, 1}, angleRad, space));
+  lines.append(placed(0, 0, 0, 0, 1, angleRad, space));
+  if (isDouble) lines.append(placed(kCrossDeg, 0, 0, 0, 1, angleRad, space));
 }
 
 }  // namespace gchatch

@@ -121,11 +121,15 @@ void GcDbLeader::subAppended() {
 bool GcDbLeader::subWorldDraw(GcGiWorldDraw* draw) {
   const int count = m_vertices.length();
   if (count < 2) return true;
+  GcArray<GcGePoint3d> line(m_vertices);
+  const GcGeVector3d first = line[1] - line[0];
+  const double covered = m_hasArrow ? gcdimoverride::drawArrow(*draw, *this, m_styleId, line[0], line[1], m_normal) : 0;
   GcGePath path;
-  if (isSplined() && subPath(path) == Gcad::eOk)
+  if (isSplined() && subPath(path) == Gcad::eOk) {
     gcdraw::path(*draw, path);
-  else
-    draw->geometry().polyline(count, m_vertices.begin());
-  if (m_hasArrow) gcdimoverride::drawArrow(*draw, *this, m_styleId, m_vertices[0], m_vertices[1], m_normal);
+    return true;
+  }
+  if (covered > 0 && covered < first.length()) line[0] = line[0] + first.normal() * covered;
+  draw->geometry().polyline(count, line.begin());
   return true;
 }

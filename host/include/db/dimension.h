@@ -47,6 +47,7 @@ class GcDbDimension : public GcDbEntity {
 
  protected:
   explicit GcDbDimension(int kind) : m_flags(static_cast<int16_t>(kind | 32)) {}
+  Gcad::ErrorStatus setArrowhead(int setting, const GCHAR* name);
   // Lines and arrows where there is no block.
   virtual void drawPlainly(GcGiWorldDraw& draw) const;
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
