@@ -57,8 +57,9 @@ def main():
     new = os.path.join(folder, "new.dxf")
     subprocess.run(GCAD + ["run", "--no-module", "-e", DRAW, "-s", new], check=True, stdout=subprocess.DEVNULL)
     sources = [(new, VERSIONS)]
-    samples = sorted(glob.glob(os.path.join(SAMPLES, "*.dxf")))
-    sources += [(path, ["R12", "R2018"]) for path in samples]
+    samples = sorted(glob.glob(os.path.join(SAMPLES, "*.d[wx][gf]")))
+    # Layouts that came as bits of a DWG record go as proxies, which the reader does not take for layouts.
+    sources += [(path, ["R12", "R2018"] if path.endswith(".dxf") else ["R12"]) for path in samples]
     bad = compared = 0
     for path, versions in sources:
         for version in versions:

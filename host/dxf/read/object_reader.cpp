@@ -1,5 +1,6 @@
 #include "host/dxf/read/object_reader.h"
 
+#include <cstring>
 #include <iterator>
 
 #include "db/xrecord.h"
@@ -76,6 +77,7 @@ struct ObjectReader::Target {
   bool inHead = true;        // before the first subclass marker
   bool inEntityPart = true;  // a zombie's groups that are read all the same
   bool inEmbedded = false;
+  bool inGraphics = false;
   bool isFirstOfRest = true;
 };
 
@@ -224,10 +226,28 @@ void ObjectReader::readXData(GcDbGroup& group, GroupCursor& cursor, Target& targ
   } while (cursor.next(group));
 }
 
+// How an entity looks to programs that do not know its class: a size and chunks of bytes.
+bool ObjectReader::takeProxyGraphics(const GcDbGroup& group, Target& target) {
+  const bool isSize = group.code == 92 || group.code == 160;
+  if (!target.inEntityPart || target.inHead || (!isSize && group.code != 310)) return false;
+  if (!GcDbEntity::cast(&target.object) || (isSize && group.asInt() <= 0)) return false;
+  if (isSize) {
+    target.inGraphics = true;
+    return true;
+  }
+  if (!target.inGraphics) return false;
+  GcArray<std::uint8_t>& graphics = target.object.needExtra().proxyGraphics;
+  const int old = graphics.length();
+  graphics.setLogicalLength(old + static_cast<int>(group.bytes.size()));
+  if (!group.bytes.empty()) std::memcpy(graphics.begin() + old, group.bytes.data(), group.bytes.size());
+  return true;
+}
+
 void ObjectReader::readField(const GcDbGroup& group, Target& target) {
   GcDbObject& object = target.object;
   const bool isMarker = group.code == kMarkerCode;
   if (isMarker) target.inEntityPart = group.text == GC_T("AcDbEntity");
+  if (takeProxyGraphics(group, target)) return;
   if (target.zombie) {
     if (!target.inEntityPart || !target.fields.take(group)) target.zombie->groups.put(group);
     return;

@@ -39,6 +39,7 @@ class ObjectReader {
   void readHead(const GcDbGroup& group, GroupCursor& cursor, Target& target);
   void readBraces(const GcDbGroup& group, GroupCursor& cursor, Target& target);
   void readXData(GcDbGroup& group, GroupCursor& cursor, Target& target);
+  static bool takeProxyGraphics(const GcDbGroup& group, Target& target);
   void readField(const GcDbGroup& group, Target& target);
 
   LoadContext& m_context;

@@ -1,7 +1,7 @@
 #include "host/dxf/write/class_writer.h"
 
+#include <map>
 #include <string>
-#include <unordered_map>
 
 #include "db/database.h"
 #include "db/entity.h"
@@ -70,7 +70,7 @@ struct Counted {
   const GcDbObject* example = nullptr;
 };
 
-using Counts = std::unordered_map<GcText, Counted>;
+using Counts = std::map<GcText, Counted>;  // in an order that does not change from run to run
 
 // Objects by type, but for the fixed types. Consecutive objects are mostly of one type.
 class Counter {

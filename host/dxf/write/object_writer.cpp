@@ -45,7 +45,7 @@ GcView typeOf(const GcDbObject& object) {
 class ObjectWriter::Sections final : public GcDbGroupSink {
  public:
   Sections(GroupWriter& out, const GcDbObject& object, const GcDbBlockTableRecord* block)
-      : m_out(out), m_block(block), m_foreign(object.extra() ? &object.extra()->foreign : nullptr) {}
+      : m_out(out), m_object(object), m_block(block), m_foreign(object.extra() ? &object.extra()->foreign : nullptr) {}
 
   void put(const GcDbGroup& group) override {
     if (group.code == kMarkerCode) {
@@ -74,7 +74,19 @@ class ObjectWriter::Sections final : public GcDbGroupSink {
   }
 
  private:
+  // Behind the common part: how the entity looks to programs that do not know its class.
+  void putGraphics() {
+    const GcDbObjectExtra* extra = m_object.extra();
+    if (!extra || extra->proxyGraphics.isEmpty()) return;
+    const GcArray<std::uint8_t>& graphics = extra->proxyGraphics;
+    m_out.tags().writeInt(m_out.version() >= GcDb::kDHL_AC1024 ? 160 : 92, graphics.length());
+    m_out.tags().writeBinary(
+        310, {reinterpret_cast<const char*>(graphics.begin()), static_cast<std::size_t>(graphics.length())});
+  }
+
   void endSection() {
+    if (m_inEntity) putGraphics();
+    m_inEntity = false;
     if (!m_foreign || m_section.empty()) return;
     for (const GcDbForeignGroups& groups : *m_foreign) {
       if (!groups.ownMarker && view(groups.section) == GcView(m_section)) m_out.put(groups.groups);
@@ -83,6 +95,7 @@ class ObjectWriter::Sections final : public GcDbGroupSink {
   }
 
   GroupWriter& m_out;
+  const GcDbObject& m_object;
   const GcDbBlockTableRecord* m_block;
   const GcArray<GcDbForeignGroups>* m_foreign;
   GcText m_section;
@@ -153,8 +166,6 @@ void ObjectWriter::writeFields(const GcDbObject& object, const GcDbBlockTableRec
   Sections sections(m_out, object, block);
   if (object.isA()->info()) {
     gcdbFieldsOut(object, sections, m_out.version());
-    const GcDbZombieData* zombie = zombieDataOf(object);
-    if (zombie && isProxied(*zombie)) writeProxied(object, *zombie);
   } else {
     if (GcDbEntity::cast(&object)) {
       gcdbRowsOut(&object, GcDbEntity::kFields, GcDbEntity::kFieldCount, sections, m_out.version(), object.database());
@@ -170,6 +181,8 @@ void ObjectWriter::writeFields(const GcDbObject& object, const GcDbBlockTableRec
                 m_out.version(), object.database());
   }
   sections.finish();
+  const GcDbZombieData* zombie = zombieDataOf(object);
+  if (zombie && isProxied(*zombie)) writeProxied(object, *zombie);
 }
 
 void ObjectWriter::writeProxied(const GcDbObject& object, const GcDbZombieData& data) {

@@ -2,6 +2,7 @@
 
 #include "db/database.h"
 #include "db/entity.h"
+#include "host/dxf/proxy.h"
 #include "host/dxf/write/object_writer.h"
 #include "host/rx/text/number.h"
 
@@ -102,6 +103,9 @@ void SaveNotes::lookAtCommon(const GcDbObject& entity) {
 }
 
 void SaveNotes::look(const GcDbObject& object) {
+  const GcView type = typeOf(object);
+  if (m_report && m_version >= GcDb::kDHL_AC1012 && (type == kProxyEntityType || type == kProxyObjectType))
+    together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));
   if (m_version < GcDb::kDHL_AC1012 || classSince(typeOf(object)) <= m_version) return;
