@@ -8,12 +8,12 @@ namespace ed {
 namespace {
 
 struct UcsNames {
-  const GCHAR *origin, *x, *y;
+  const GCHAR *origin, *x, *y, *name;
 };
 
 const UcsNames& names(const Editor& editor) {
-  static constexpr UcsNames kModel{GC_T("$UCSORG"), GC_T("$UCSXDIR"), GC_T("$UCSYDIR")};
-  static constexpr UcsNames kPaper{GC_T("$PUCSORG"), GC_T("$PUCSXDIR"), GC_T("$PUCSYDIR")};
+  static constexpr UcsNames kModel{GC_T("$UCSORG"), GC_T("$UCSXDIR"), GC_T("$UCSYDIR"), GC_T("$UCSNAME")};
+  static constexpr UcsNames kPaper{GC_T("$PUCSORG"), GC_T("$PUCSXDIR"), GC_T("$PUCSYDIR"), GC_T("$PUCSNAME")};
   return editor.inPaperSpace() ? kPaper : kModel;
 }
 
@@ -34,13 +34,19 @@ GcGeMatrix3d ucsToWorld(const Editor& editor) {
   return matrix.setCoordSystem(header.point(setting.origin), x, y, x.crossProduct(y));
 }
 
-void setUcs(Editor& editor, const GcGePoint3d& origin, const GcGeVector3d& x, const GcGeVector3d& y) {
+bool setUcs(Editor& editor, const GcGePoint3d& origin, const GcGeVector3d& x, const GcGeVector3d& y, GcView name) {
+  constexpr int kNameCode = 2;
+  const GcGeVector3d right = x.normal();
+  const GcGeVector3d up = (y - right * right.dotProduct(y)).normal();
+  if (right.isZeroLength() || up.isZeroLength()) return false;
   GcDbHeader& header = editor.database().header();
   const UcsNames& setting = names(editor);
   const auto asPoint = [](const GcGeVector3d& v) { return GcGePoint3d(v.x, v.y, v.z); };
   header.setPoint(setting.origin, origin);
-  header.setPoint(setting.x, asPoint(x.normal()));
-  header.setPoint(setting.y, asPoint(y.normal()));
+  header.setPoint(setting.x, asPoint(right));
+  header.setPoint(setting.y, asPoint(up));
+  header.setText(setting.name, name, kNameCode);
+  return true;
 }
 
 bool ucsIsWorld(const Editor& editor) { return ucsToWorld(editor).isEqualTo(GcGeMatrix3d::kIdentity); }

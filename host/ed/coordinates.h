@@ -8,7 +8,9 @@ namespace ed {
 
 // From user coordinates to world coordinates. The drawing keeps one user system for model space and one for paper.
 [[nodiscard]] GcGeMatrix3d ucsToWorld(const Editor& editor);
-void setUcs(Editor& editor, const GcGePoint3d& origin, const GcGeVector3d& x, const GcGeVector3d& y);
+// The axes need neither length 1 nor a right angle between them: X counts, Y gives the side. `name` is that of the named
+// system it comes from (UCSNAME). False, nothing changed, for axes that span no plane.
+bool setUcs(Editor& editor, const GcGePoint3d& origin, const GcGeVector3d& x, const GcGeVector3d& y, GcView name = {});
 [[nodiscard]] bool ucsIsWorld(const Editor& editor);
 
 // From display coordinates (the view's own axes, origin at the target) to world coordinates.

@@ -60,7 +60,8 @@ Gcad::ErrorStatus loadViewports(Editor& editor) {
   view.twistRad = record->viewTwist();
   view.direction = record->viewDirection();
   view.target = record->target();
-  setUcs(editor, record->ucsOrigin(), record->ucsXAxis(), record->ucsYAxis());
+  static_cast<void>(
+      setUcs(editor, record->ucsOrigin(), record->ucsXAxis(), record->ucsYAxis(), nameOfRecord(record->ucsName())));
   return record->close();
 }
 

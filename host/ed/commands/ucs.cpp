@@ -1,8 +1,11 @@
 // User coordinate systems.
+#include <memory>
 #include <numbers>
 
+#include "db/ucs.h"
 #include "host/ed/command/families.h"
 #include "host/ed/coordinates.h"
+#include "host/ed/records.h"
 #include "host/ed/systems.h"
 
 namespace ed {
@@ -15,7 +18,7 @@ void set(CommandInput& in, const GcGeMatrix3d& toWorld) {
   Editor& editor = in.editor();
   editor.earlierUcs().push_back(ucsToWorld(editor));
   const GcGeVector3d at = toWorld.translation();
-  setUcs(editor, {at.x, at.y, at.z}, toWorld.column(0), toWorld.column(1));
+  static_cast<void>(setUcs(editor, {at.x, at.y, at.z}, toWorld.column(0), toWorld.column(1)));
 }
 
 // From an origin, a point on the X axis and one on the side of positive Y; missing ones keep the present axes.
@@ -43,6 +46,77 @@ Task<bool> turned(CommandInput& in, GcGeVector3d axis) {
   turn.setToRotation(angle.kind == Answer::Kind::Number ? angle.number : std::numbers::pi / 2, axis);
   set(in, ucsToWorld(in.editor()) * turn);
   co_return true;
+}
+
+// ---- named systems
+
+bool restore(Editor& editor, GcView name) {
+  const GcDbObjectId id = recordNamed(editor.database().UCSTableId(), name);
+  GcDbUCSTableRecord* record = nullptr;
+  if (id.isNull() || gcdbOpenObject(record, id, GcDb::kForRead) != Gcad::eOk) return false;
+  const GcGeMatrix3d former = ucsToWorld(editor);
+  const bool good = setUcs(editor, record->origin(), record->xAxis(), record->yAxis(), view(record->getName()));
+  if (good) editor.earlierUcs().push_back(former);
+  ignore(record->close());
+  return good;
+}
+
+// A system of that name is changed to be the present one.
+bool save(Editor& editor, GcView name) {
+  GcDbUCSTable* table = nullptr;
+  GcDbUCSTableRecord* record = nullptr;
+  const GcDbObjectId known = recordNamed(editor.database().UCSTableId(), name);
+  if (!known.isNull()) {
+    if (gcdbOpenObject(record, known, GcDb::kForWrite) != Gcad::eOk) return false;
+  } else {
+    if (editor.database().getSymbolTable(table, GcDb::kForWrite) != Gcad::eOk) return false;
+    auto made = std::make_unique<GcDbUCSTableRecord>();
+    const bool added = made->setName(GcText(name).c_str()) == Gcad::eOk && table->add(made.get()) == Gcad::eOk;
+    ignore(table->close());
+    if (!added) return false;
+    record = made.release();
+  }
+  const GcGeMatrix3d user = ucsToWorld(editor);
+  const GcGeVector3d at = user.translation();
+  record->setOrigin({at.x, at.y, at.z});
+  record->setXAxis(user.column(0));
+  record->setYAxis(user.column(1));
+  static_cast<void>(setUcs(editor, record->origin(), record->xAxis(), record->yAxis(), view(record->getName())));
+  ignore(record->close());
+  return true;
+}
+
+bool remove(Editor& editor, GcView name) {
+  GcDbUCSTableRecord* record = nullptr;
+  const GcDbObjectId id = recordNamed(editor.database().UCSTableId(), name);
+  if (id.isNull() || gcdbOpenObject(record, id, GcDb::kForWrite) != Gcad::eOk) return false;
+  const bool erased = record->erase() == Gcad::eOk;
+  ignore(record->close());
+  return erased;
+}
+
+Task<bool> named(CommandInput& in, Answer option) {
+  struct Choice {
+    const char* word;
+    const char* prompt;
+    bool (*act)(Editor& editor, GcView name);
+    const char* refusal;
+  };
+  static constexpr Choice kChoices[] = {
+      {"Restore", "\nEnter name of UCS to restore: ", restore, "\nCannot find the specified UCS.\n"},
+      {"Save", "\nEnter name to save current UCS: ", save, "\nInvalid name.\n"},
+      {"Delete", "\nEnter UCS name to delete: ", remove, "\nCannot find the specified UCS.\n"},
+  };
+  if (option.isKeyword("NAmed"))
+    option =
+        co_await in.ask(Ask(What::Keyword, "\nEnter an option [Restore/Save/Delete]: ").words("Restore Save Delete"));
+  for (const Choice& choice : kChoices) {
+    if (!option.isKeyword(choice.word)) continue;
+    const Answer name = co_await in.ask(Ask(What::Line, choice.prompt));
+    if (name.kind == Answer::Kind::Text && choice.act(in.editor(), name.text)) co_return true;
+    in.tell(choice.refusal);
+  }
+  co_return false;
 }
 
 Task<bool> ucs(CommandInput& in) {
@@ -85,7 +159,7 @@ Task<bool> ucs(CommandInput& in) {
   } else if (option.isKeyword("View")) {
     set(in, displayToWorld(editor));
   } else {
-    co_return false;
+    co_return co_await named(in, option);
   }
   co_return true;
 }

@@ -118,7 +118,9 @@ const VariableRow kRows[] = {
     {"TEXTSTYLE", kText, kComputed, "", 0, 0, false, styleGet, styleSet},
     {"TILEMODE", kInt, kComputed, "1", 0, 1, false, tilemodeGet, tilemodeSet},
     {"UCSNAME", kText, kComputed, "", 0, 0, true,
-     [](Editor& e, Value& v) { v.text = e.database().header().text(GC_T("$UCSNAME")); }},
+     [](Editor& e, Value& v) {
+       v.text = e.database().header().text(e.inPaperSpace() ? GC_T("$PUCSNAME") : GC_T("$UCSNAME"));
+     }},
     {"UCSORG", kPoint3d, kComputed, "", 0, 0, true, ucsOrigin},
     {"UCSXDIR", kPoint3d, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { ucsAxis(e, 0, v); }},
     {"UCSYDIR", kPoint3d, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { ucsAxis(e, 1, v); }},
