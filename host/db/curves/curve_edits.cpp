@@ -44,7 +44,8 @@ void handOver(Pieces& pieces, const GcDbCurve& source, GcDbVoidPtrArray& out) {
 Gcad::ErrorStatus GcDbCurve::getOffsetCurves(double offsetDist, GcDbVoidPtrArray& offsetCurves) const {
   const GcDbCurvePath path(*this);
   if (path.status() != Gcad::eOk) return path.status();
-  if (!std::isfinite(offsetDist) || offsetDist == 0) return Gcad::eInvalidInput;
+  const double size = std::abs(offsetDist);
+  if (!(size > GcGePath::kLeastSize && size < GcGePath::kMostNumber)) return Gcad::eInvalidInput;
   GcGeVector3d normal;
   const Gcad::ErrorStatus status = offsetPlane(*this, *path, normal);
   if (status != Gcad::eOk) return status;

@@ -25,7 +25,8 @@ class GcDbCurvePaths {
     const Gcad::ErrorStatus status = curve.subPath(path);
     if (status != Gcad::eOk) return status;
     if (path.isEmpty()) return Gcad::eDegenerateGeometry;
-    return path.isFinite() ? Gcad::eOk : Gcad::eInvalidInput;
+    if (!path.isFinite()) return Gcad::eInvalidInput;
+    return path.size() > GcGePath::kLeastSize ? Gcad::eOk : Gcad::eDegenerateGeometry;
   }
   static bool keeps(const GcDbCurve& curve) { return curve.subKeepsPath(); }
 };

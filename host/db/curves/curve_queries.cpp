@@ -12,7 +12,10 @@ double tolFor(const GcGePath& path, const GcGePoint3d& point) {
   return path.tolerance() + kRounding * point.asVector().length();
 }
 
-bool isFinite(const GcGePoint3d& p) { return std::isfinite(p.x + p.y + p.z); }
+// Derivatives by knots that lie close together may leave the range of numbers.
+bool isFinite(const GcGeVector3d& v) { return std::isfinite(v.x + v.y + v.z); }
+
+bool isFinite(const GcGePoint3d& p) { return std::abs(p.x) + std::abs(p.y) + std::abs(p.z) < GcGePath::kMostNumber; }
 
 Gcad::ErrorStatus placeOf(const GcGePath& path, const GcGePoint3d& point, GcGeOnPath& place) {
   if (!isFinite(point)) return Gcad::eInvalidInput;
@@ -114,7 +117,7 @@ Gcad::ErrorStatus GcDbCurve::getFirstDeriv(double param, GcGeVector3d& deriv) co
   const GcDbCurvePath path(*this);
   if (path.status() != Gcad::eOk) return path.status();
   GcGeJet jet;
-  if (!std::isfinite(param) || !path->jetAt(param, jet)) return Gcad::eInvalidInput;
+  if (!std::isfinite(param) || !path->jetAt(param, jet) || !isFinite(jet.first)) return Gcad::eInvalidInput;
   deriv = jet.first;
   return Gcad::eOk;
 }
@@ -129,7 +132,7 @@ Gcad::ErrorStatus GcDbCurve::getSecondDeriv(double param, GcGeVector3d& deriv) c
   const GcDbCurvePath path(*this);
   if (path.status() != Gcad::eOk) return path.status();
   GcGeJet jet;
-  if (!std::isfinite(param) || !path->jetAt(param, jet)) return Gcad::eInvalidInput;
+  if (!std::isfinite(param) || !path->jetAt(param, jet) || !isFinite(jet.second)) return Gcad::eInvalidInput;
   deriv = jet.second;
   return Gcad::eOk;
 }
@@ -155,7 +158,8 @@ Gcad::ErrorStatus GcDbCurve::getClosestPointTo(const GcGePoint3d& given, const G
   const GcDbCurvePath path(*this);
   if (path.status() != Gcad::eOk) return path.status();
   const double size = direction.length();
-  if (!isFinite(given) || !std::isfinite(size) || size == 0) return Gcad::eInvalidInput;
+  const bool hasSize = size > GcGePath::kLeastSize && size < GcGePath::kMostNumber;
+  if (!isFinite(given) || !hasSize) return Gcad::eInvalidInput;
   const GcGePath whole = extend ? path->extended() : *path;
   const GcGeVector3d unit = direction / size;
   const GcGeVector3d off = given - path->origin();

@@ -9,7 +9,8 @@ Gcad::ErrorStatus GcDbEllipse::subPath(GcGePath& path) const {
   if (!(m_majorAxis.length() > 0) || !(minor.length() > 0)) return Gcad::eDegenerateGeometry;
   double sweep = m_endParam - m_startParam;
   constexpr double kWhole = 1e-9;  // files round the end of a whole ellipse
-  if (sweep <= 0) sweep += gcplanar::kTwoPi;
+  if (!(sweep > 0 && sweep <= gcplanar::kTwoPi + kWhole)) sweep = gcplanar::inFullTurn(sweep);
+  if (!(sweep > 0)) sweep = gcplanar::kTwoPi;  // ends that fall together
   const bool whole = std::abs(sweep - gcplanar::kTwoPi) <= kWhole;
   if (whole) sweep = gcplanar::kTwoPi;
   path.addArc(m_center, m_majorAxis, minor, m_startParam, sweep, m_startParam, m_startParam + sweep);

@@ -137,17 +137,19 @@ void GcGePath::addJoined(const GcGeSpan& span, const GcGePole* poles, double tol
 
 bool GcGePath::isBounded() const { return !isEmpty() && m_spans.front().isBounded() && m_spans.back().isBounded(); }
 
+// One sum over everything; NaN stays NaN, and no comparison with it holds.
 bool GcGePath::isFinite() const {
-  double sum = m_origin.x + m_origin.y + m_origin.z;
+  const auto sizeOf = [](const auto& v) { return std::abs(v.x) + std::abs(v.y) + std::abs(v.z); };
+  double sum = sizeOf(m_origin);
   for (const GcGeSpan& s : m_spans) {
     if (std::isnan(s.u0) || std::isnan(s.u1)) return false;
-    sum += s.a.x + s.a.y + s.a.z + s.b.x + s.b.y + s.b.z + s.c.x + s.c.y + s.c.z + s.sweep + s.tBase + s.tPerU;
+    sum += sizeOf(s.a) + sizeOf(s.b) + sizeOf(s.c) + std::abs(s.sweep) + std::abs(s.tBase) + std::abs(s.tPerU);
   }
   for (const GcGePole& p : m_poles) {
     if (!(p.w > 0)) return false;
-    sum += p.x + p.y + p.z + p.w;
+    sum += sizeOf(p) + p.w;
   }
-  return std::isfinite(sum);
+  return sum < kMostNumber;
 }
 
 double GcGePath::size() const {

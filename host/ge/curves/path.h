@@ -34,6 +34,10 @@ class GcGePath {
   GcGePath& operator=(GcGePath&& other) noexcept;
   ~GcGePath();
 
+  // Squares and cubes of lengths between the two stay in range; what lies beyond is taken for no curve.
+  static constexpr double kMostNumber = 1e90;
+  static constexpr double kLeastSize = 1e-90;
+
   // ---- making ---------------------------------------------------------------------------------------------
   void clear(const GcGePoint3d& origin);
   void reserve(size_t spans, size_t poles);
@@ -62,7 +66,8 @@ class GcGePath {
   [[nodiscard]] bool isClosed() const { return m_closed; }
   [[nodiscard]] bool isPeriodic() const { return m_periodic; }
   [[nodiscard]] bool isBounded() const;
-  [[nodiscard]] bool isFinite() const;  // no coordinate or parameter is NaN (or infinite, but for unbounded ends)
+  // No coordinate, weight or parameter is NaN or beyond kMostNumber (but for unbounded ends), no weight 0 or below.
+  [[nodiscard]] bool isFinite() const;
   [[nodiscard]] double startParam() const { return m_spans.front().t0(); }
   [[nodiscard]] double endParam() const { return m_spans.back().t1(); }
   // Diagonal of the box around everything bounded; 1 for unbounded lines.
