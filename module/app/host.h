@@ -22,6 +22,7 @@
 #include "db/object.h"
 #include "db/polyline.h"
 #include "db/polyline2d.h"
+#include "db/region.h"
 #include "db/solid.h"
 #include "db/spline.h"
 #include "db/symboltable.h"

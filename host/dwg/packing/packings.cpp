@@ -13,6 +13,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addSplines(list);
   addDimensions(list);
   addHatches(list);
+  addRegions(list);
 }
 
 }  // namespace gc::dwg::packing

@@ -17,6 +17,7 @@ void addDimStyles(std::vector<ClassPacking>& list);
 void addSplines(std::vector<ClassPacking>& list);
 void addDimensions(std::vector<ClassPacking>& list);
 void addHatches(std::vector<ClassPacking>& list);
+void addRegions(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);
 

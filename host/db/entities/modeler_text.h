@@ -1,0 +1,31 @@
+// Plane areas as the text a solid modeller saves ("SAT"), and back.
+// System:  world. A loop's path runs with the area on its left seen against the normal.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/ge/curves/path.h"
+
+namespace gcmodeler {
+
+struct PlaneArea {
+  GcGeVector3d normal = GcGeVector3d::kZAxis;
+  std::vector<GcGePath> loops;
+};
+
+// The lines of a body of one sheet with one face.
+std::vector<std::string> write(const PlaneArea& area);
+
+// The first plane face of a body. False for a text that has none, or edges of kinds other than straight lines, arcs of
+// ellipses and splines. Reads the forms of all versions of the text.
+bool read(std::string_view text, PlaneArea& area);
+
+// Appends the pieces of one path to another, wherever their origins are.
+void appendPath(const GcGePath& own, GcGePath& path);
+
+// Files keep the text enciphered; the same call deciphers it.
+std::string cipher(std::string_view line);
+
+}  // namespace gcmodeler

@@ -1,0 +1,183 @@
+#include "db/region.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <memory>
+
+#include "host/db/curves/from_path.h"
+#include "host/db/describe/fieldio.h"
+#include "host/db/entities/draw_path.h"
+#include "host/db/entities/modeler_text.h"
+#include "host/db/entities/region_loops.h"
+
+GCDB_DEFINE_CLASS(GcDbRegion, "AcDbRegion")
+
+namespace {
+
+constexpr GcDbField kLineFields[] = {
+    field<&GcDbModelerLine::text>(1, "text", Is::Plain),
+    list<&GcDbModelerLine::more, 3>(-1, "more"),
+};
+
+}  // namespace
+
+const GcDbField GcDbRegion::kFields[] = {
+    marker("AcDbModelerGeometry"),
+    field<&GcDbRegion::m_isRecorded>(290, "isRecorded", Is::Plain, Write::UnlessDefault).from(GcDb::kDHL_AC1027),
+    field<&GcDbRegion::m_recordId>(2, "recordId", Is::Plain, Write::UnlessDefault).from(GcDb::kDHL_AC1027),
+    field<&GcDbRegion::m_version>(70, "version", Is::Plain).orElse(1).until(GcDb::kDHL_AC1027),
+    field<&GcDbRegion::m_version>(70, "textVersion", Is::Plain)
+        .orElse(1)
+        .from(GcDb::kDHL_AC1027)
+        .when<&GcDbRegion::hasText>()
+        .readAnyway()
+        .echo(),
+    each<&GcDbRegion::m_lines>(-1, "lines", kLineFields),
+};
+GCDB_FIELD_COUNT(GcDbRegion);
+
+namespace {
+
+using gcmodeler::PlaneArea;
+
+// Enciphered, in groups of at most 255 characters.
+GcArray<GcDbModelerLine> linesOf(const PlaneArea& area) {
+  constexpr size_t kMostCharacters = 255;
+  GcArray<GcDbModelerLine> lines;
+  for (const std::string& plain : gcmodeler::write(area)) {
+    const GcText text = fromUtf8(gcmodeler::cipher(plain));
+    GcDbModelerLine line;
+    line.text = GcString(text.c_str(), std::min(text.size(), kMostCharacters));
+    for (size_t at = kMostCharacters; at < text.size(); at += kMostCharacters)
+      line.more.append(GcString(text.c_str() + at, std::min(text.size() - at, kMostCharacters)));
+    lines.append(line);
+  }
+  return lines;
+}
+
+bool areaOf(const GcArray<GcDbModelerLine>& lines, PlaneArea& area) {
+  std::string text;
+  for (const GcDbModelerLine& line : lines) {
+    text += gcmodeler::cipher(toUtf8(view(line.text)));
+    for (const GcString& more : line.more) text += gcmodeler::cipher(toUtf8(view(more)));
+    text += '\n';
+  }
+  return gcmodeler::read(text, area);
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbRegion::createFromCurves(const GcDbVoidPtrArray& curves, GcDbVoidPtrArray& regions) {
+  std::vector<const GcDbCurve*> bounds;
+  for (void* each : curves) {
+    const auto* curve = GcDbCurve::cast(static_cast<GcDbObject*>(each));
+    if (curve != nullptr) bounds.push_back(curve);
+  }
+  const std::vector<PlaneArea> areas = gcregion::areasOf(bounds);
+  for (const PlaneArea& area : areas) {
+    auto region = std::make_unique<GcDbRegion>();
+    region->m_lines = linesOf(area);
+    regions.append(region.release());
+  }
+  return areas.empty() ? Gcad::eInvalidInput : Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbRegion::getArea(double& area) const {
+  PlaneArea plane;
+  if (!areaOf(m_lines, plane)) return Gcad::eNotApplicable;
+  area = 0;
+  for (const GcGePath& loop : plane.loops) area += loop.vectorArea().dotProduct(plane.normal);
+  area = std::fabs(area);
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbRegion::getPerimeter(double& length) const {
+  PlaneArea plane;
+  if (!areaOf(m_lines, plane)) return Gcad::eNotApplicable;
+  length = 0;
+  for (const GcGePath& loop : plane.loops) length += loop.length();
+  return Gcad::eOk;
+}
+
+namespace {
+
+// The moment of the signed area between a stretch and a point of the plane: a third of the integral of
+// p (p x p') . n, p from that point.
+GcGeVector3d momentOf(const GcGePath& path, const GcGeVector3d& from, const GcGeVector3d& normal) {
+  constexpr int kPieces = 8;
+  // Nodes and weights of five-point Gauss quadrature on [-1, 1]: exact to degree 9.
+  constexpr double kNodes[] = {0, 0.5384693101056831, -0.5384693101056831, 0.9061798459386640, -0.9061798459386640};
+  constexpr double kWeights[] = {0.5688888888888889, 0.4786286704993665, 0.4786286704993665, 0.2369268850561891,
+                                 0.2369268850561891};
+  GcGeVector3d moment;
+  for (const GcGeSpan& span : path.spans()) {
+    const int pieces = span.kind == GcGeSpan::Kind::Line ? 1 : kPieces * 4;
+    const double half = (span.u1 - span.u0) / pieces / 2;
+    for (int i = 0; i < pieces; ++i)
+      for (int k = 0; k < 5; ++k) {
+        const GcGeJet jet = gcgeJetAt(span, path.poles(), span.u0 + half * (2 * i + 1 + kNodes[k]));
+        const GcGeVector3d p = jet.point - from;
+        moment += p * (p.crossProduct(jet.first).dotProduct(normal) * kWeights[k] * half / 3);
+      }
+  }
+  return moment;
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbRegion::getCentroid(GcGePoint3d& centroid) const {
+  PlaneArea plane;
+  if (!areaOf(m_lines, plane)) return Gcad::eNotApplicable;
+  const GcGePoint3d from = plane.loops[0].origin() + plane.loops[0].pointOn(0, plane.loops[0].spans()[0].u0);
+  GcGeVector3d moment;
+  double area = 0;
+  for (const GcGePath& loop : plane.loops) {
+    moment += momentOf(loop, from - loop.origin(), plane.normal);
+    area += loop.vectorArea().dotProduct(plane.normal);
+  }
+  if (area == 0) return Gcad::eDegenerateGeometry;
+  centroid = from + moment * (1 / area);
+  return Gcad::eOk;
+}
+
+GcGeVector3d GcDbRegion::normal() const {
+  PlaneArea plane;
+  return areaOf(m_lines, plane) ? plane.normal : GcGeVector3d::kZAxis;
+}
+
+bool GcDbRegion::subWorldDraw(GcGiWorldDraw* draw) {
+  PlaneArea plane;
+  if (areaOf(m_lines, plane))
+    for (const GcGePath& loop : plane.loops) gcdraw::path(*draw, loop);
+  return true;
+}
+
+Gcad::ErrorStatus GcDbRegion::explode(GcDbVoidPtrArray& entities) const {
+  PlaneArea plane;
+  if (!areaOf(m_lines, plane)) return Gcad::eNotApplicable;
+  for (const GcGePath& loop : plane.loops)
+    for (const GcGeSpan& span : loop.spans()) {
+      GcGePath single(loop.origin());
+      single.addSpan(span, loop.poles());
+      single.setClosed(loop.spans().size() == 1, false);
+      GcDbCurve* curve = gcdbCurveFromPath(single, plane.normal);
+      if (curve == nullptr) continue;
+      ignore(curve->setPropertiesFrom(*this, false));
+      entities.append(curve);
+    }
+  return Gcad::eOk;
+}
+
+// The text is made anew; one that cannot be read stays, and the region with it.
+Gcad::ErrorStatus GcDbRegion::subTransformBy(const GcGeMatrix3d& transform) {
+  PlaneArea plane;
+  if (!areaOf(m_lines, plane)) return Gcad::eNotApplicable;
+  PlaneArea moved;
+  GcGeVector3d normal;
+  for (const GcGePath& loop : plane.loops) moved.loops.push_back(loop.transformed(transform));
+  if (!moved.loops[0].isPlanar(normal) || normal.isZeroLength()) return Gcad::eDegenerateGeometry;
+  moved.normal = moved.loops[0].vectorArea().dotProduct(normal) < 0 ? -normal : normal;
+  m_lines = linesOf(moved);
+  return Gcad::eOk;
+}
