@@ -187,14 +187,22 @@ GcGeNurbs gcgeNurbsOfPath(const GcGePath& path) {
   if (parts.empty()) return out;
   for (Part& part : parts)
     while (static_cast<int>(part.poles.size()) <= out.degree) raise(part.poles);
+  // Where stretches have been left out of a path its parameter leaps; knots go on without a gap.
+  for (size_t i = 1; i < parts.size(); ++i) {
+    const double range = parts[i].t1 - parts[i].t0;
+    parts[i].t0 = parts[i - 1].t1;
+    parts[i].t1 = parts[i].t0 + range;
+  }
   const int p = out.degree;
   std::vector<GcGePole> poles(parts[0].poles.begin(), parts[0].poles.end());
   out.knots.assign(p + 1, parts[0].t0);
   for (size_t i = 1; i < parts.size(); ++i) {
-    const bool smooth = p > 1 && !rational && joinsSmoothly(parts[i - 1], parts[i], p, path.tolerance());
+    // A gap keeps both its ends: knots of full multiplicity.
+    const bool torn = (parts[i].poles[0].point() - poles.back().point()).length() > 16 * path.tolerance();
+    const bool smooth = !torn && p > 1 && !rational && joinsSmoothly(parts[i - 1], parts[i], p, path.tolerance());
     if (smooth) poles.pop_back();
-    out.knots.insert(out.knots.end(), smooth ? p - 1 : p, parts[i].t0);
-    poles.insert(poles.end(), parts[i].poles.begin() + 1, parts[i].poles.end());
+    out.knots.insert(out.knots.end(), torn ? p + 1 : smooth ? p - 1 : p, parts[i].t0);
+    poles.insert(poles.end(), parts[i].poles.begin() + (torn ? 0 : 1), parts[i].poles.end());
   }
   out.knots.insert(out.knots.end(), p + 1, parts.back().t1);
   setPoles(out, poles, path.origin(), rational);

@@ -28,7 +28,7 @@ struct GcGeNurbs {
 
 [[nodiscard]] GcGeNurbs gcgeReverseNurbs(const GcGeNurbs& spline);
 
-// A clamped spline over the path's own parameters, of the highest degree among its spans (a line has 1, an arc 2).
+// A clamped spline over the path's own parameters (those behind a leap move up to it), of the highest degree among its spans (a line has 1, an arc 2).
 // Knots of full multiplicity at corners; one less where the derivative is continuous. Arcs become rational quadratics,
 // whose parameter agrees with the path's at the ends of their parts only.
 [[nodiscard]] GcGeNurbs gcgeNurbsOfPath(const GcGePath& path);
