@@ -2,10 +2,12 @@
 
 #include <cctype>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "cli/terminal.h"
 #include "host/db/core/fileformats.h"
 #include "host/db/core/loadreport.h"
+#include "host/rx/text/number.h"
 
 namespace cli {
 
@@ -69,6 +71,15 @@ std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path, Remarks r
   }
   tell(database->loadReport(), path, remarks);
   return database;
+}
+
+nlohmann::json loadEntryAsJson(const GcDbLoadEntry& entry) {
+  constexpr const char* kActions[] = {"noted", "repaired", "skipped", "missing"};
+  nlohmann::json out{{"action", kActions[static_cast<size_t>(entry.action)]}, {"text", entry.text}};
+  if (entry.line != 0) out["line"] = entry.line;
+  if (entry.offset != 0) out["offset"] = entry.offset;
+  if (entry.handle != 0) out["handle"] = gc::hexText(entry.handle);
+  return out;
 }
 
 bool mayWrite(const std::string& path, bool force) {

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "db/database.h"
+
+struct GcDbLoadEntry;
 
 namespace cli {
 
@@ -13,6 +16,9 @@ enum class Remarks { First, All, None };
 
 // The drawing of a file (path in UTF-8); null after a complaint that names file and reason.
 std::unique_ptr<GcDbDatabase> openDrawingFile(const std::string& path, Remarks remarks = Remarks::First);
+
+// One remark on reading: {"action", "line", "offset", "handle", "text"}, what is not known left out.
+nlohmann::json loadEntryAsJson(const GcDbLoadEntry& entry);
 
 // "R2000" for AC1015 and so on; "?" for an unknown version.
 const char* versionName(GcDb::GcDbDwgVersion version);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/audit.h"
 #include "cli/convert.h"
 #include "cli/exitcode.h"
 #include "cli/functions.h"
@@ -28,6 +29,7 @@ int carryOut(const std::vector<std::string>& arguments) {
   switch (options.command) {
     case cli::Options::Command::Run: return cli::run(terminal, options.run);
     case cli::Options::Command::Convert: return cli::convert(options.convert);
+    case cli::Options::Command::Audit: return cli::audit(terminal, options.audit);
     case cli::Options::Command::Info: return cli::info(terminal, options.info);
     case cli::Options::Command::Functions: return cli::functions(terminal, options.functions);
     case cli::Options::Command::Plot: return cli::plot(terminal, options.plot);

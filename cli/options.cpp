@@ -98,6 +98,16 @@ void addOthers(CLI::App& app, Options& options) {
       "What the version cannot say is mapped or left out and told on standard error, an object a line.\n"
       "Exit codes: 0 done, 2 usage, 3 IN cannot be read, 4 OUT cannot be written.");
 
+  CLI::App& audit = *app.add_subcommand("audit", "Tell what is wrong with a drawing; mend it");
+  audit.add_option("file", options.audit.file, "DXF or DWG")->type_name("FILE")->required();
+  audit.add_flag("--fix", options.audit.fix, "Mend what can be mended");
+  audit.add_option("-o,--out", options.audit.out, "The mended drawing")->type_name("OUT");
+  audit.add_flag("-f,--force", options.audit.force, "Overwrite an existing output");
+  audit.add_flag("--json", options.audit.json, "As one JSON object");
+  audit.footer(
+      "Exit codes: 0 nothing found (with --fix: everything mended), 2 usage, 3 FILE cannot be read,\n"
+      "            4 OUT cannot be written, 5 errors.");
+
   CLI::App& info = *app.add_subcommand("info", "Tell what is in a drawing");
   info.add_option("file", options.info.file, "DXF or DWG")->type_name("FILE")->required();
   info.add_flag("--json", options.info.json, "As one JSON object");

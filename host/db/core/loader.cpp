@@ -1,6 +1,7 @@
 #include "host/db/core/loader.h"
 
 #include "db/blockbegin.h"
+#include "host/db/core/store.h"
 
 void GcDbLoader::appendRecord(GcDbSymbolTable& table, const GcDbSymbolTableRecord& record) {
   table.m_records.append(record.objectId());
@@ -8,6 +9,9 @@ void GcDbLoader::appendRecord(GcDbSymbolTable& table, const GcDbSymbolTableRecor
 }
 
 void GcDbLoader::appendEntity(GcDbBlockTableRecord& block, GcDbObjectId entity) { block.m_entities.append(entity); }
+void GcDbLoader::setEntities(GcDbBlockTableRecord& block, const GcDbObjectIdArray& entities) {
+  block.m_entities = entities;
+}
 void GcDbLoader::setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin) { block.m_beginId = begin; }
 void GcDbLoader::setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end) { block.m_endId = end; }
 void GcDbLoader::setOwner(GcDbObject& object, GcDbObjectId owner) { object.m_ownerId = owner; }
@@ -26,6 +30,8 @@ GcDbObjectId addPart(GcDbDatabase& database, GcDbEntity* part, GcDbObjectId owne
 }  // namespace
 
 void GcDbLoader::completeBlock(GcDbDatabase& database, GcDbObjectId block) {
+  const auto* known = block.isValid() ? GcDbBlockTableRecord::cast(block.stub()->object) : nullptr;
+  if (known && known->m_beginId.isValid() && known->m_endId.isValid()) return;
   GcDbBlockTableRecord* record = nullptr;
   if (gcdbOpenObject(record, block, GcDb::kForWrite) != Gcad::eOk) return;
   if (!record->m_beginId.isValid()) record->m_beginId = addPart(database, new GcDbBlockBegin, block);

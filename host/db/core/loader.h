@@ -11,6 +11,8 @@ class GcDbLoader {
   static void appendRecord(GcDbSymbolTable& table, const GcDbSymbolTableRecord& record);
   // The entity has its id and the block as its owner.
   static void appendEntity(GcDbBlockTableRecord& block, GcDbObjectId entity);
+  // For mending: the list as it should be.
+  static void setEntities(GcDbBlockTableRecord& block, const GcDbObjectIdArray& entities);
   static void setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin);
   static void setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end);
   // Gives a block the begin and end entities it lacks.

@@ -178,6 +178,12 @@ void GcDbDictionary::appendEntry(const GcString& key, GcDbObjectId id) {
   m_entries.append(GcDbDictionaryEntry{key, id, m_hard});
 }
 
+void GcDbDictionary::replaceEntries(const GcArray<GcDbDictionaryEntry>& entries) {
+  m_entries = entries;
+  dropNullEntries();
+  subLoaded();  // the index
+}
+
 void GcDbDictionary::dropNullEntries() {
   for (int i = m_entries.length() - 1; i >= 0; --i)
     if (m_entries[i].id.isNull()) m_entries.removeAt(i);

@@ -11,7 +11,7 @@ constexpr int kToNextCoordinate = 10;
 }  // namespace
 
 void GroupCursor::damaged(const Tag& tag, const char* what) const {
-  m_context.report(GcDbLoadAction::Repaired, tag.offset, m_handle,
+  m_context.report(GcDbLoadAction::Noted, tag.offset, m_handle,
                    "group " + std::to_string(tag.code) + ": " + m_context.shown(tag.raw) + what);
 }
 

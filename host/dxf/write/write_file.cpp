@@ -6,6 +6,7 @@
 #include "db/zombie.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/fileparts.h"
+#include "host/db/core/loader.h"
 #include "host/db/core/store.h"
 #include "host/dxf/dxf_file.h"
 #include "host/dxf/table_names.h"
@@ -44,6 +45,15 @@ void completeSequences(GcDbDatabase& database) {
     ignore(database.addGcDbObject(id, sequenceEnd, entity->objectId()));
     ignore(sequenceEnd->close());
     entity->needExtra().sequenceEnd = id;
+  }
+}
+
+// Definitions made by programs get the entities that begin and end them when they are written.
+void completeBlocks(GcDbDatabase& database) {
+  const auto& table = static_cast<const GcDbSymbolTable&>(*database.blockTableId().stub()->object);
+  const GcDbObjectIdArray records = table.records();
+  for (const GcDbObjectId id : records) {
+    if (isWritten(id)) GcDbLoader::completeBlock(database, id);
   }
 }
 
@@ -215,6 +225,7 @@ Gcad::ErrorStatus write(GcDbDatabase& database, ByteSink& sink, const WriteOptio
   const DrawingText text(page, options.version >= GcDb::kDHL_AC1021);
   const bool isR12 = options.version < GcDb::kDHL_AC1012;
   completeSequences(database);
+  completeBlocks(database);
   const FileForm binary = isR12 ? FileForm::Binary8 : FileForm::Binary16;
   TagWriter tags(sink, options.binary ? binary : FileForm::Ascii);
   if (isR12) {

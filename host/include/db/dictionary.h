@@ -71,6 +71,8 @@ class GcDbDictionary : public GcDbObject {
 
   // For readers of files: an entry as the file has it, without creating or opening anything.
   void appendEntry(const GcString& key, GcDbObjectId id);
+  // For mending: the entries as they should be; those without an object are left out.
+  void replaceEntries(const GcArray<GcDbDictionaryEntry>& entries);
   // For cloning: takes out entries whose objects were not copied.
   void dropNullEntries();
 
