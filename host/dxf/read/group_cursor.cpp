@@ -10,8 +10,8 @@ constexpr int kToNextCoordinate = 10;
 
 }  // namespace
 
-void GroupCursor::damaged(const Tag& tag, const char* what) const {
-  m_context.report(GcDbLoadAction::Noted, tag.offset, m_handle,
+void GroupCursor::damaged(const Tag& tag, const char* what, GcDbLoadAction action) const {
+  m_context.report(action, tag.offset, m_handle,
                    "group " + std::to_string(tag.code) + ": " + m_context.shown(tag.raw) + what);
 }
 
@@ -59,7 +59,7 @@ std::uint64_t GroupCursor::handleOf(const Tag& tag, GcDbGroup& group) {
   std::uint64_t handle = 0;
   const bool isName = m_nameInGroup5 && tag.code == 5;
   if (isName || !tag.handle(handle)) {
-    if (!isName) damaged(tag, " is no handle: kept as a text");
+    if (!isName) damaged(tag, " is no handle: kept as a text", GcDbLoadAction::Noted);
     readText(tag, group);
   }
   return handle;

@@ -37,7 +37,7 @@ class GroupCursor {
   void readPoint(const Tag& tag, GcDbGroup& group);
   double realOf(const Tag& tag) const;
   std::int64_t integerOf(const Tag& tag) const;
-  void damaged(const Tag& tag, const char* what) const;
+  void damaged(const Tag& tag, const char* what, GcDbLoadAction action = GcDbLoadAction::Repaired) const;
 
   const LoadContext& m_context;
   std::span<const Tag> m_tags;
