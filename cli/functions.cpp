@@ -72,6 +72,13 @@ std::vector<FunctionHelp> allFunctions() {
   return all;
 }
 
+std::string functionReference(const std::string& pattern) {
+  std::string text;
+  for (const FunctionHelp& each : allFunctions())
+    if (isWanted(each, pattern)) text += described(each, true);
+  return text;
+}
+
 int functions(Terminal& terminal, const FunctionsOptions& options) {
   std::vector<FunctionHelp> wanted = allFunctions();
   std::erase_if(wanted, [&](const FunctionHelp& each) { return !isWanted(each, options.name); });

@@ -20,6 +20,9 @@ struct FunctionHelp {
 // All of them in the order of their names.
 std::vector<FunctionHelp> allFunctions();
 
+// The reference of the functions whose names match the pattern, in full; empty when there is none.
+std::string functionReference(const std::string& pattern);
+
 int functions(Terminal& terminal, const FunctionsOptions& options);
 
 }  // namespace cli

@@ -2,6 +2,8 @@
 
 #include <histedit.h>
 
+#include <csetjmp>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +20,8 @@ constexpr int kHistorySize = 1000;
 // The library calls back with its own handle only, and there is one terminal.
 class Libedit;
 Libedit* g_editor = nullptr;
+sigjmp_buf g_wayOut;
+volatile std::sig_atomic_t g_reading = 0;
 
 class Libedit final : public LineEditor {
  public:
@@ -49,9 +53,31 @@ class Libedit final : public LineEditor {
   Libedit& operator=(const Libedit&) = delete;
 
   void setPrompt(const std::string& prompt) override { m_prompt = prompt; }
+  [[nodiscard]] bool interrupted() const override { return m_interrupted; }
   bool readLine(GcText& line) override {
     int count = 0;
+    m_interrupted = false;
+    // The library starts reading anew after a signal; the way out of it is a jump. Between here and there lies
+    // nothing but the library's C code.
+    if (sigsetjmp(g_wayOut, 1) != 0) {
+      g_reading = 0;
+      sigaction(SIGINT, &m_former, nullptr);
+      if (m_former.sa_handler != SIG_DFL && m_former.sa_handler != SIG_IGN) m_former.sa_handler(SIGINT);
+      m_interrupted = true;
+      el_reset(m_edit);
+      std::fputs("^C\n", stderr);
+      return false;
+    }
+    struct sigaction jump = {};
+    jump.sa_handler = [](int) {
+      if (g_reading != 0) siglongjmp(g_wayOut, 1);
+    };
+    sigemptyset(&jump.sa_mask);
+    sigaction(SIGINT, &jump, &m_former);
+    g_reading = 1;
     const char* bytes = el_gets(m_edit, &count);
+    g_reading = 0;
+    sigaction(SIGINT, &m_former, nullptr);
     if (bytes == nullptr || count <= 0) return false;
     HistEvent event;
     if (bytes[0] != '\n') history(m_history, &event, H_ENTER, bytes);
@@ -91,6 +117,8 @@ class Libedit final : public LineEditor {
   History* m_history;
   std::string m_prompt;
   std::string m_file;
+  struct sigaction m_former = {};
+  bool m_interrupted = false;
 };
 
 }  // namespace

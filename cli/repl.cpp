@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "cli/exitcode.h"
+#include "cli/functions.h"
+#include "cli/interrupts.h"
 #include "cli/lineeditor.h"
 #include "cli/script.h"
 #include "cli/server.h"
@@ -14,17 +16,26 @@ namespace cli {
 
 namespace {
 
+std::string lowered(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+  return text;
+}
+
 class NameCompleter final : public LineEditor::Completer {
  public:
   explicit NameCompleter(Session& session) : m_session(session) {}
-  std::vector<std::string> complete(const std::string& start) override {
+  // Everything that has a value: builtins, functions of plug-ins, the program's own names.
+  std::vector<std::string> complete(const std::string& typed) override {
     std::vector<std::string> found;
-    for (const lisp::Builtin* row = lisp::firstBuiltin(); row != nullptr; row = row->next)
-      if (std::string(row->name).compare(0, start.size(), start) == 0) found.emplace_back(row->name);
-    for (const auto& function : m_session.host().functions())
-      if (const std::string name = gc::toUtf8(function.name); name.compare(0, start.size(), start) == 0)
-        found.push_back(name);
+    const std::string start = lowered(typed);
+    m_session.lisp().vm().symbols().forEach([&](lisp::Symbol& symbol) {
+      if (!symbol.value) return;
+      const std::string name = lowered(gc::toUtf8(symbol.text()));
+      if (name.compare(0, start.size(), start) == 0) found.push_back(name);
+    });
     std::sort(found.begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     return found;
   }
 
@@ -51,19 +62,31 @@ int openParentheses(GcView text) {
   return inText ? std::max(depth, 1) : depth;
 }
 
+// A line that Ctrl-C broke off makes the entry empty; false at the end of input.
 bool readEntry(LineEditor& editor, GcText& entry) {
   editor.setPrompt("Command: ");
-  if (!editor.readLine(entry)) return false;
+  entry.clear();
+  bool good = editor.readLine(entry);
   editor.setPrompt("       > ");
-  for (GcText line; openParentheses(entry) > 0 && editor.readLine(line);) entry += GC_T("\n") + line;
+  for (GcText line; good && openParentheses(entry) > 0;) {
+    good = editor.readLine(line);
+    if (good) entry += GC_T("\n") + line;
+  }
   editor.setPrompt("");
+  if (!editor.interrupted()) return good || openParentheses(entry) > 0;
+  entry.clear();
   return true;
 }
 
-// Evaluates forms and variables; anything else is typed at the command line.
+// Evaluates forms and variables (!NAME), tells about functions (?NAME); anything else is typed at the command line.
 int carryOut(Session& session, GcText entry, bool& ended) {
   const bool variable = !entry.empty() && entry[0] == GC_T('!');
   if (variable) entry.erase(0, 1);
+  if (!entry.empty() && entry[0] == GC_T('?')) {
+    const std::string text = functionReference(gc::toUtf8(GcView(entry).substr(1)));
+    ap::print(gc::fromUtf8(text.empty() ? "No function has this name.\n" : text));
+    return kDone;
+  }
   BetweenForms between(session);
   if (!variable && (session.commandLine().isBusy() || entry.empty() || entry[0] != GC_T('('))) {
     session.commandLine().type(entry + GC_T("\n"));
@@ -82,9 +105,12 @@ int interact(Session& session) {
   NameCompleter completer(session);
   const std::unique_ptr<LineEditor> editor = LineEditor::make(&completer);
   session.commandLine().setSource(editor.get());
+  const Interrupts interrupts(session.lisp());
   bool ended = false;
   int code = kDone;
   for (GcText entry; !ended && readEntry(*editor, entry);) {
+    session.lisp().vm().clearInterrupts();
+    Interrupts::forget();
     code = carryOut(session, entry, ended);
     session.lisp().flush();
     session.terminal().flush();

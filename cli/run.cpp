@@ -1,6 +1,7 @@
 #include "cli/run.h"
 
 #include "cli/exitcode.h"
+#include "cli/interrupts.h"
 #include "cli/savefile.h"
 #include "cli/script.h"
 #include "cli/session.h"
@@ -28,6 +29,15 @@ int runSources(Session& session, const RunOptions& options) {
   return kDone;
 }
 
+// The same, until the time is up or Ctrl-C is pressed.
+int runSourcesWithin(Session& session, const RunOptions& options, TimeLimit& limit) {
+  limit.watch(session.lisp());
+  const Interrupts interrupts(session.lisp());
+  const int code = runSources(session, options);
+  limit.stopWatching();
+  return code;
+}
+
 // Where the drawing goes at the end; without a path when it is not saved.
 SaveTarget targetOf(const RunOptions& options) {
   return {options.inPlace ? options.drawing : options.save,
@@ -46,13 +56,14 @@ int run(Terminal& terminal, const RunOptions& options) {
   // A script must not work for an hour to find its output in the way.
   if (!target.path.empty())
     if (const int code = checkTarget(target); code != kDone) return code;
+  TimeLimit limit(options.timeLimitS);
   Session session(terminal, options);
   if (const int code = session.loadPlugIn(); code != kDone) return code;
   if (const int code = session.openDrawing(); code != kDone) return code;
   if (const int code = session.openInput(); code != kDone) return code;
   if (const int code = session.openScreenLog(); code != kDone) return code;
   giveArguments(session, options);
-  if (const int code = runSources(session, options); code != kDone) return code;
+  if (const int code = runSourcesWithin(session, options, limit); code != kDone) return code;
   if (!target.path.empty() && !options.dryRun)
     if (const int code = saveDrawing(*session.document().database(), target); code != kDone) return code;
   return session.checkScreenLog();

@@ -41,6 +41,7 @@ class CommandLine {
   // Where lines come from when a command or a program asks the person; null: nowhere.
   void setSource(InputSource* source) { m_source = source; }
   bool readTyped(GcText& line) { return m_source != nullptr && m_source->readLine(line); }
+  [[nodiscard]] bool wasInterrupted() const { return m_source != nullptr && m_source->interrupted(); }
 
   void rememberPoint(const GcGePoint3d& point);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "db/attribute.h"
+#include "db/blockreference.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/strokes.h"
 
@@ -87,6 +89,79 @@ GcDbObjectId entityAt(Editor& editor, const GcGePoint3d& user) {
 
 std::vector<GcDbObjectId> entitiesAt(Editor& editor, const GcGePoint3d& user, int pixels) {
   return find(editor, user, pixels, SIZE_MAX);
+}
+
+namespace {
+
+// Looks for a part of a block at a point of the display.
+class NestedSearch {
+ public:
+  NestedSearch(Editor& editor, const GcGePoint3d& user)
+      : m_toDisplay(displayToWorld(editor).inverse()),
+        m_at(flat(m_toDisplay, ucsToWorld(editor) * user)),
+        m_pixel(editor.view().height / kScreenPixels),
+        m_reach(std::max(integerVariable(editor, "PICKBOX"), 1) * m_pixel) {}
+
+  // The attribute or part under the point; false when only the reference's other attributes lie there.
+  bool lookInto(const GcDbBlockReference& reference, const GcGeMatrix3d& around, NestedPick& pick, int depth = 0) {
+    constexpr int kMaxDepth = 32;
+    if (depth == kMaxDepth) return false;
+    GcDbObjectIdArray attributes;
+    reference.attributeIds(attributes);
+    if (lookAt(attributes, around, pick, depth)) return true;
+    GcDbBlockTableRecord* block = nullptr;
+    if (gcdbOpenObject(block, reference.blockTableRecord(), GcDb::kForRead) != Gcad::eOk) return false;
+    const GcDbObjectIdArray parts = block->entities();
+    ignore(block->close());
+    if (!lookAt(parts, around * reference.blockTransform(), pick, depth + 1)) return false;
+    pick.parents.push_back(reference.objectId());
+    return true;
+  }
+
+ private:
+  bool lookAt(const GcDbObjectIdArray& ids, const GcGeMatrix3d& toWorld, NestedPick& pick, int depth) {
+    for (int i = ids.length(); i-- > 0;) {
+      GcDbEntity* entity = nullptr;
+      if (gcdbOpenObject(entity, ids[i], GcDb::kForRead) != Gcad::eOk) continue;
+      bool found = false;
+      if (const auto* reference = GcDbBlockReference::cast(entity))
+        found = lookInto(*reference, toWorld, pick, depth);
+      else if (!entity->isKindOf(GcDbAttributeDefinition::desc()) && hits(*entity, toWorld)) {
+        pick.entity = ids[i];
+        pick.toWorld = toWorld;
+        found = true;
+      }
+      ignore(entity->close());
+      if (found) return true;
+    }
+    return false;
+  }
+  [[nodiscard]] bool hits(GcDbEntity& entity, const GcGeMatrix3d& toWorld) const {
+    const GcGeMatrix3d toDisplay = m_toDisplay * toWorld;
+    for (const Stroke& stroke : strokesOf(entity, m_pixel))
+      if (passes(stroke, toDisplay, m_at, m_reach)) return true;
+    return false;
+  }
+
+  GcGeMatrix3d m_toDisplay;
+  Flat m_at;
+  double m_pixel;
+  double m_reach;
+};
+
+}  // namespace
+
+NestedPick nestedAt(Editor& editor, const GcGePoint3d& user) {
+  NestedPick pick;
+  const GcDbObjectId top = entityAt(editor, user);
+  GcDbBlockReference* reference = nullptr;
+  if (top.isNull() || gcdbOpenObject(reference, top, GcDb::kForRead) != Gcad::eOk) {
+    pick.entity = top;
+    return pick;
+  }
+  if (!NestedSearch(editor, user).lookInto(*reference, GcGeMatrix3d(), pick)) pick.entity = top;
+  ignore(reference->close());
+  return pick;
 }
 
 }  // namespace ed

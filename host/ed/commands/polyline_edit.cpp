@@ -88,6 +88,41 @@ void setGeneration(GcDbObjectId id, bool on) {
   }));
 }
 
+// A 2D polyline in the place of a lightweight one, under the same id, which a fitted curve needs.
+bool needVertices(GcDbObjectId id) {
+  if (id.objectClass() != GcDbPolyline::desc()) return id.objectClass() == GcDb2dPolyline::desc();
+  GcDbPolyline* light = nullptr;
+  if (gcdbOpenObject(light, id, GcDb::kForWrite) != Gcad::eOk) return false;
+  auto* made = new GcDb2dPolyline;
+  if (made->convertFrom(light) != Gcad::eOk) {
+    delete made;
+    ignore(light->close());
+    return false;
+  }
+  ignore(made->close());
+  delete light;
+  return true;
+}
+
+// Fit: arcs through the vertices. Spline: as SPLINETYPE says. Simple: back to straight segments.
+void setCurve(Editor& editor, GcDbObjectId id, const Answer& option) {
+  constexpr int kQuadratic = 5;
+  const bool quadratic = integerVariable(editor, "SPLINETYPE") == kQuadratic;
+  const GcDb::Poly2dType type = option.isKeyword("Fit")       ? GcDb::k2dFitCurvePoly
+                                : option.isKeyword("Decurve") ? GcDb::k2dSimplePoly
+                                : quadratic                   ? GcDb::k2dQuadSplinePoly
+                                                              : GcDb::k2dCubicSplinePoly;
+  VertexChain chain;
+  if (type == GcDb::k2dSimplePoly && id.objectClass() == GcDbPolyline::desc() && chainOf(id, chain)) {
+    for (GcDbPolylineVertex& vertex : chain.vertices) vertex.bulge = 0;
+    static_cast<void>(changeOne<GcDbPolyline>(id, [&](GcDbPolyline& line) { chain.put(line); }));
+    return;
+  }
+  if (needVertices(id))
+    static_cast<void>(
+        changeOne<GcDb2dPolyline>(id, [&](GcDb2dPolyline& line) { ignore(line.convertToPolyType(type)); }));
+}
+
 // Puts on to the polyline all others that meet its ends, one after the other; those go from the drawing.
 int joinTo(GcDbObjectId id, Ids& others, double tolerance) {
   VertexChain whole;
@@ -201,6 +236,8 @@ Task<bool> askOptions(CommandInput& in, Ids lines, bool several) {
       for (const GcDbObjectId id : lines) {
         if (option.isKeyword("Close") || option.isKeyword("Open")) setClosed(id, option.isKeyword("Close"));
         if (option.isKeyword("Reverse")) reverse(id);
+        if (option.isKeyword("Fit") || option.isKeyword("Spline") || option.isKeyword("Decurve"))
+          setCurve(in.editor(), id, option);
       }
     }
   }

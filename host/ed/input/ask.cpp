@@ -215,7 +215,8 @@ Answer askPerson(Editor& editor, const Ask& ask) {
     ap::print(ask.prompt);
     if (!editor.commandLine().readTyped(line)) {
       answer = Answer();
-      answer.kind = ask.mayBeEmpty ? Answer::Kind::None : Answer::Kind::Cancelled;
+      const bool empty = ask.mayBeEmpty && !editor.commandLine().wasInterrupted();
+      answer.kind = empty ? Answer::Kind::None : Answer::Kind::Cancelled;
       return answer;
     }
     if (ask.what != Ask::What::Line) {

@@ -188,28 +188,57 @@ LISP_BUILTIN("entsel", "(entsel [message]) -> (entity point) | string | nil",
   return picked ? pickedList(args, answer) : other;
 }
 
-LISP_BUILTIN("nentsel", "(nentsel [message]) -> (entity point) | string | nil",
-             "Asks for an entity, within block references too.") {
-  bool picked = false;
-  Answer answer;
-  const LispValue other = pick(args, picked, answer);
-  return picked ? pickedList(args, answer) : other;
+namespace {
+
+// (entity point), and within block references (entity point matrix (reference ...)). The matrix leads from the block's
+// coordinates to the world's: four rows of three for row vectors (nentsel), four rows of four for columns (nentselp).
+LispValue nestedList(lisp::Args& args, const ed::NestedPick& pick, const GcGePoint3d& at, bool columns) {
+  lisp::ListBuilder list(args.vm());
+  list.add(lisplib::makeName(args.vm(), pick.entity));
+  list.add(pointValue(args, at));
+  if (pick.parents.empty()) return list.list();
+  lisp::ListBuilder matrix(args.vm());
+  for (int row = 0; row < 4; ++row) {
+    lisp::ListBuilder numbers(args.vm());
+    for (int column = 0; column < (columns ? 4 : 3); ++column)
+      numbers.add(LispValue::real(columns ? pick.toWorld.entry[row][column] : pick.toWorld.entry[column][row]));
+    matrix.add(numbers.list());
+  }
+  list.add(matrix.list());
+  lisp::ListBuilder parents(args.vm());
+  for (const GcDbObjectId id : pick.parents) parents.add(lisplib::makeName(args.vm(), id));
+  list.add(parents.list());
+  return list.list();
 }
 
-LISP_BUILTIN("nentselp", "(nentselp [message] [point]) -> (entity point) | string | nil",
-             "The entity at a point, without asking when the point is given.") {
+LispValue nestedAt(lisp::Args& args, const GcGePoint3d& at, bool columns) {
   ed::Editor& editor = hostOf(args.vm()).editor();
-  for (uint32_t i = 0; i < args.count(); ++i) {
-    double at[3];
-    if (lisp::pointOf(args[i], at) == 0) continue;
-    Answer answer;
-    answer.point = {at[0], at[1], at[2]};
-    answer.entity = ed::entityAt(editor, answer.point);
-    editor.errorNumber = answer.entity.isNull() ? ed::Editor::kMissedPick : 0;
-    return answer.entity.isNull() ? LispValue::nil() : pickedList(args, answer);
-  }
+  const ed::NestedPick pick = ed::nestedAt(editor, at);
+  editor.errorNumber = pick.entity.isNull() ? ed::Editor::kMissedPick : 0;
+  return pick.entity.isNull() ? LispValue::nil() : nestedList(args, pick, at, columns);
+}
+
+LispValue askNested(lisp::Args& args, bool columns) {
   bool picked = false;
   Answer answer;
   const LispValue other = pick(args, picked, answer);
-  return picked ? pickedList(args, answer) : other;
+  return picked ? nestedAt(args, answer.point, columns) : other;
+}
+
+}  // namespace
+
+LISP_BUILTIN(
+    "nentsel", "(nentsel [message]) -> (entity point [matrix references]) | string | nil",
+    "Asks for an entity, within block references too: then with the matrix from the block to the world and the "
+    "references around it, innermost first.") {
+  return askNested(args, false);
+}
+
+LISP_BUILTIN("nentselp", "(nentselp [message] [point]) -> (entity point [matrix references]) | string | nil",
+             "As nentsel, with a matrix of four by four; without asking when the point is given.") {
+  for (uint32_t i = 0; i < args.count(); ++i) {
+    double at[3];
+    if (lisp::pointOf(args[i], at) != 0) return nestedAt(args, {at[0], at[1], at[2]}, true);
+  }
+  return askNested(args, true);
 }
