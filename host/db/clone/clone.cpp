@@ -57,6 +57,20 @@ GcText freshAnonymousName(const GcDbSymbolTable& table, GcView name) {
 
 bool isAnonymous(GcView name) { return name.size() > 1 && name[0] == '*' && name.find(GC_T("_Space")) == GcView::npos; }
 
+bool isEntity(GcDbObjectId id) { return id.isValid() && id.objectClass()->isDerivedFrom(GcDbEntity::desc()); }
+
+// Blocks take whole entities: neither parts of others (vertices, attributes) nor their own beginnings and ends.
+// Dictionaries take what is no entity.
+bool canTake(GcDbObjectId owner, GcDbObjectId id) {
+  if (isDictionary(owner)) return !isEntity(id);
+  if (!owner.isValid() || !owner.objectClass()->isDerivedFrom(GcDbBlockTableRecord::desc()) || !isEntity(id))
+    return false;
+  const GcRxClass* kind = id.objectClass();
+  if (kind->isDerivedFrom(GcDbBlockBegin::desc()) || kind->isDerivedFrom(GcDbBlockEnd::desc())) return false;
+  const Reading<GcDbEntity> entity(id);
+  return entity && !isEntity(entity->ownerId());
+}
+
 }  // namespace
 
 // ---- first phase: who goes along ---------------------------------------------------------------------------
@@ -79,6 +93,7 @@ Gcad::ErrorStatus GcDbCloner::addPrimary(GcDbObjectId id, GcDbObjectId owner) {
       return value.isNull() ? Gcad::eInvalidInput : Gcad::eOk;
     }
   }
+  if (!canTake(owner, id)) return Gcad::eNotThatKindOfClass;
   const GcDbObjectId copy = makeCopy(id, owner, true);
   return copy.isNull() ? Gcad::eInvalidInput : attach(copy, id, owner);
 }
