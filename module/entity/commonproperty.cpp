@@ -1,5 +1,7 @@
 #include "module/entity/commonproperty.h"
 
+#include <string_view>
+
 struct CommonProperty {
   const GCHAR* name;
   short valueType;
@@ -44,9 +46,10 @@ CCommonEntProperty::CCommonEntProperty() : m_properties(kProperties) {}
 CCommonEntProperty::~CCommonEntProperty() = default;
 
 const CommonProperty* CCommonEntProperty::find(const GCHAR* name) const {
+  using View = std::basic_string_view<GCHAR>;
   const GcString upper = GcString(name).upper();
   for (const CommonProperty& property : m_properties)
-    if (upper == GcString(property.name)) return &property;
+    if (View(upper.c_str(), upper.length()) == property.name) return &property;
   return nullptr;
 }
 

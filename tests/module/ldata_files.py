@@ -87,6 +87,42 @@ def edited_by_ezdxf(path):
     return False
 
 
+FOREIGN = """(setq d (entmakex '((0 . "DICTIONARY") (100 . "AcDbDictionary"))))
+(dictadd (namedobjdict) "THEIRS" d)
+(dictadd d "k" (entmakex '((0 . "VLO-VL") (100 . "vlo_VL") (40 . 2.5) (300 . "(&VLO-R . 0)"))))"""
+# The first form gives the value of another application, the second finds its zombie; nil when all is well.
+FOREIGN_READ = '(exit (if (and (= (kel_ldata_get "THEIRS" "k") "2.500000") (member "THEIRS" (kel_search_dict_vlax))) 0 3))'
+FOREIGN_LEFT_OUT = '(exit (if (and (null (kel_ldata_get "THEIRS" "k")) (member "THEIRS" (kel_search_dict_vlax))) 0 3))'
+
+
+def foreign(checks):
+    """Values of another application, also where their class is left out: zombies, kept as they are."""
+    for name in ("foreign.dxf", "foreign.dwg"):
+        first, second = checks.path(name), checks.path("again-" + name)
+        checks.run(f"{name} made", "-e", FOREIGN, "-s", first)
+        checks.run(f"{name} read", "-d", first, "-e", FOREIGN_READ)
+        checks.run(f"{name} class left out", "--without-class", "vlo_VL", "-d", first, "-e", FOREIGN_LEFT_OUT)
+        checks.run(f"{name} saved without its class", "--without-class", "vlo_VL", "-d", first, "-e", "(princ)", "-s",
+                   second)
+        checks.run(f"{name} read after that", "-d", second, "-e", FOREIGN_READ)
+
+
+def dry_run(checks):
+    """A script that puts a value and then fails leaves the drawing's file as it was."""
+    drawing = checks.path("dry.dxf")
+    checks.run("dry run made", "-e", '(kel_ldata_put "D" "k" "1")', "-s", drawing)
+    with open(drawing, "rb") as file:
+        before = file.read()
+    for last in ("(princ)", "(car 5)"):
+        subprocess.run(checks.command + ["-d", drawing, "-e", '(kel_ldata_put "D" "k" "2")', "-e", last, "--in-place",
+                                         "--dry-run"], cwd=checks.folder, capture_output=True)
+        checks.count += 1
+        with open(drawing, "rb") as file:
+            if file.read() != before:
+                checks.failures += 1
+                print(f"a dry run that ends with {last} has changed the drawing")
+
+
 def main():
     with tempfile.TemporaryDirectory() as folder:
         checks = Checks(os.path.abspath(sys.argv[1]), folder)
@@ -106,6 +142,8 @@ def main():
                 if kind == "dxf" and edited_by_ezdxf(again):
                     edited += 1
                     checks.run(f"{kind} {version} edited elsewhere", "-d", again, check)
+        foreign(checks)
+        dry_run(checks)
         print(f"{checks.count} runs, {edited} drawings edited by another program, {checks.failures} failures")
         sys.exit(1 if checks.failures or checks.count == 0 else 0)
 

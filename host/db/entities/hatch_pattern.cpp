@@ -64,11 +64,25 @@ bool builtIn(const char* const* file, GcView name, double angleRad, double scale
   return collector.found();
 }
 
-bool fromFile(GcView name, double angleRad, double scale, GcArray<GcDbHatchPatternLine>& lines) {
+GcText inSmallLetters(GcView name) {
+  GcText text(name);
+  for (GCHAR& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<GCHAR>(c - 'A' + 'a');
+  return text;
+}
+
+// Names of patterns have no case, names of files may: as given, in capitals, in small letters.
+bool findFile(GcView name, GcString& found) {
   GcDbHostApplicationServices* services = gcdbHostApplicationServices();
+  if (services == nullptr) return false;
+  for (const GcText& each : {GcText(name), upperText(name), inSmallLetters(name)})
+    if (services->findFile(found, (each + GC_T(".pat")).c_str()) == Gcad::eOk) return true;
+  return false;
+}
+
+bool fromFile(GcView name, double angleRad, double scale, GcArray<GcDbHatchPatternLine>& lines) {
   GcString found;
-  const GcText wanted = GcText(name) + GC_T(".pat");
-  if (services == nullptr || services->findFile(found, wanted.c_str()) != Gcad::eOk) return false;
+  if (!findFile(name, found)) return false;
   gc::FileView file;
   if (!file.open(toUtf8(view(found))).ok()) return false;
   Collector collector(name, angleRad, scale, lines);

@@ -94,7 +94,8 @@ bool takeValue(LispValue value, GcDbGroup& group, std::vector<uint8_t>& bytes) {
     case GcDbGroupKind::Handle:
       if (value.isString()) group.integer = static_cast<int64_t>(gcdbHandleValue(value.asString()->view()));
       return value.isString();
-    case GcDbGroupKind::Id: return idOf(value, group.id);
+    case GcDbGroupKind::Id:  // lists give references to nothing as names of nothing
+      return idOf(value, group.id) || lisp::objectOf<lisp::EntityName>(value, lisp::ObjectType::EntityName) != nullptr;
     case GcDbGroupKind::Binary:
       if (!value.isString() || !bytesOf(value.asString()->view(), bytes)) return false;
       group.bytes = bytes;
