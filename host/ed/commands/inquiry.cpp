@@ -1,5 +1,6 @@
 // Questions about the drawing, variables by name, waiting.
 #include "db/curve.h"
+#include "db/region.h"
 #include "host/ap/output.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
@@ -29,6 +30,12 @@ struct Measured {
 
 Measured measure(GcDbObjectId id) {
   Measured found;
+  GcDbRegion* region = nullptr;
+  if (id.objectClass() == GcDbRegion::desc() && gcdbOpenObject(region, id, GcDb::kForRead) == Gcad::eOk) {
+    found.good = region->getArea(found.area) == Gcad::eOk && region->getPerimeter(found.perimeter) == Gcad::eOk;
+    ignore(region->close());
+    return found;
+  }
   GcDbCurve* curve = nullptr;
   if (gcdbOpenObject(curve, id, GcDb::kForRead) != Gcad::eOk) return found;
   double end = 0;

@@ -2,6 +2,7 @@
 // The sort is a bottom-up merge sort that stops at each comparison to let the evaluator call the program's function:
 // it makes few comparisons, is stable, and ends whatever the function answers.
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "host/lisp/core/builtin.h"
@@ -14,20 +15,23 @@ namespace lisp {
 
 namespace {
 
-// A merge sort of indices, driven comparison by comparison.
+// An element and its place in the list. They move together, so that merging reads memory in order.
+struct SortItem {
+  LispValue value;  // kept alive by the list it comes from
+  uint32_t index;
+};
+
+// A merge sort, driven comparison by comparison.
 class MergeSort {
  public:
-  explicit MergeSort(uint32_t count) : m_from(count), m_to(count) {
-    for (uint32_t i = 0; i < count; ++i) m_from[i] = i;
-    startRun();
-  }
+  explicit MergeSort(std::vector<SortItem> items) : m_from(std::move(items)), m_to(m_from.size()) { startRun(); }
 
-  // The two indices whose order is wanted next: whether `second` comes before `first`. False when sorted.
-  bool next(uint32_t& first, uint32_t& second) {
+  // The two elements whose order is wanted next: whether `second` comes before `first`. False when sorted.
+  bool next(LispValue& first, LispValue& second) {
     for (;;) {
       if (m_left < m_middle && m_right < m_end) {
-        first = m_from[m_left];
-        second = m_from[m_right];
+        first = m_from[m_left].value;
+        second = m_from[m_right].value;
         return true;
       }
       while (m_left < m_middle) m_to[m_out++] = m_from[m_left++];
@@ -44,7 +48,13 @@ class MergeSort {
     }
   }
   void answer(bool secondFirst) { m_to[m_out++] = secondFirst ? m_from[m_right++] : m_from[m_left++]; }
-  const std::vector<uint32_t>& order() const { return m_from; }
+  [[nodiscard]] const std::vector<SortItem>& order() const { return m_from; }
+  // For orders the sort can find alone.
+  template <class Before>
+  void sortBy(const Before& before) {
+    std::stable_sort(m_from.begin(), m_from.end(),
+                     [&](const SortItem& a, const SortItem& b) { return before(a.value, b.value); });
+  }
 
  private:
   void startRun() {
@@ -54,28 +64,49 @@ class MergeSort {
     m_end = std::min(m_middle + m_width, size);
   }
 
-  std::vector<uint32_t> m_from, m_to;
+  std::vector<SortItem> m_from, m_to;
   size_t m_width = 1, m_left = 0, m_middle = 0, m_right = 0, m_end = 0, m_out = 0;
 };
 
-// The elements (kept alive by the list they come from) and the sort under way.
 struct SortJob {
-  std::vector<LispValue> items;
   MergeSort sort;
-  explicit SortJob(std::vector<LispValue> elements)
-      : items(std::move(elements)), sort(static_cast<uint32_t>(items.size())) {}
 };
 
 const OpaqueType kSortJobType = {"SORT", [](uint64_t, Text&) {},
                                  [](uint64_t payload) { delete reinterpret_cast<SortJob*>(payload); }};
 
 LispValue newJob(Vm& vm, LispValue list) {
-  std::vector<LispValue> items;
-  for (; list.isPair(); list = list.tail()) items.push_back(list.head());
+  std::vector<SortItem> items;
+  for (; list.isPair(); list = list.tail()) items.push_back({list.head(), static_cast<uint32_t>(items.size())});
   auto* opaque = vm.heap().create<Opaque>(ObjectType::Opaque);
   opaque->kind = &kSortJobType;
-  opaque->payload = reinterpret_cast<uint64_t>(new SortJob(std::move(items)));
+  opaque->payload = reinterpret_cast<uint64_t>(new SortJob{MergeSort(std::move(items))});
   return LispValue::of(static_cast<Object*>(opaque));
+}
+
+// Numbers without NaN, or texts: what the builtins < and > order without being called.
+bool isOrdered(const std::vector<SortItem>& items) {
+  const auto all = [&](auto is) { return std::all_of(items.begin(), items.end(), is); };
+  return all([](const SortItem& i) { return i.value.isNumber() && !std::isnan(i.value.asDouble()); }) ||
+         all([](const SortItem& i) { return i.value.isString(); });
+}
+
+bool isBefore(LispValue a, LispValue b) {
+  return a.isString() ? a.asString()->view() < b.asString()->view() : a.asDouble() < b.asDouble();
+}
+
+// Sorts at once when the function is the builtin < or > and the elements are of one kind. False otherwise.
+bool sortAlone(Vm& vm, LispValue function, MergeSort& sort) {
+  if (function.isCellSymbol()) function = function.asSymbol()->value;
+  const Subr* subr = function.isObject() ? objectOf<Subr>(function, ObjectType::Subr) : nullptr;
+  if (subr == nullptr || !isOrdered(sort.order())) return false;
+  if (subr->name == vm.symbols().intern("<"))
+    sort.sortBy(isBefore);
+  else if (subr->name == vm.symbols().intern(">"))
+    sort.sortBy([](LispValue a, LispValue b) { return isBefore(b, a); });
+  else
+    return false;
+  return true;
 }
 
 // Integers and symbols that are the same are kept once.
@@ -91,16 +122,17 @@ StepResult sortStep(Native& native, LispValue (*result)(Vm&, const SortJob&)) {
   auto* opaque = objectOf<Opaque>(native.extra(0), ObjectType::Opaque);
   auto& job = *reinterpret_cast<SortJob*>(opaque->payload);
   if (native.state() == 1) job.sort.answer(static_cast<bool>(native.result()));
+  const bool alone = native.state() == 0 && sortAlone(vm, native.slot(1), job.sort);
   native.state() = 1;
-  uint32_t first = 0, second = 0;
-  if (job.items.size() < 2 || !job.sort.next(first, second)) {
+  LispValue first, second;
+  if (alone || job.sort.order().size() < 2 || !job.sort.next(first, second)) {
     const LispValue sorted = result(vm, job);
     opaque->kind->release(opaque->payload);
     opaque->payload = 0;
     return native.done(sorted);
   }
-  native.push(job.items[second]);
-  native.push(job.items[first]);
+  native.push(second);
+  native.push(first);
   return native.call(native.slot(1), 2);
 }
 
@@ -108,10 +140,9 @@ LispValue sortedItems(Vm& vm, const SortJob& job) {
   ListBuilder out(vm);
   LispValue previous;
   bool first = true;
-  for (const uint32_t index : job.sort.order()) {
-    const LispValue item = job.items[index];
-    if (first || !merges(item, previous)) out.add(item);
-    previous = item;
+  for (const SortItem& item : job.sort.order()) {
+    if (first || !merges(item.value, previous)) out.add(item.value);
+    previous = item.value;
     first = false;
   }
   return out.list();
@@ -119,7 +150,7 @@ LispValue sortedItems(Vm& vm, const SortJob& job) {
 
 LispValue sortedIndices(Vm& vm, const SortJob& job) {
   ListBuilder out(vm);
-  for (const uint32_t index : job.sort.order()) out.add(LispValue::integer(static_cast<int32_t>(index)));
+  for (const SortItem& item : job.sort.order()) out.add(LispValue::integer(static_cast<int32_t>(item.index)));
   return out.list();
 }
 
