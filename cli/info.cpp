@@ -12,6 +12,7 @@
 #include "host/db/core/loadreport.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
+#include "host/rx/text/number.h"
 #include "host/rx/view.h"
 
 namespace cli {
@@ -23,6 +24,7 @@ using Counts = std::map<std::string, int64_t>;
 struct Summary {
   Counts model, paper, blocks;  // entities by DXF name: in model space, in layouts, in block definitions
   Counts objects;               // everything that is no entity
+  Counts unknown;               // objects and entities of classes that are not loaded
   std::vector<std::string> layers, layouts, blockNames;
 };
 
@@ -30,6 +32,10 @@ std::string dxfNameOf(const GcDbObject& object) {
   if (const auto* zombie = GcDbZombieEntity::cast(&object)) return toUtf8(view(zombie->data().dxfName));
   if (const auto* zombie = GcDbZombieObject::cast(&object)) return toUtf8(view(zombie->data().dxfName));
   return toUtf8(view(object.isA()->dxfName()));
+}
+
+bool isZombie(const GcDbObject& object) {
+  return GcDbZombieEntity::cast(&object) != nullptr || GcDbZombieObject::cast(&object) != nullptr;
 }
 
 void countBlock(const GcDbBlockTableRecord& block, Summary& summary) {
@@ -65,6 +71,7 @@ Summary summarise(GcDbDatabase& database) {
   Summary summary;
   database.store().forEach([&](GcDbStub* stub) {
     if (stub->object == nullptr || stub->erased) return;
+    if (isZombie(*stub->object)) ++summary.unknown[dxfNameOf(*stub->object)];
     if (const auto* block = GcDbBlockTableRecord::cast(stub->object)) countBlock(*block, summary);
     if (!stub->object->isKindOf(GcDbEntity::desc()) && !stub->object->isKindOf(GcDbSymbolTable::desc()))
       ++summary.objects[dxfNameOf(*stub->object)];
@@ -76,6 +83,46 @@ Summary summarise(GcDbDatabase& database) {
 }
 
 nlohmann::json pointOf(const GcGePoint3d& point) { return {point.x, point.y, point.z}; }
+
+nlohmann::json valueOf(const GcDbGroup& group) {
+  switch (group.kind) {
+    case GcDbGroupKind::Text: return toUtf8(group.text);
+    case GcDbGroupKind::Real: return group.real;
+    case GcDbGroupKind::Point2d: return {group.point.x, group.point.y};
+    case GcDbGroupKind::Point3d: return pointOf(group.point);
+    case GcDbGroupKind::Id: return gc::hexText(group.id.handle());
+    case GcDbGroupKind::Handle: return gc::hexText(static_cast<uint64_t>(group.integer));
+    case GcDbGroupKind::Binary: return group.bytes.size();
+    default: return group.integer;
+  }
+}
+
+// Each setting by its name: its value, or a list of them.
+nlohmann::json headerOf(const GcDbDatabase& database) {
+  nlohmann::json out = nlohmann::json::object();
+  for (const GcDbHeader::Variable& variable : database.header().variables()) {
+    nlohmann::json values = nlohmann::json::array();
+    GcDbGroupList::Cursor cursor(variable.groups);
+    for (GcDbGroup group; cursor.next(group);) values.push_back(valueOf(group));
+    out[toUtf8(GcView(variable.name))] = values.size() == 1 ? values.front() : values;
+  }
+  return out;
+}
+
+// Classes the file describes: those of its own, beside the fixed kinds of the format.
+nlohmann::json classesOf(const GcDbDatabase& database, const Counts& unknown) {
+  nlohmann::json out = nlohmann::json::array();
+  for (const GcDbClassRecord& record : database.fileParts().classes) {
+    const std::string name = toUtf8(view(record.dxfName));
+    const auto found = unknown.find(name);
+    out.push_back({{"name", name},
+                   {"class", toUtf8(view(record.className))},
+                   {"application", toUtf8(view(record.appName))},
+                   {"entity", record.isEntity},
+                   {"unknownObjects", found == unknown.end() ? 0 : found->second}});
+  }
+  return out;
+}
 
 nlohmann::json asJson(const InfoOptions& options, GcDbDatabase& database, const Summary& summary) {
   nlohmann::json out;
@@ -90,10 +137,17 @@ nlohmann::json asJson(const InfoOptions& options, GcDbDatabase& database, const 
   out["layers"] = summary.layers;
   out["layouts"] = summary.layouts;
   out["blocks"] = summary.blockNames;
+  out["unknown"] = summary.unknown;
+  out["classes"] = classesOf(database, summary.unknown);
+  out["header"] = headerOf(database);
+  nlohmann::json properties = nlohmann::json::object();
+  for (const GcDbCustomProperty& property : database.fileParts().customProperties)
+    properties[toUtf8(view(property.name))] = toUtf8(view(property.value));
+  out["properties"] = properties;
   out["handseed"] = static_cast<uint64_t>(database.handseed());
   out["remarks"] = nlohmann::json::array();
-  for (const GcDbLoadEntry& entry : database.loadReport().entries())
-    out["remarks"].push_back(GcDbLoadReport::describe(entry));
+  for (const GcDbLoadEntry& entry : database.loadReport().entries()) out["remarks"].push_back(loadEntryAsJson(entry));
+  out["remarkCount"] = database.loadReport().total();
   return out;
 }
 
@@ -120,6 +174,7 @@ std::string asText(const InfoOptions& options, GcDbDatabase& database, const Sum
   out += "\nblocks:      " + listed(summary.blockNames) + " (" + listed(summary.blocks) + ")";
   out += "\nlayers:      " + listed(summary.layers);
   out += "\nobjects:     " + listed(summary.objects) + "\n";
+  if (!summary.unknown.empty()) out += "unknown:     " + listed(summary.unknown) + "\n";
   for (const GcDbLoadEntry& entry : database.loadReport().entries())
     out += "remark: " + GcDbLoadReport::describe(entry) + "\n";
   return out;
@@ -128,7 +183,8 @@ std::string asText(const InfoOptions& options, GcDbDatabase& database, const Sum
 }  // namespace
 
 int info(Terminal& terminal, const InfoOptions& options) {
-  const std::unique_ptr<GcDbDatabase> database = openDrawingFile(options.file);
+  // The remarks are part of what is told.
+  const std::unique_ptr<GcDbDatabase> database = openDrawingFile(options.file, Remarks::None);
   if (database == nullptr) return kCannotRead;
   const Summary summary = summarise(*database);
   terminal.write(

@@ -1,10 +1,12 @@
 // Any bytes as a DXF file: reading ends without a crash; what was read is written; that is read without a complaint
-// about its structure and written again as the same bytes.
+// about its structure and written again as the same bytes. What an audit has mended is mended, and can be said in R12.
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "host/db/audit/audit.h"
+#include "host/db/core/savereport.h"
 #include "host/dxf/dxf_file.h"
 
 namespace {
@@ -35,5 +37,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool binary = size % 4 == 0;
   const std::string first = rewritten(saved(database, binary), binary);
   require(rewritten(first, binary) == first);
+  const GcDbAuditReport found = gcdbAudit(database, true);
+  if (found.mended() == static_cast<int>(found.entries.size())) require(gcdbAudit(database, false).isClean());
+  GcDbSaveReport report;
+  gc::dxf::StringSink sink;
+  gc::dxf::WriteOptions options;
+  options.version = GcDb::kDHL_AC1009;
+  options.binary = binary;
+  options.report = &report;
+  require(gc::dxf::write(database, sink, options) == Gcad::eOk);
+  GcDbDatabase old(false);
+  require(gc::dxf::read(old, sink.text()) == Gcad::eOk);
   return 0;
 }
