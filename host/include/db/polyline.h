@@ -41,7 +41,7 @@ class GcDbPolyline : public GcDbCurve {
   [[nodiscard]] bool isConstantWidth() const;
   [[nodiscard]] const GcArray<GcDbPolylineVertex>& vertices() const { return m_vertices; }
 
-  [[nodiscard]] bool isClosed() const { return (m_flags & 1) != 0; }
+  [[nodiscard]] bool isClosed() const override { return (m_flags & 1) != 0; }
   void setClosed(bool closed);
   // Dashes run on over vertices instead of beginning anew.
   [[nodiscard]] bool hasPlinegen() const { return (m_flags & 128) != 0; }
