@@ -2,6 +2,7 @@
 #include "host/ge/curves/meet_pair.h"
 
 #include <algorithm>
+#include <limits>
 #include <numbers>
 
 namespace {
@@ -150,9 +151,12 @@ void GcGeMeetPair::lineLine() {
     if (along) meetEnds(true);
     return;
   }
-  const double gap = r.dotProduct(n);
-  if (gap * gap > tol * tol * nn) return;
   const double u = r.crossProduct(e).dotProduct(n) / nn, v = r.crossProduct(d).dotProduct(n) / nn;
+  // Far from their bases lines are apart by what rounding did to their directions.
+  constexpr double kRounding = 8 * std::numeric_limits<double>::epsilon();
+  const double gap = r.dotProduct(n);
+  const double apart = tol + kRounding * (std::abs(u) * std::sqrt(dd) + std::abs(v) * std::sqrt(ee));
+  if (gap * gap > apart * apart * nn) return;
   if (u >= la.u0 && u <= la.u1 && v >= lb.u0 && v <= lb.u1) return meet(u, v);
   // Just outside: an end that touches the other line.
   const double heldU = std::clamp(u, la.u0, la.u1);
