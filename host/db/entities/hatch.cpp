@@ -161,6 +161,20 @@ Gcad::ErrorStatus GcDbHatch::setPattern(HatchPatternType type, const GCHAR* name
   return Gcad::eOk;
 }
 
+namespace {
+
+// The curves of an associative hatch are bound to tell it of their changes.
+void bindTo(GcDbObjectId hatch, const GcDbObjectIdArray& curves) {
+  for (const GcDbObjectId id : curves) {
+    GcDbObject* curve = nullptr;
+    if (gcdbOpenObject(curve, id, GcDb::kForWrite) != Gcad::eOk) continue;
+    curve->addPersistentReactor(hatch);
+    ignore(curve->close());
+  }
+}
+
+}  // namespace
+
 Gcad::ErrorStatus GcDbHatch::appendLoop(const GcDbHatchLoop& loop) {
   assertWriteEnabled();
   m_loops.append(loop);
@@ -178,6 +192,7 @@ Gcad::ErrorStatus GcDbHatch::insertLoopAt(int index, int loopType, const GcDbObj
   if (status != Gcad::eOk) return status;
   assertWriteEnabled();
   m_loops.insertAt(index, loop);
+  if (m_isAssociative && !objectId().isNull()) bindTo(objectId(), loop.sources);
   return Gcad::eOk;
 }
 
