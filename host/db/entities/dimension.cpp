@@ -173,11 +173,10 @@ using gcdimoverride::kFirstArrow;
 using gcdimoverride::kLeaderArrow;
 using gcdimoverride::kSecondArrow;
 
-// The block shows the former arrowhead; the kinds that draw themselves do without it from now on.
+// The block shows the former arrowhead: it is made anew where the kind can draw itself.
 Gcad::ErrorStatus GcDbDimension::setArrowhead(int setting, const GCHAR* name) {
   const Gcad::ErrorStatus status = gcdimoverride::setArrow(*this, setting, name);
-  const bool drawsItself = kind() == 0 || kind() == 1 || kind() == 3 || kind() == 4;
-  if (status == Gcad::eOk && drawsItself) m_blockId.setNull();
+  if (status == Gcad::eOk) ignore(recomputeDimBlock());
   return status;
 }
 

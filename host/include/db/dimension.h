@@ -14,6 +14,9 @@ class GcDbDimension : public GcDbEntity {
   [[nodiscard]] GcDbObjectId dimensionStyle() const { return m_styleId; }
   Gcad::ErrorStatus setDimensionStyle(GcDbObjectId id);
   [[nodiscard]] GcDbObjectId dimBlockId() const { return m_blockId; }
+  // Makes the block anew from what the dimension measures now and how its style and its own settings draw it; the former
+  // one, if it was this dimension's alone, is erased. Errors: eNotInDatabase; eNotApplicable for kinds that draw nothing.
+  Gcad::ErrorStatus recomputeDimBlock();
   Gcad::ErrorStatus setDimBlockId(GcDbObjectId id) { return assign(m_blockId, id); }
   // Empty or "<>" for the measured value; one blank for none.
   [[nodiscard]] const GcString& dimensionText() const { return m_text; }
