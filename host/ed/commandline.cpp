@@ -4,6 +4,7 @@
 #include "host/ap/output.h"
 #include "host/db/core/undo.h"
 #include "host/ed/commandstack.h"
+#include "host/ed/viewplace.h"
 #include "host/rx/text/utf.h"
 
 namespace ed {
@@ -73,7 +74,10 @@ FeedStatus CommandLine::start(GcView typed) {
   m_running.push_back(std::make_unique<CommandRun>(m_editor, *command));
   m_names.push_back(gc::fromUtf8(command->name));
   m_running.back()->start();
-  if (m_running.back()->done()) finish();
+  if (m_running.back()->done()) {
+    m_failedAtOnce = !m_running.back()->succeeded();
+    finish();
+  }
   return FeedStatus::Done;
 }
 
@@ -114,9 +118,10 @@ void CommandLine::cancelAll() {
 FeedStatus CommandLine::runWhole(std::vector<InputItem> items) {
   if (items.empty() || items[0].kind != InputItem::Kind::Text || items[0].text.empty()) return FeedStatus::Unknown;
   const size_t depth = m_running.size();
+  m_failedAtOnce = false;
   FeedStatus status = start(items[0].text);
   if (status != FeedStatus::Done) return status;
-  bool succeeded = true;
+  bool succeeded = !m_failedAtOnce;
   for (size_t i = 1; i < items.size() && m_running.size() > depth; ++i) {
     CommandRun& run = *m_running.back();
     run.feed(std::move(items[i]));
@@ -191,6 +196,7 @@ int CommandLine::undo(int groups) {
   closeGroups();
   const int done = m_editor.database().undo().undo(groups);
   openGroups();
+  takeView(m_editor);
   return done;
 }
 
@@ -198,6 +204,7 @@ int CommandLine::redo(int groups) {
   closeGroups();
   const int done = m_editor.database().undo().redo(groups);
   openGroups();
+  takeView(m_editor);
   return done;
 }
 
@@ -205,6 +212,7 @@ bool CommandLine::undoToMark() {
   closeGroups();
   const bool marked = m_editor.database().undo().back();
   openGroups();
+  takeView(m_editor);
   return marked;
 }
 

@@ -69,6 +69,7 @@ class CommandLine {
   std::vector<GcText> m_names;                         // of those and of plug-ins' commands
   int m_groups = 0;
   int m_namedGroups = 0;
+  bool m_failedAtOnce = false;  // the command that was started last asked nothing and could not do its work
 };
 
 }  // namespace ed

@@ -2,6 +2,7 @@
 
 #include "db/database.h"
 #include "host/db/core/header.h"
+#include "host/db/core/viewspace.h"
 
 namespace ed {
 
@@ -53,13 +54,7 @@ bool ucsIsWorld(const Editor& editor) { return ucsToWorld(editor).isEqualTo(GcGe
 
 GcGeMatrix3d displayToWorld(const Editor& editor) {
   const EditorView& view = editor.view();
-  const GcGeVector3d z = view.direction.normal();
-  const GcGeVector3d x = gcgeArbitraryXAxis(z).normal();
-  GcGeMatrix3d plane;
-  plane.setCoordSystem(view.target, x, z.crossProduct(x), z);
-  GcGeMatrix3d twist;
-  twist.setToRotation(-view.twistRad, GcGeVector3d::kZAxis);
-  return plane * twist;
+  return gcdbDisplayToWorld(view.target, view.direction, view.twistRad);
 }
 
 GcGePoint3d transformed(const GcGePoint3d& point, const GcGeMatrix3d& from, const GcGeMatrix3d& to, bool displacement) {

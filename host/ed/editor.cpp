@@ -1,9 +1,16 @@
 #include "host/ed/editor.h"
 
+#include <algorithm>
+
 #include "db/database.h"
 #include "db/dictionary.h"
+#include "db/layout.h"
 #include "host/ap/docmanager.h"
+#include "host/db/core/header.h"
+#include "host/db/core/store.h"
+#include "host/db/core/viewspace.h"
 #include "host/ed/commandline.h"
+#include "host/ed/viewplace.h"
 #include "rx/gcassert.h"
 
 namespace ed {
@@ -12,41 +19,54 @@ namespace {
 constexpr const GCHAR* kModel = GC_T("Model");
 constexpr int kPaperItself = 1;
 constexpr int kModelTab = 2;
+
+GcDbLayoutManager& layouts() { return *gcdbHostApplicationServices()->layoutManager(); }
+
 }  // namespace
 
-Editor::Editor(ap::Document& document)
-    : m_document(document),
-      m_layout(kModel),
-      m_lastPaperLayout(GC_T("Layout1")),
-      m_commandLine(std::make_unique<CommandLine>(*this)) {}
+Editor::Editor(ap::Document& document) : m_document(document), m_commandLine(std::make_unique<CommandLine>(*this)) {
+  layouts().addReactor(this);
+  takeView(*this);
+}
 
-Editor::~Editor() = default;
+Editor::~Editor() { layouts().removeReactor(this); }
 
-bool Editor::inPaperLayout() const { return !equalNoCase(m_layout, kModel); }
+GcText Editor::layout() const { return GcText(::view(layouts().getActiveLayoutName(true, &database()))); }
+GcText Editor::lastPaperLayout() const { return GcText(::view(layouts().getActiveLayoutName(false, &database()))); }
+
+bool Editor::inPaperLayout() const { return database().header().integer(GC_T("$TILEMODE"), 1) == 0; }
 bool Editor::inPaperSpace() const { return inPaperLayout() && m_paperViewport == kPaperItself; }
 int Editor::viewportNumber() const { return inPaperLayout() ? m_paperViewport : kModelTab; }
 
+// Another viewport's view is the one seen from now on; the layout remembers which it was.
 bool Editor::setViewportNumber(int number) {
   if (!inPaperLayout()) return number == kModelTab;
-  if (number < kPaperItself) return false;
+  const GcDbObjectId id = number == kPaperItself ? GcDbObjectId() : viewportNumbered(*this, number);
+  if (number != kPaperItself && id.isNull()) return false;
   m_paperViewport = number;
+  m_earlierViews.clear();
+  takeView(*this);
+  if (id.isNull()) return true;
+  const Changing changing(layouts().findActiveLayout(true, &database()));
+  if (changing) ignore(changing.as<GcDbLayout>()->setLastActiveViewport(id));
   return true;
 }
 
+bool Editor::workIn(GcDbObjectId viewport) {
+  const auto* object = viewport.isValid() ? GcDbViewport::cast(viewport.stub()->object) : nullptr;
+  return object != nullptr && viewport.database() == &database() &&
+         viewportNumbered(*this, object->number()) == viewport && setViewportNumber(object->number());
+}
+
 bool Editor::setLayout(GcView name) {
-  GcDbDictionary* layouts = nullptr;
-  GcDbObjectId id;
-  GcString key;
-  const bool model = equalNoCase(name, kModel);
-  if (gcdbOpenObject(layouts, database().layoutDictionaryId(), GcDb::kForRead) == Gcad::eOk) {
-    if (layouts->getAt(GcText(name).c_str(), id) == Gcad::eOk) ignore(layouts->nameAt(id, key));
-    ignore(layouts->close());
-  }
-  if (key.isEmpty() && !model) return false;
-  m_layout = model ? GcText(kModel) : GcText(::view(key));
-  if (!model) m_lastPaperLayout = m_layout;
+  return layouts().setCurrentLayout(GcText(name).c_str(), &database()) == Gcad::eOk;
+}
+
+void Editor::layoutSwitched(GcDbDatabase* of, const GCHAR*) {
+  if (of != &database()) return;
   m_paperViewport = kPaperItself;
-  return true;
+  m_earlierViews.clear();
+  takeView(*this);
 }
 
 GcDbObjectId Editor::currentSpace() const {
@@ -54,29 +74,22 @@ GcDbObjectId Editor::currentSpace() const {
 }
 
 std::vector<GcText> Editor::layoutNames() const {
+  std::vector<std::pair<int, GcText>> tabs;
+  GcDbDictionary* all = nullptr;
+  if (gcdbOpenObject(all, database().layoutDictionaryId(), GcDb::kForRead) != Gcad::eOk) return {};
+  for (const GcDbDictionaryEntry& entry : all->entries()) {
+    if (!entry.id.isValid() || entry.id.isErased() || equalNoCase(::view(entry.key), kModel)) continue;
+    const auto* each = GcDbLayout::cast(entry.id.stub()->object);
+    tabs.emplace_back(each == nullptr ? 0 : each->getTabOrder(), GcText(::view(entry.key)));
+  }
+  ignore(all->close());
+  std::stable_sort(tabs.begin(), tabs.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<GcText> names;
-  GcDbDictionary* layouts = nullptr;
-  if (gcdbOpenObject(layouts, database().layoutDictionaryId(), GcDb::kForRead) != Gcad::eOk) return names;
-  for (const GcDbDictionaryEntry& entry : layouts->entries())
-    if (!entry.id.isErased() && !equalNoCase(::view(entry.key), kModel)) names.emplace_back(::view(entry.key));
-  ignore(layouts->close());
+  for (auto& [order, name] : tabs) names.push_back(std::move(name));
   return names;
 }
 
-GcDbExtents Editor::spaceExtents() const {
-  GcDbExtents all;
-  GcDbBlockTableRecord* space = nullptr;
-  if (gcdbOpenObject(space, currentSpace(), GcDb::kForRead) != Gcad::eOk) return all;
-  for (const GcDbObjectId id : space->entities()) {
-    GcDbEntity* entity = nullptr;
-    if (gcdbOpenObject(entity, id, GcDb::kForRead) != Gcad::eOk) continue;
-    GcDbExtents own;
-    if (entity->getGeomExtents(own) == Gcad::eOk) all.addExt(own);
-    ignore(entity->close());
-  }
-  ignore(space->close());
-  return all;
-}
+GcDbExtents Editor::spaceExtents() const { return gcdbExtentsOf(currentSpace()); }
 
 int Editor::commandActive() const { return m_commandLine->isBusy() ? 1 : 0; }
 GcText Editor::commandNames() const { return m_commandLine->runningName(); }

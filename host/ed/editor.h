@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "db/entity.h"
+#include "db/layoutmanager.h"
 #include "host/ap/document.h"
 #include "host/ed/editorview.h"
 #include "host/ed/selectionsets.h"
@@ -13,7 +14,7 @@ namespace ed {
 
 class CommandLine;
 
-class Editor final : public ap::DocumentPart {
+class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
  public:
   explicit Editor(ap::Document& document);
   ~Editor() override;
@@ -32,13 +33,14 @@ class Editor final : public ap::DocumentPart {
   static constexpr int kEnterPressed = 52;
 
   // ---- spaces: the layout shown, and within a paper layout the viewport that is worked in
-  [[nodiscard]] const GcText& layout() const { return m_layout; }
-  [[nodiscard]] const GcText& lastPaperLayout() const { return m_lastPaperLayout; }
+  [[nodiscard]] GcText layout() const;
+  [[nodiscard]] GcText lastPaperLayout() const;
   bool setLayout(GcView name);  // false when the drawing has none of this name
   [[nodiscard]] bool inPaperLayout() const;
   [[nodiscard]] bool inPaperSpace() const;  // paper itself, not model space through a viewport
   [[nodiscard]] int viewportNumber() const;
-  bool setViewportNumber(int number);
+  bool setViewportNumber(int number);                     // false when the layout has no such viewport that is on
+  bool workIn(GcDbObjectId viewport);                     // the same by the viewport itself
   [[nodiscard]] GcDbObjectId currentSpace() const;        // the block new entities go to
   [[nodiscard]] GcDbExtents spaceExtents() const;         // of all entities of the current space
   [[nodiscard]] std::vector<GcText> layoutNames() const;  // paper layouts, in the order of their tabs
@@ -61,6 +63,8 @@ class Editor final : public ap::DocumentPart {
   int walkHint = 0;  // where the last walk through a space stood
 
  private:
+  void layoutSwitched(GcDbDatabase* database, const GCHAR* newLayout) override;
+
   ap::Document& m_document;
   SelectionSets m_sets;
   HeldSet m_previousSet{m_sets};
@@ -69,8 +73,6 @@ class Editor final : public ap::DocumentPart {
   EditorView m_view;
   std::vector<EditorView> m_earlierViews;
   std::vector<GcGeMatrix3d> m_earlierUcs;
-  GcText m_layout;
-  GcText m_lastPaperLayout;
   int m_paperViewport = 1;
   std::unique_ptr<CommandLine> m_commandLine;
 };

@@ -5,6 +5,7 @@
 #include "host/ed/coordinates.h"
 #include "host/ed/input/parse.h"
 #include "host/ed/screen.h"
+#include "host/ed/viewplace.h"
 
 namespace ed {
 
@@ -13,12 +14,17 @@ namespace {
 constexpr size_t kMostRemembered = 10;
 
 void show(Editor& editor, const GcGePoint2d& center, double height) {
+  if (isViewLocked(editor)) {
+    moveSheetInstead(editor, center, height);
+    return;
+  }
   std::vector<EditorView>& earlier = editor.earlierViews();
   if (earlier.size() == kMostRemembered) earlier.erase(earlier.begin());
   earlier.push_back(editor.view());
   editor.view().center = center;
   editor.view().height = height;
   screen().viewChanged(center, height);
+  putView(editor);
 }
 
 // A box in display coordinates, with the margin a zoom to it has.
@@ -79,6 +85,14 @@ void zoomPrevious(Editor& editor) {
   editor.view() = editor.earlierViews().back();
   editor.earlierViews().pop_back();
   screen().viewChanged(editor.view().center, editor.view().height);
+  putView(editor);
+}
+
+bool zoomToPaperScale(Editor& editor, double scale) {
+  double height = 0;
+  if (!viewHeightAtScale(editor, scale, height)) return false;
+  show(editor, editor.view().center, height);
+  return true;
 }
 
 bool parseFactor(GcView text, double& factor) { return parseLength(text, factor) && factor > 0; }

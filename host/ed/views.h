@@ -11,6 +11,8 @@ void zoomCenter(Editor& editor, const GcGePoint3d& center, double height);
 void zoomExtents(Editor& editor);
 // `ofView`: times the present magnification; else times the one that shows the limits.
 void zoomScale(Editor& editor, double factor, bool ofView);
+// Paper units to one unit of the model, for the viewport that is worked in; false where there is none.
+bool zoomToPaperScale(Editor& editor, double scale);
 void zoomPrevious(Editor& editor);
 
 [[nodiscard]] bool parseFactor(GcView text, double& factor);  // positive

@@ -6,6 +6,9 @@
 
 #include "db/database.h"
 #include "db/dictionary.h"
+#include "db/layout.h"
+#include "db/viewport.h"
+#include "host/db/core/viewspace.h"
 #include "host/plot/objectgroups.h"
 
 namespace gc::plot {
@@ -14,43 +17,29 @@ namespace {
 
 constexpr double kMmPerInch = 25.4;
 
-Layout readLayout(const ObjectGroups& groups) {
-  constexpr const char* kSettings = "AcDbPlotSettings";
-  constexpr const char* kLayout = "AcDbLayout";
+Layout readLayout(const GcDbLayout& from) {
   Layout layout;
-  layout.name = groups.text(1, kLayout);
-  layout.tabOrder = static_cast<int>(groups.integer(71, 0, kLayout));
-  layout.block = groups.id(330, kLayout);
-  layout.limitsMin = groups.point(10, {}, kLayout);
-  layout.limitsMax = groups.point(11, {}, kLayout);
+  layout.tabOrder = from.getTabOrder();
+  layout.block = from.getBlockTableRecordId();
+  GcGePoint2d min, max;
+  from.getLimits(min, max);
+  layout.limitsMin = {min.x, min.y, 0};
+  layout.limitsMax = {max.x, max.y, 0};
 
-  double width = groups.real(44, 0, kSettings), height = groups.real(45, 0, kSettings);
-  // Left, bottom, right, top of the unturned paper.
-  const double margins[4] = {groups.real(40, 0, kSettings), groups.real(41, 0, kSettings),
-                             groups.real(42, 0, kSettings), groups.real(43, 0, kSettings)};
-  const int quarterTurns = static_cast<int>(groups.integer(73, 0, kSettings)) & 3;  // counter-clockwise
+  double width = from.plotPaperSize().x, height = from.plotPaperSize().y;
+  double margins[4];  // left, bottom, right, top of the unturned paper
+  from.getPlotPaperMargins(margins[0], margins[1], margins[2], margins[3]);
+  const int quarterTurns = from.plotRotation();  // counter-clockwise
   layout.marginLeftMm = margins[quarterTurns == 0 ? 0 : quarterTurns == 1 ? 3 : quarterTurns == 2 ? 2 : 1];
   layout.marginBottomMm = margins[quarterTurns == 0 ? 1 : quarterTurns == 1 ? 0 : quarterTurns == 2 ? 3 : 2];
   if (quarterTurns % 2 == 1) std::swap(width, height);
   layout.paperWidthMm = width;
   layout.paperHeightMm = height;
-  const double unit = groups.integer(72, 1, kSettings) == 0 ? kMmPerInch : 1;
-  const double paper = groups.real(142, 1, kSettings), drawing = groups.real(143, 1, kSettings);
+  const double unit = from.plotPaperUnits() == GcDbPlotSettings::kInches ? kMmPerInch : 1;
+  double paper = 0, drawing = 0;
+  from.getCustomPrintScale(paper, drawing);
   if (paper > 0 && drawing > 0) layout.mmPerUnit = unit * paper / drawing;
   return layout;
-}
-
-// The axes of a view: x to the right, z towards the viewer.
-GcGeMatrix3d worldToView(const GcGeVector3d& direction, const GcGePoint3d& target, double twistRad) {
-  const GcGeVector3d z = direction.isZeroLength() ? GcGeVector3d::kZAxis : direction.normal();
-  const bool vertical = std::fabs(z.x) < 1e-9 && std::fabs(z.y) < 1e-9;
-  const GcGeVector3d x = vertical ? GcGeVector3d::kXAxis : GcGeVector3d::kZAxis.crossProduct(z).normal();
-  const GcGeVector3d y = z.crossProduct(x);
-  GcGeMatrix3d view;
-  view.setCoordSystem(target, x, y, z);
-  GcGeMatrix3d turn;
-  turn.setToRotation(twistRad, GcGeVector3d::kZAxis);
-  return turn * view.inverse();
 }
 
 }  // namespace
@@ -60,9 +49,10 @@ std::vector<Layout> layoutsOf(GcDbDatabase& database) {
   GcDbDictionary* dictionary = nullptr;
   if (gcdbOpenObject(dictionary, database.layoutDictionaryId(), GcDb::kForRead) == Gcad::eOk) {
     for (const GcDbDictionaryEntry& entry : dictionary->entries()) {
-      const ObjectGroups groups(entry.id);
-      if (groups.isEmpty()) continue;
-      Layout layout = readLayout(groups);
+      GcDbLayout* object = nullptr;
+      if (gcdbOpenObject(object, entry.id, GcDb::kForRead) != Gcad::eOk) continue;
+      Layout layout = readLayout(*object);
+      ignore(object->close());
       layout.name = GcText(view(entry.key));
       layout.isModel = layout.block == database.modelSpaceId();
       layouts.push_back(layout);
@@ -90,35 +80,49 @@ std::vector<Layout> layoutsOf(GcDbDatabase& database) {
   return layouts;
 }
 
-bool readViewport(GcDbObjectId id, Viewport& viewport) {
-  const GcRxClass* itsClass = id.objectClass();
-  if (itsClass == nullptr || view(itsClass->name()) != GcView(GC_T("AcDbViewport"))) return false;
-  const ObjectGroups groups(id);
-  constexpr const char* kViewport = "AcDbViewport";
-  if (groups.integer(69, 2, kViewport) == 1) return false;
-  viewport = Viewport();
-  viewport.center = groups.point(10, {}, kViewport);
-  viewport.width = groups.real(40, 0, kViewport);
-  viewport.height = groups.real(41, 0, kViewport);
-  const int64_t flags = groups.integer(90, 0, kViewport);
-  constexpr int64_t kOff = 0x20000;
-  viewport.isOn = groups.integer(68, 1, kViewport) != 0 && (flags & kOff) == 0;
-  viewport.clipEntity = groups.id(340, kViewport);
-  for (int i = 0, count = groups.count(331, kViewport); i < count; ++i) {
-    viewport.frozenLayers.push_back(groups.id(331, kViewport, i));
+namespace {
+
+// Files leave the numbers of viewports at 0 while their layout is not shown: the first of a block is the sheet then.
+bool isSheet(const GcDbViewport& viewport) {
+  if (viewport.number() != 0) return viewport.isSheet();
+  GcDbBlockTableRecord* block = nullptr;
+  if (gcdbOpenObject(block, viewport.ownerId(), GcDb::kForRead) != Gcad::eOk) return false;
+  GcDbObjectId first;
+  for (const GcDbObjectId id : block->entities()) {
+    if (!first.isNull() || !id.isValid() || id.isErased() || id.objectClass() != GcDbViewport::desc()) continue;
+    first = id;
   }
-  const double viewHeight = groups.real(45, 0, kViewport);
-  if (!(viewport.width > 0) || !(viewport.height > 0) || !(viewHeight > 0)) return false;
-  viewport.scale = viewport.height / viewHeight;
-  const GcGePoint3d direction = groups.point(16, {0, 0, 1}, kViewport);
-  const GcGePoint3d viewCenter = groups.point(12, {}, kViewport);
+  ignore(block->close());
+  return first == viewport.objectId();
+}
+
+void fill(const GcDbViewport& from, Viewport& viewport) {
+  viewport.center = from.centerPoint();
+  viewport.width = from.width();
+  viewport.height = from.height();
+  viewport.isOn = from.number() == 0 ? !from.isSwitchedOff() : from.isOn();
+  viewport.clipEntity = from.nonRectClipEntityId();
+  for (const GcDbObjectId layer : from.frozenLayers()) viewport.frozenLayers.push_back(layer);
+  viewport.scale = from.customScale();
+  const GcGePoint2d seen = from.viewCenter();
   GcGeMatrix3d scale, place;
   scale.setToScaling(viewport.scale);
   place.setToTranslation(GcGeVector3d(viewport.center.x, viewport.center.y, 0) -
-                         GcGeVector3d(viewCenter.x, viewCenter.y, 0) * viewport.scale);
+                         GcGeVector3d(seen.x, seen.y, 0) * viewport.scale);
   viewport.toPaper =
-      place * scale * worldToView(direction.asVector(), groups.point(17, {}, kViewport), groups.real(51, 0, kViewport));
-  return true;
+      place * scale * gcdbDisplayToWorld(from.viewTarget(), from.viewDirection(), from.twistAngle()).inverse();
+}
+
+}  // namespace
+
+bool readViewport(GcDbObjectId id, Viewport& viewport) {
+  GcDbViewport* open = nullptr;
+  if (gcdbOpenObject(open, id, GcDb::kForRead) != Gcad::eOk) return false;
+  viewport = Viewport();
+  const bool isWindow = !isSheet(*open) && open->width() > 0 && open->height() > 0 && open->viewHeight() > 0;
+  if (isWindow) fill(*open, viewport);
+  ignore(open->close());
+  return isWindow;
 }
 
 std::vector<GcDbObjectId> drawOrderOf(GcDbObjectId block) {

@@ -30,11 +30,13 @@ struct Default {
 
 // What readers take when a group is not there. Source: the published DXF reference.
 const Default kDefaults[] = {
-    {nullptr, {6, "BYLAYER"}},  {nullptr, {39, "0.0"}},    {nullptr, {48, "1.0"}},     {nullptr, {60, "0"}},
-    {nullptr, {62, "256"}},     {nullptr, {67, "0"}},      {nullptr, {210, "0.0"}},    {nullptr, {220, "0.0"}},
-    {nullptr, {230, "1.0"}},    {nullptr, {370, "-1"}},    {"DICTIONARY", {280, "0"}}, {"MTEXT", {7, "STANDARD"}},
-    {"MTEXT", {50, "0.0"}},     {"TEXT", {7, "STANDARD"}}, {"TEXT", {41, "1.0"}},      {"TEXT", {50, "0.0"}},
-    {"TEXT", {51, "0.0"}},      {"TEXT", {71, "0"}},       {"TEXT", {72, "0"}},        {"TEXT", {73, "0"}},
+    {nullptr, {6, "BYLAYER"}},  {nullptr, {39, "0.0"}},     {nullptr, {48, "1.0"}},
+    {nullptr, {60, "0"}},       {nullptr, {62, "256"}},     {nullptr, {67, "0"}},
+    {nullptr, {210, "0.0"}},    {nullptr, {220, "0.0"}},    {nullptr, {230, "1.0"}},
+    {nullptr, {370, "-1"}},     {"DICTIONARY", {280, "0"}}, {"ACDBDICTIONARYWDFLT", {280, "0"}},
+    {"MTEXT", {7, "STANDARD"}}, {"MTEXT", {50, "0.0"}},     {"TEXT", {7, "STANDARD"}},
+    {"TEXT", {41, "1.0"}},      {"TEXT", {50, "0.0"}},      {"TEXT", {51, "0.0"}},
+    {"TEXT", {71, "0"}},        {"TEXT", {72, "0"}},        {"TEXT", {73, "0"}},
     {"DIMENSION", {53, "0.0"}}, {"DIMENSION", {1, ""}},
 };
 

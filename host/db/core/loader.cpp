@@ -1,5 +1,7 @@
 #include "host/db/core/loader.h"
 
+#include <utility>
+
 #include "db/blockbegin.h"
 #include "host/db/core/store.h"
 
@@ -16,6 +18,17 @@ void GcDbLoader::setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin) 
 void GcDbLoader::setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end) { block.m_endId = end; }
 void GcDbLoader::setOwner(GcDbObject& object, GcDbObjectId owner) { object.m_ownerId = owner; }
 void GcDbLoader::setName(GcDbSymbolTableRecord& record, const GcString& name) { record.m_name = name; }
+
+void GcDbLoader::swapNames(GcDbDatabase& database, GcDbObjectId first, GcDbObjectId second) {
+  auto& table = static_cast<GcDbSymbolTable&>(*database.blockTableId().stub()->object);
+  auto& a = static_cast<GcDbSymbolTableRecord&>(*first.stub()->object);
+  auto& b = static_cast<GcDbSymbolTableRecord&>(*second.stub()->object);
+  table.unindexRecord(a);
+  table.unindexRecord(b);
+  std::swap(a.m_name, b.m_name);
+  table.indexRecord(a);
+  table.indexRecord(b);
+}
 
 namespace {
 

@@ -20,4 +20,6 @@ class GcDbLoader {
   static void setOwner(GcDbObject& object, GcDbObjectId owner);
   // The file's name of a record, whatever it is.
   static void setName(GcDbSymbolTableRecord& record, const GcString& name);
+  // Gives two blocks each other's name.
+  static void swapNames(GcDbDatabase& database, GcDbObjectId first, GcDbObjectId second);
 };

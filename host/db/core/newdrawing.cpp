@@ -7,6 +7,9 @@
 #include "host/db/core/loader.h"
 #include "host/db/core/loadreport.h"
 #include "host/db/core/store.h"
+#include "host/db/objects/layouts.h"
+#include "host/db/objects/mlinestyle.h"
+#include "host/db/objects/standard.h"
 #include "host/rx/view.h"
 
 namespace {
@@ -105,6 +108,114 @@ void GcDbDatabase::completeAfterLoad() {
   const GcDbObjectIdArray records = blocks->records();
   ignore(blocks->close());
   for (const GcDbObjectId id : records) GcDbLoader::completeBlock(*this, id);
+  gcdbNumberViewports(*this);
 }
 
-void gcdbBuildNewDrawing(GcDbDatabase& database) { database.completeAfterLoad(); }
+// ---- a new drawing ---------------------------------------------------------------------------------------
+
+namespace {
+
+GcDbObjectId addEntry(GcDbObjectId dictionaryId, const GCHAR* key, GcDbObject* object) {
+  GcDbObjectId id;
+  GcDbDictionary* dictionary = nullptr;
+  if (gcdbOpenObject(dictionary, dictionaryId, GcDb::kForWrite) != Gcad::eOk) {
+    delete object;
+    return id;
+  }
+  if (dictionary->setAt(key, object, id) == Gcad::eOk) {
+    object->addPersistentReactor(dictionaryId);
+    ignore(object->close());
+  } else {
+    delete object;
+  }
+  ignore(dictionary->close());
+  return id;
+}
+
+// The scales a program may offer, metric ones.
+void addScales(GcDbObjectId dictionary) {
+  struct Offered {
+    const GCHAR *key, *name;
+    double paper, drawing;
+  };
+  constexpr Offered kOffered[] = {
+      {GC_T("A0"), GC_T("1:1"), 1, 1},     {GC_T("A1"), GC_T("1:2"), 1, 2},   {GC_T("A2"), GC_T("1:5"), 1, 5},
+      {GC_T("A3"), GC_T("1:10"), 1, 10},   {GC_T("A4"), GC_T("1:20"), 1, 20}, {GC_T("A5"), GC_T("1:50"), 1, 50},
+      {GC_T("A6"), GC_T("1:100"), 1, 100}, {GC_T("A7"), GC_T("2:1"), 2, 1},   {GC_T("A8"), GC_T("10:1"), 10, 1},
+  };
+  for (const Offered& each : kOffered)
+    addEntry(dictionary, each.key, new GcDbScale(each.name, each.paper, each.drawing, each.paper == each.drawing));
+}
+
+// The dictionaries that readers of drawings look for. Plot styles by name have one that every layer refers to.
+void addDictionaries(GcDbDatabase& database) {
+  const GcDbObjectId root = database.namedObjectsDictionaryId();
+  for (const GCHAR* key :
+       {GC_T("ACAD_COLOR"), GC_T("ACAD_GROUP"), GC_T("ACAD_LAYOUT"), GC_T("ACAD_MATERIAL"), GC_T("ACAD_MLEADERSTYLE")})
+    addEntry(root, key, new GcDbDictionary);
+  const GcDbObjectId mlineStyles = addEntry(root, GC_T("ACAD_MLINESTYLE"), new GcDbDictionary);
+  auto* standard = new GcDbMlineStyle;
+  standard->setStandard(database.byLayerLinetype());
+  addEntry(mlineStyles, GC_T("Standard"), standard);
+  addEntry(root, GC_T("ACAD_PLOTSETTINGS"), new GcDbDictionary);
+  const GcDbObjectId plotStyles = addEntry(root, GC_T("ACAD_PLOTSTYLENAME"), new GcDbDictionaryWithDefault);
+  const GcDbObjectId normal = addEntry(plotStyles, GC_T("Normal"), new GcDbPlaceHolder);
+  GcDbDictionaryWithDefault* styles = nullptr;
+  if (gcdbOpenObject(styles, plotStyles, GcDb::kForWrite) == Gcad::eOk) {
+    ignore(styles->setDefaultId(normal));
+    ignore(styles->close());
+  }
+  const GcDbObjectId scales = addEntry(root, GC_T("ACAD_SCALELIST"), new GcDbDictionary);
+  addScales(scales);
+  for (const GCHAR* key : {GC_T("ACAD_TABLESTYLE"), GC_T("ACAD_VISUALSTYLE")}) addEntry(root, key, new GcDbDictionary);
+}
+
+// What a tile shows of a new drawing: its limits.
+void addActiveViewport(GcDbDatabase& database) {
+  GcDbViewportTable* table = nullptr;
+  if (database.getSymbolTable(table, GcDb::kForWrite) != Gcad::eOk) return;
+  constexpr double kScreenAspect = 1920.0 / 1080.0;
+  const GcGePoint3d limits = database.header().point(GC_T("$LIMMAX"));
+  auto* active = new GcDbViewportTableRecord;
+  ignore(active->setName(GC_T("*Active")));
+  active->setCenterPoint({limits.x / 2, limits.y / 2});
+  active->setHeight(limits.y);
+  active->setAspectRatio(kScreenAspect);
+  active->setWidth(limits.y * kScreenAspect);
+  if (table->add(active) == Gcad::eOk)
+    ignore(active->close());
+  else
+    delete active;
+  ignore(table->close());
+}
+
+}  // namespace
+
+GcDbObjectId gcdbDefaultPlotStyle(const GcDbDatabase& database) {
+  GcDbObjectId id;
+  GcDbDictionary* root = nullptr;
+  if (gcdbOpenObject(root, database.namedObjectsDictionaryId(), GcDb::kForRead) != Gcad::eOk) return id;
+  ignore(root->getAt(GC_T("ACAD_PLOTSTYLENAME"), id));
+  ignore(root->close());
+  GcDbDictionaryWithDefault* styles = nullptr;
+  if (gcdbOpenObject(styles, id, GcDb::kForRead) != Gcad::eOk) return {};
+  id = styles->defaultId();
+  ignore(styles->close());
+  return id;
+}
+
+void gcdbBuildNewDrawing(GcDbDatabase& database) {
+  database.header().setDefaults();
+  database.completeAfterLoad();
+  addDictionaries(database);
+  GcDbLayerTableRecord* layerZero = nullptr;
+  if (gcdbOpenObject(layerZero, database.layerZero(), GcDb::kForWrite) == Gcad::eOk) {
+    layerZero->subJoined();  // once more: now there are plot styles
+    ignore(layerZero->close());
+  }
+  addActiveViewport(database);
+  const GcDbObjectId second = gcdbAddPaperBlock(database);
+  gcdbAddLayout(database, GC_T("Layout1"), database.paperSpaceId());
+  gcdbAddLayout(database, GC_T("Layout2"), second);
+  gcdbAddLayout(database, kModelLayout, database.modelSpaceId());
+}

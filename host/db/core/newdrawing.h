@@ -1,6 +1,8 @@
 // What a drawing has before anything is drawn into it, and what a drawing read from a file must have.
 #pragma once
 
+#include "db/objectid.h"
+
 class GcDbDatabase;
 class GcRxClass;
 
@@ -14,3 +16,6 @@ GcRxClass* gcdbTableClass(int table);
 
 // Tables with their standard records, model and paper spaces, root dictionary, header defaults.
 void gcdbBuildNewDrawing(GcDbDatabase& database);
+
+// The plot style that stands for none; null when the drawing has no styles by name.
+GcDbObjectId gcdbDefaultPlotStyle(const GcDbDatabase& database);

@@ -4,6 +4,7 @@
 #include "db/entity.h"
 #include "db/symboltable.h"
 #include "host/db/core/names.h"
+#include "host/db/core/newdrawing.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 
@@ -112,6 +113,7 @@ Gcad::ErrorStatus GcDbLayerTableRecord::setLineWeight(GcDb::LineWeight weight) {
 
 void GcDbLayerTableRecord::subJoined() {
   if (m_linetypeId.isNull()) m_linetypeId = database()->continuousLinetype();
+  if (m_plotStyleId.isNull()) m_plotStyleId = gcdbDefaultPlotStyle(*database());
 }
 
 namespace {

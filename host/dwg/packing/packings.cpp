@@ -14,6 +14,8 @@ void addAll(std::vector<ClassPacking>& list) {
   addDimensions(list);
   addHatches(list);
   addRegions(list);
+  addLayouts(list);
+  addObjects(list);
 }
 
 }  // namespace gc::dwg::packing

@@ -18,6 +18,8 @@ void addSplines(std::vector<ClassPacking>& list);
 void addDimensions(std::vector<ClassPacking>& list);
 void addHatches(std::vector<ClassPacking>& list);
 void addRegions(std::vector<ClassPacking>& list);
+void addLayouts(std::vector<ClassPacking>& list);
+void addObjects(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);
 

@@ -69,11 +69,11 @@ const CommandIndex& commandIndex() {
   static const CommandIndex* const index = [] {
     auto* made = new CommandIndex;
     for (const auto commands :
-         {lineCommands(),      curveCommands(),     polylineCommands(),    textCommands(),   blockCommands(),
-          editCommands(),      transformCommands(), propertyCommands(),    layerCommands(),  viewCommands(),
-          ucsCommands(),       undoCommands(),      dimensionCommands(),   hatchCommands(),  polylineEditCommands(),
-          modifyCommands(),    arrayCommands(),     drawingFileCommands(), recordCommands(), inquiryCommands(),
-          annotationCommands()}) {
+         {lineCommands(),       curveCommands(),     polylineCommands(),    textCommands(),   blockCommands(),
+          editCommands(),       transformCommands(), propertyCommands(),    layerCommands(),  viewCommands(),
+          ucsCommands(),        undoCommands(),      dimensionCommands(),   hatchCommands(),  polylineEditCommands(),
+          modifyCommands(),     arrayCommands(),     drawingFileCommands(), recordCommands(), inquiryCommands(),
+          annotationCommands(), spaceCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

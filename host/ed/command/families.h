@@ -15,6 +15,7 @@ std::span<const Command> transformCommands();
 std::span<const Command> propertyCommands();
 std::span<const Command> layerCommands();
 std::span<const Command> viewCommands();
+std::span<const Command> spaceCommands();
 std::span<const Command> ucsCommands();
 std::span<const Command> undoCommands();
 std::span<const Command> dimensionCommands();

@@ -16,8 +16,13 @@ Task<bool> window(CommandInput& in, GcGePoint3d first) {
   co_return true;
 }
 
-// "2x" times the view, "2xp" and plain numbers times the limits' view.
+// "2x" times the view, "2xp" a scale of paper units to units of the model, plain numbers times the limits' view.
 bool zoomByText(Editor& editor, GcView text) {
+  const bool toPaper = text.size() > 2 && equalNoCase(text.substr(text.size() - 2), GC_T("xp"));
+  if (toPaper) {
+    double scale = 0;
+    return parseFactor(text.substr(0, text.size() - 2), scale) && zoomToPaperScale(editor, scale);
+  }
   const bool ofView = !text.empty() && gcLower(text.back()) == GC_T('x');
   if (ofView) text.remove_suffix(1);
   double factor = 0;

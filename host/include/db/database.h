@@ -10,6 +10,7 @@ class GcDbDatabaseReactor;
 class GcDbDictionary;
 class GcDbHeader;
 class GcDbIdMapping;
+class GcDbLayoutManager;
 class GcDbLoadReport;
 class GcDbStore;
 class GcDbTransactionManager;
@@ -148,6 +149,7 @@ class GcDbDatabase : public GcRxObject {
   void setTableId(int table, GcDbObjectId id) { m_tables[table] = id; }
   [[nodiscard]] GcDbObjectId tableId(int table) const { return m_tables[table]; }
   void setNamedObjectsDictionaryId(GcDbObjectId id) { m_namedObjectsId = id; }
+  void setPaperSpaceId(GcDbObjectId id) { m_known.paperSpace = id; }
 
   enum Table : uint8_t {
     kBlocks,
@@ -215,6 +217,7 @@ class GcDbHostApplicationServices : public GcRxObject {
  public:
   [[nodiscard]] GcDbDatabase* workingDatabase() const { return m_working; }
   void setWorkingDatabase(GcDbDatabase* database) { m_working = database; }
+  [[nodiscard]] GcDbLayoutManager* layoutManager() const;
   // Full name of a file looked up as given, beside the drawing, along the support path. eFileNotFound.
   virtual Gcad::ErrorStatus findFile(GcString& found, const GCHAR* name, GcDbDatabase* database = nullptr);
 

@@ -139,13 +139,23 @@ TEST(Record, HandlesInExtendedData) {
   EXPECT_TRUE(found);
 }
 
+// Plot styles came with R2000.
+static void takePlotStyle(GcDbLayerTableRecord& layer) {
+  const GcDbClassInfo& info = *gcdbInfoOf(layer);
+  for (int i = 0; i < info.rowCount; ++i)
+    if (info.rows[i]->code == 390) static_cast<GcDbObjectId*>(info.rows[i]->at(&layer))->setNull();
+}
+
 TEST(Record, TableRecords) {
   for (const int version : kVersions) {
     Bench bench(version);
     GcDbLayerTableRecord* layer = nullptr;
     ASSERT_EQ(gcdbOpenObject(layer, bench.database.layerZero(), GcDb::kForWrite), Gcad::eOk);
     ignore(layer->setColor(GcCmColor::fromIndex(5)));
-    if (version >= kR2000) ignore(layer->setLineWeight(GcDb::kLnWt211));
+    if (version >= kR2000)
+      ignore(layer->setLineWeight(GcDb::kLnWt211));
+    else
+      takePlotStyle(*layer);
     ignore(layer->setIsLocked(true));
     bench.expectSame(*layer);
     ignore(layer->setIsOff(true));
