@@ -1,5 +1,6 @@
 #include "host/db/objects/layouts.h"
 
+#include <algorithm>
 #include <string>
 
 #include "db/database.h"
@@ -19,12 +20,18 @@ constexpr double kMarginMm = 5;
 constexpr double kAroundSheet = 1.1;  // what the screen shows of a sheet: all of it and a little more
 constexpr double kScreenAspect = 1920.0 / 1080.0;
 
-int layoutCount(const GcDbDatabase& database) {
+// The tab behind the last one; model space has the first, 0.
+int nextTab(const GcDbDatabase& database) {
+  int last = 0;
   GcDbDictionary* layouts = nullptr;
-  if (gcdbOpenObject(layouts, database.layoutDictionaryId(), GcDb::kForRead) != Gcad::eOk) return 0;
-  const auto count = static_cast<int>(layouts->numEntries());
+  if (gcdbOpenObject(layouts, database.layoutDictionaryId(), GcDb::kForRead) != Gcad::eOk) return 1;
+  for (const GcDbDictionaryEntry& entry : layouts->entries()) {
+    const bool lives = entry.id.isValid() && !entry.id.isErased();
+    const auto* layout = lives ? GcDbLayout::cast(entry.id.stub()->object) : nullptr;
+    if (layout != nullptr) last = std::max(last, layout->getTabOrder());
+  }
   ignore(layouts->close());
-  return count;
+  return last + 1;
 }
 
 void setUpSheet(GcDbLayout& layout) {
@@ -36,15 +43,15 @@ void setUpSheet(GcDbLayout& layout) {
 
 GcDbObjectId gcdbAddLayout(GcDbDatabase& database, const GCHAR* name, GcDbObjectId block) {
   GcDbObjectId id;
-  const int order = layoutCount(database);
   const bool isModel = block == database.modelSpaceId();
+  const int tab = isModel ? 0 : nextTab(database);
   GcDbDictionary* layouts = nullptr;
   if (gcdbOpenObject(layouts, database.layoutDictionaryId(), GcDb::kForWrite) != Gcad::eOk) return id;
   auto* layout = new GcDbLayout;
   ignore(layout->setLayoutName(name));
   ignore(layout->setBlockTableRecordId(block));
   ignore(layout->setModelType(isModel));
-  ignore(layout->setTabOrder(isModel ? 0 : order));
+  ignore(layout->setTabOrder(tab));
   if (!isModel) setUpSheet(*layout);
   const Gcad::ErrorStatus status = layouts->setAt(name, layout, id);
   layout->addPersistentReactor(layouts->objectId());
