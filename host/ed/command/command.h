@@ -65,7 +65,7 @@ class CommandRun {
   [[nodiscard]] Editor& editor() const { return m_editor; }
   [[nodiscard]] const char* name() const { return m_command.name; }
   [[nodiscard]] bool done() const { return m_body.done(); }
-  [[nodiscard]] bool succeeded() const { return done() && m_body.result(); }
+  [[nodiscard]] bool succeeded() const { return done() && !m_cancelled && m_body.result(); }
   [[nodiscard]] bool cancelled() const { return m_cancelled; }
 
   void start();
