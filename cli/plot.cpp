@@ -55,6 +55,9 @@ int plotOne(GcDbDatabase& database, const PlotOptions& options, const gc::plot::
   std::snprintf(line, sizeof line, ": %.0f x %.0f mm, %lld primitives\n", report.widthMm, report.heightMm,
                 static_cast<long long>(report.primitives));
   terminal.write(path + line);
+  if (report.denseHatches > 0)
+    complain("gcad: hatches too dense for their pattern, shown as fills: " + std::to_string(report.denseHatches) +
+             "\n");
   return kDone;
 }
 

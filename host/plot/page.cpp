@@ -111,6 +111,7 @@ class PageDrawer {
       }
     }
     m_report.primitives += draw.primitiveCount();
+    m_report.denseHatches += draw.denseHatchCount();
   }
 
  private:
@@ -138,6 +139,7 @@ class PageDrawer {
     PlotDraw draw(m_canvas, m_looks, projection);
     for (const GcDbObjectId id : drawOrderOf(m_database.modelSpaceId())) draw.draw(id);
     m_report.primitives += draw.primitiveCount();
+    m_report.denseHatches += draw.denseHatchCount();
     m_looks.freezeAlso({});
   }
   Path clipOf(const Viewport& viewport, const Box& box) {

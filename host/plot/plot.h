@@ -33,6 +33,7 @@ struct PlotReport {
   double scale = 0;        // millimetres of the page for one drawing unit (of the model, or of the paper)
   int64_t primitives = 0;  // lines, curves, fills, lines of text
   int viewports = 0;
+  int denseHatches = 0;  // shown as fills: their patterns have too many lines
 };
 
 // "A4", "a3-landscape", "A1-portrait", "420x297": false for anything else.

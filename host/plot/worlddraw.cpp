@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "db/entity.h"
+#include "db/hatch.h"
 #include "host/gi/textline.h"
 #include "host/plot/dashes.h"
 
@@ -101,6 +102,7 @@ void PlotDraw::drawEntity(GcDbEntity& entity) {
   entity.subSetAttributes(this);
   if (m_looks.isFrozen(look().layer)) return;
   entity.subWorldDraw(this);
+  if (const auto* hatch = GcDbHatch::cast(&entity)) m_denseHatches += hatch->wasTooDense() ? 1 : 0;
 }
 
 // Transforms.

@@ -31,6 +31,7 @@ class PlotDraw : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEnti
 
   // Endless lines may be left out: nobody wants their bounds.
   [[nodiscard]] int64_t primitiveCount() const { return m_primitives; }
+  [[nodiscard]] int denseHatchCount() const { return m_denseHatches; }
 
   GcGiGeometry& geometry() override { return *this; }
   GcGiSubEntityTraits& subEntityTraits() override { return *this; }
@@ -95,6 +96,7 @@ class PlotDraw : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEnti
   double m_dashesScale = 0;
   std::vector<const GcGiDrawable*> m_open;  // what is being drawn, outermost first
   int64_t m_primitives = 0;
+  int m_denseHatches = 0;
 };
 
 }  // namespace gc::plot

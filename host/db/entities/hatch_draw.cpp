@@ -137,7 +137,8 @@ bool GcDbHatch::subWorldDraw(GcGiWorldDraw* draw) {
   const std::vector<GcGePath> loops = seenLoops(m_loops, hatchStyle());
   if (loops.empty()) return true;
   Drawer drawer(*draw, loops, m_elevation, m_normal);
-  if (!m_isSolid && drawer.pattern(m_lines)) return true;
+  m_wasTooDense = !m_isSolid && !drawer.pattern(m_lines);
+  if (!m_isSolid && !m_wasTooDense) return true;
   draw->subEntityTraits().setFill(true);
   const bool shaded = !m_gradient.isEmpty() && m_gradient[0].isGradient != 0;
   if (shaded) {

@@ -134,6 +134,8 @@ class GcDbHatch : public GcDbEntity {
   Gcad::ErrorStatus evaluateHatch(bool underestimateNumLines = false);
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
+  // Whether it was last drawn as a fill because its pattern has too many lines.
+  [[nodiscard]] bool wasTooDense() const { return m_wasTooDense; }
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
@@ -158,4 +160,5 @@ class GcDbHatch : public GcDbEntity {
   bool m_isSolid = true;
   bool m_isAssociative = false;
   bool m_isDouble = false;
+  bool m_wasTooDense = false;
 };
