@@ -1,5 +1,6 @@
 #include "host/db/core/names.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 #include "host/db/audit/auditor.h"
@@ -15,13 +16,14 @@ GcText upper(GcView name) {
 }
 
 // The name with what it may not have replaced, and a number behind it when it is taken.
-GcText properName(GcView name, const std::unordered_set<GcText>& taken) {
+// `counts`: where the counting stopped for a name.
+GcText properName(GcView name, const std::unordered_set<GcText>& taken, std::unordered_map<GcText, int>& counts) {
   GcText made(name);
   for (GCHAR& c : made)
     if (!gcdbIsValidRecordName(GcView(&c, 1), false)) c = '_';
   if (made.empty()) made = GC_T("unnamed");
   const GcText first = made;
-  for (int i = 1; taken.contains(upper(made)); ++i) made = first + fromUtf8("$" + std::to_string(i));
+  for (int& i = counts[upper(first)]; taken.contains(upper(made));) made = first + fromUtf8("$" + std::to_string(++i));
   return made;
 }
 
@@ -35,6 +37,7 @@ bool mayRepeat(const GcDbSymbolTableRecord& record) { return GcDbViewportTableRe
 
 void auditTable(GcDbAuditor& auditor, const GcDbSymbolTable& table) {
   std::unordered_set<GcText> taken;
+  std::unordered_map<GcText, int> counts;
   const GcDbObjectIdArray records = table.records();
   for (const GcDbObjectId id : records) {
     auto* record = gcdbLive<GcDbSymbolTableRecord>(id);
@@ -44,11 +47,11 @@ void auditTable(GcDbAuditor& auditor, const GcDbSymbolTable& table) {
     const auto* style = GcDbTextStyleTableRecord::cast(record);
     if (name.empty() && style != nullptr && style->isShapeFile()) continue;
     if (!gcdbIsValidRecordName(name, true)) {
-      const GcText proper = properName(name, taken);
+      const GcText proper = properName(name, taken, counts);
       if (auditor.found(GcDbDefect::RecordName, record, '"' + toUtf8(GcView(name)) + '"')) rename(*record, proper);
       taken.insert(upper(proper));
     } else if (!taken.insert(upper(name)).second && !mayRepeat(*record)) {
-      const GcText proper = properName(name, taken);
+      const GcText proper = properName(name, taken, counts);
       if (auditor.found(GcDbDefect::DuplicateName, record, toUtf8(GcView(name)))) rename(*record, proper);
       taken.insert(upper(proper));
     }

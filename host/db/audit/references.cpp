@@ -1,4 +1,4 @@
-#include <unordered_set>
+#include <unordered_map>
 
 #include "db/blockreference.h"
 #include "db/dictionary.h"
@@ -71,8 +71,11 @@ void auditRareParts(GcDbAuditor& auditor, GcDbObject& object) {
 }
 
 void auditDictionary(GcDbAuditor& auditor, GcDbDictionary& dictionary) {
-  GcDbNameIndex seen;
+  GcDbNameIndex seen, all;
+  std::unordered_map<GcText, int> counts;  // where the counting stopped for a key
   GcArray<GcDbDictionaryEntry> entries = dictionary.entries();
+  for (const GcDbDictionaryEntry& entry : entries)
+    if (all.map.find(view(entry.key)) == all.map.end()) all.add(view(entry.key), entry.id);
   bool changed = false;
   for (int i = 0; i < entries.length(); ++i) {
     GcDbDictionaryEntry& entry = entries[i];
@@ -85,14 +88,15 @@ void auditDictionary(GcDbAuditor& auditor, GcDbDictionary& dictionary) {
     }
     if (entry.key.isEmpty() || seen.find(view(entry.key), true).isValid()) {
       const bool mend = auditor.found(GcDbDefect::DictionaryKey, &dictionary, '"' + key + '"');
-      GcText made = (entry.key.isEmpty() ? GcText(GC_T("unnamed")) : GcText(view(entry.key)));
-      for (int n = 1; mend && (seen.find(made, true).isValid() || dictionary.has(made.c_str())); ++n)
-        made =
-            GcText(entry.key.isEmpty() ? GcView(GC_T("unnamed")) : view(entry.key)) + fromUtf8("$" + std::to_string(n));
+      const GcText first(entry.key.isEmpty() ? GcView(GC_T("unnamed")) : view(entry.key));
+      GcText made = first;
+      for (int& n = counts[first]; mend && all.find(made, true).isValid();)
+        made = first + fromUtf8("$" + std::to_string(++n));
+      if (mend) all.add(made, entry.id);
       if (mend) entry.key = toGcString(made);
       changed |= mend;
     }
-    seen.add(view(entry.key), entry.id);
+    if (seen.map.find(view(entry.key)) == seen.map.end()) seen.add(view(entry.key), entry.id);
   }
   if (changed) dictionary.replaceEntries(entries);
 }

@@ -97,7 +97,8 @@ GcDbBlockTableRecord* SpaceReader::blockOf(const RawRecord& head) {
   if (!block) block = blockByName(name);
   if (block && block->blockBeginId().isNull()) return block;
   GcText fresh = name;
-  for (int i = 1; blockByName(fresh); ++i) fresh = name + fromUtf8("$" + std::to_string(i));
+  // Where the counting stopped for the name: a file may define it ten thousand times.
+  for (int& i = m_renamed[name]; blockByName(fresh);) fresh = name + fromUtf8("$" + std::to_string(++i));
   if (block) {
     m_context.report(GcDbLoadAction::Repaired, head.offset, owner,
                      "block " + toUtf8(GcView(name)) + " is defined twice: the second named " + toUtf8(GcView(fresh)));

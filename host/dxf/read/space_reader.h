@@ -1,6 +1,8 @@
 // Entities: the BLOCKS and ENTITIES sections. Vertices and attributes go to the entity they follow.
 #pragma once
 
+#include <unordered_map>
+
 #include "host/dxf/read/object_reader.h"
 
 namespace gc::dxf {
@@ -35,6 +37,7 @@ class SpaceReader {
   GcDbBlockTableRecord* m_paperSpace = nullptr;
   GcDbObjectId m_lastOwner;
   GcDbBlockTableRecord* m_lastSpace = nullptr;
+  std::unordered_map<GcText, int> m_renamed;  // names defined more than once
 };
 
 }  // namespace gc::dxf
