@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "host/db/audit/auditor.h"
 #include "host/db/core/store.h"
@@ -38,6 +39,7 @@ bool mayRepeat(const GcDbSymbolTableRecord& record) { return GcDbViewportTableRe
 void auditTable(GcDbAuditor& auditor, const GcDbSymbolTable& table) {
   std::unordered_set<GcText> taken;
   std::unordered_map<GcText, int> counts;
+  std::vector<std::pair<GcDbSymbolTableRecord*, GcText>> renamed;
   const GcDbObjectIdArray records = table.records();
   for (const GcDbObjectId id : records) {
     auto* record = gcdbLive<GcDbSymbolTableRecord>(id);
@@ -52,10 +54,12 @@ void auditTable(GcDbAuditor& auditor, const GcDbSymbolTable& table) {
       taken.insert(upper(proper));
     } else if (!taken.insert(upper(name)).second && !mayRepeat(*record)) {
       const GcText proper = properName(name, taken, counts);
-      if (auditor.found(GcDbDefect::DuplicateName, record, toUtf8(GcView(name)))) rename(*record, proper);
+      if (auditor.found(GcDbDefect::DuplicateName, record, toUtf8(GcView(name)))) renamed.emplace_back(record, proper);
       taken.insert(upper(proper));
     }
   }
+  // The last first: among thousands of one name the index finds the one that came last soonest.
+  for (auto each = renamed.rbegin(); each != renamed.rend(); ++each) rename(*each->first, each->second);
 }
 
 }  // namespace
