@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "cli/audit.h"
+#include "cli/batch.h"
 #include "cli/convert.h"
 #include "cli/exitcode.h"
 #include "cli/functions.h"
@@ -33,6 +34,7 @@ int carryOut(const std::vector<std::string>& arguments) {
     case cli::Options::Command::Info: return cli::info(terminal, options.info);
     case cli::Options::Command::Functions: return cli::functions(terminal, options.functions);
     case cli::Options::Command::Plot: return cli::plot(terminal, options.plot);
+    case cli::Options::Command::Batch: return cli::batch(terminal, options.batch);
     case cli::Options::Command::Repl: return cli::repl(terminal, options.run);
     default: return cli::kUsage;
   }

@@ -80,6 +80,73 @@ void addRun(CLI::App& app, RunOptions& run, RunParser& parser) {
       "            6 time limit, 7 memory limit, 130 interrupted; (exit N) sets the code.");
 }
 
+// The parts of `batch` that need a second look after parsing.
+struct BatchParser {
+  CLI::App* app = nullptr;
+  RunOptions run;
+  std::string shard;
+
+  // The words of `run` that every drawing's process is given; empty text, or what is wrong.
+  std::string collect(BatchOptions& batch) const {
+    for (const char* name : {"--profile", "--without-class", "--module", "--time-limit", "--memory-limit"})
+      for (const std::string& value : app->get_option(name)->results())
+        batch.passedOn.insert(batch.passedOn.end(), {name, value});
+    for (const char* name : {"--no-module", "--force", "--backup", "--dry-run"})
+      if (app->count(name) > 0) batch.passedOn.emplace_back(name);
+    if (batch.resume) batch.passedOn.emplace_back("--force");  // results that are too old are made anew
+    if (batch.outDir.empty() && (batch.resume || !batch.as.empty() || !batch.format.empty()))
+      return "--resume, --as and --format need --out-dir";
+    if (shard.empty()) return {};
+    int used = 0;
+    if (std::sscanf(shard.c_str(), "%d/%d%n", &batch.shard, &batch.shards, &used) != 2 ||
+        static_cast<size_t>(used) != shard.size() || batch.shard < 1 || batch.shards < batch.shard)
+      return "--shard takes i/n with 1 <= i <= n, such as 2/5";
+    return {};
+  }
+};
+
+void addBatch(CLI::App& app, BatchOptions& batch, BatchParser& parser) {
+  CLI::App& sub = *app.add_subcommand("batch", "Run one script over many drawings, each in a process of its own");
+  parser.app = &sub;
+  sub.add_option("script", batch.script, "LISP file")->type_name("SCRIPT.lsp")->required();
+  sub.add_option("inputs", batch.inputs, "Drawings, folders of drawings, patterns with * and ?")
+      ->type_name("INPUTS")
+      ->required();
+  sub.add_option("-j,--jobs", batch.jobs, "Drawings at a time; default: the machine's processors")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  sub.add_option("--out-dir", batch.outDir, "Folder for the results; without it nothing is saved")->type_name("DIR");
+  sub.add_option("--as", batch.as, "Version to save as")
+      ->type_name("VERSION")
+      ->check(CLI::IsMember(kVersions, CLI::ignore_case));
+  sub.add_option("--format", batch.format, "Format to save in; default: each drawing's own")
+      ->check(CLI::IsMember({"dxf", "dwg"}, CLI::ignore_case));
+  sub.add_option("--shard", parser.shard, "The i-th of n parts of the drawings")->type_name("i/n");
+  sub.add_flag("--resume", batch.resume, "Leave out drawings whose result is newer than they and the script are");
+  sub.add_flag("--json", batch.json, "A line of JSON for each drawing");
+  sub.add_flag("-f,--force", parser.run.force, "Overwrite existing results");
+  sub.add_flag("--backup", parser.run.backup, "Keep what a result replaces as .bak");
+  sub.add_flag("--dry-run", parser.run.dryRun, "Run, write nothing");
+  sub.add_option("--profile", parser.run.profile, "Value of the variable CPROFILE")->type_name("NAME");
+  sub.add_option("--without-class", parser.run.withoutClasses, "Leave a built-in object class out")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  sub.add_option("--module", parser.run.module, "Plug-in to load instead of the one beside the program")
+      ->type_name("FILE");
+  sub.add_flag("--no-module", parser.run.noModule, "Load no plug-in");
+  sub.add_option("--time-limit", parser.run.timeLimitS, "Seconds for each drawing")
+      ->type_name("S")
+      ->check(CLI::PositiveNumber);
+  sub.add_option("--memory-limit", parser.run.memoryLimitMB, "Megabytes for each drawing")
+      ->type_name("MB")
+      ->check(CLI::PositiveNumber);
+  sub.footer(
+      "Arguments behind -- are the script's. Results keep the names of the drawings, and below a folder its "
+      "structure.\n"
+      "Example: gcad batch check.lsp drawings/ -j 4 --out-dir checked --time-limit 60 --resume\n"
+      "Exit codes: 0 done, 2 usage, 3 an input is not there, 8 some drawings failed, 130 interrupted.");
+}
+
 void addOthers(CLI::App& app, Options& options) {
   CLI::App& repl = *app.add_subcommand("repl", "LISP, interactive");
   repl.add_option("drawing", options.run.drawing, "Drawing to open; default: a new one")->type_name("DRAWING");
@@ -133,6 +200,7 @@ Options::Command commandOf(const std::string& name) {
   if (name == "convert") return Options::Command::Convert;
   if (name == "audit") return Options::Command::Audit;
   if (name == "info") return Options::Command::Info;
+  if (name == "batch") return Options::Command::Batch;
   if (name == "functions") return Options::Command::Functions;
   return Options::Command::Plot;
 }
@@ -155,6 +223,8 @@ int parseOptions(const std::vector<std::string>& arguments, Options& options, st
   app.set_help_all_flag("--help-all", "Help of all subcommands");
   RunParser parser;
   addRun(app, options.run, parser);
+  BatchParser batchParser;
+  addBatch(app, options.batch, batchParser);
   addOthers(app, options);
 
   std::vector<std::string> own = arguments;
@@ -180,8 +250,14 @@ int parseOptions(const std::vector<std::string>& arguments, Options& options, st
   }
   const CLI::App& chosen = *app.get_subcommands().front();
   options.command = commandOf(chosen.get_name());
-  if (options.command != Options::Command::Run && !options.run.arguments.empty()) {
-    message = "gcad: only run takes arguments behind --\n";
+  if (options.command == Options::Command::Batch) {
+    options.batch.arguments = options.run.arguments;
+    if (const std::string wrong = batchParser.collect(options.batch); !wrong.empty()) {
+      message = "gcad: " + wrong + "\n";
+      return kUsage;
+    }
+  } else if (options.command != Options::Command::Run && !options.run.arguments.empty()) {
+    message = "gcad: only run and batch take arguments behind --\n";
     return kUsage;
   }
   if (options.command == Options::Command::Run) {

@@ -38,6 +38,20 @@ struct RunOptions {
   bool allowPrograms = false;  // startapp
 };
 
+struct BatchOptions {
+  std::string script;
+  std::vector<std::string> inputs;     // files, folders, patterns
+  std::vector<std::string> passedOn;   // words of `run` that hold for every drawing
+  std::vector<std::string> arguments;  // behind --
+  std::string outDir;                  // empty: nothing is saved
+  std::string as;                      // version name
+  std::string format;                  // "dxf" or "dwg"; empty: each drawing's own
+  int jobs = 0;                        // 0: as many as the machine has processors
+  int shard = 1, shards = 1;
+  bool resume = false;
+  bool json = false;
+};
+
 struct InfoOptions {
   std::string file;
   bool json = false;
@@ -76,10 +90,21 @@ struct PlotOptions {
 };
 
 struct Options {
-  enum class Command : uint8_t { None, Run, Repl, Convert, Audit, Info, Functions, Plot } command = Command::None;
+  enum class Command : uint8_t {
+    None,
+    Run,
+    Repl,
+    Convert,
+    Audit,
+    Info,
+    Functions,
+    Plot,
+    Batch
+  } command = Command::None;
   RunOptions run;  // also repl
   ConvertOptions convert;
   AuditOptions audit;
+  BatchOptions batch;
   InfoOptions info;
   FunctionsOptions functions;
   PlotOptions plot;
