@@ -10,6 +10,7 @@
 
 #include "module/log/fileappender.h"
 #include "module/log/logger.h"
+#include "tests/scratch.h"
 
 namespace {
 
@@ -70,9 +71,8 @@ std::string bytesOf(const std::filesystem::path& file) {
 }
 
 struct TemporaryFile {
-  std::filesystem::path path = std::filesystem::temp_directory_path() / "gc_module_log_test.log";
-  TemporaryFile() { std::filesystem::remove(path); }
-  ~TemporaryFile() { std::filesystem::remove(path); }
+  gc::test::ScratchFolder folder;
+  std::filesystem::path path = folder.path() / "module.log";
   [[nodiscard]] GcString name() const { return GcString::fromUtf8(path.string().c_str(), path.string().size()); }
 };
 

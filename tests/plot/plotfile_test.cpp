@@ -6,6 +6,7 @@
 
 #include "db/database.h"
 #include "host/plot/plot.h"
+#include "tests/scratch.h"
 
 namespace gc::plot {
 namespace {
@@ -23,17 +24,15 @@ class PlotFile : public testing::Test {
   void SetUp() override {
     const fs::path drawing = fs::path(GC_SOURCE_DIR) / "tests/plot/golden/blocks.dxf";
     ASSERT_EQ(m_database.readDwgFile(fromUtf8(drawing.string()).c_str()), Gcad::eOk);
-    m_folder = fs::temp_directory_path() / ("gcad-plot-" + std::to_string(std::rand()));
-    fs::create_directories(m_folder);
   }
-  void TearDown() override { fs::remove_all(m_folder); }
 
   FileStatus plotTo(const std::string& name, const PlotRequest& request = {}) {
     return plotToFile(m_database, request, (m_folder / name).string(), m_report, m_status);
   }
 
   GcDbDatabase m_database{false, true};
-  fs::path m_folder;
+  gc::test::ScratchFolder m_scratch;
+  const fs::path& m_folder = m_scratch.path();
   PlotReport m_report;
   Gcad::ErrorStatus m_status = Gcad::eOk;
 };

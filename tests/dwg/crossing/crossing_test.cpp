@@ -13,6 +13,7 @@
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
 #include "host/rx/view.h"
+#include "tests/scratch.h"
 
 namespace fs = std::filesystem;
 
@@ -21,14 +22,6 @@ namespace {
 // A folder of the test's own that goes with it.
 class CrossingTest : public testing::Test {
  protected:
-  void SetUp() override {
-    m_folder = fs::temp_directory_path() /
-               ("gcad-crossing-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(m_folder);
-  }
-  void TearDown() override { fs::remove_all(m_folder); }
-
   void save(GcDbDatabase& database, const std::string& path, int version) {
     std::string message;
     GcDbSaveOptions options;
@@ -39,10 +32,10 @@ class CrossingTest : public testing::Test {
     std::string message;
     ASSERT_EQ(gcdbReadDrawing(database, path, message), Gcad::eOk) << path << ": " << message;
   }
-  [[nodiscard]] std::string file(const std::string& name) const { return (m_folder / name).string(); }
+  [[nodiscard]] std::string file(const std::string& name) const { return (m_scratch.path() / name).string(); }
 
  private:
-  fs::path m_folder;
+  gc::test::ScratchFolder m_scratch;
 };
 
 const GcDbZombieData* bitsOf(const GcDbObject* object) {

@@ -7,12 +7,19 @@
 #include "host/rx/file/atomic_file.h"
 #include "host/rx/view.h"
 #include "tests/dxf/file/round_trip.h"
+#include "tests/scratch.h"
 
 namespace {
 
-std::string pathOf(const char* name) { return (std::filesystem::temp_directory_path() / name).string(); }
+class FileFormats : public testing::Test {
+ protected:
+  [[nodiscard]] std::string pathOf(const char* name) const { return (m_scratch.path() / name).string(); }
 
-TEST(FileFormats, ADrawingIsReadByContentAndSavedByExtension) {
+ private:
+  gc::test::ScratchFolder m_scratch;
+};
+
+TEST_F(FileFormats, ADrawingIsReadByContentAndSavedByExtension) {
   const std::string path = pathOf("gc_formats.dxf"), other = pathOf("gc_formats.txt");
   GcDbDatabase drawn;
   std::string message;
@@ -26,7 +33,7 @@ TEST(FileFormats, ADrawingIsReadByContentAndSavedByExtension) {
   std::filesystem::remove(other);
 }
 
-TEST(FileFormats, WhatCannotBeReadOrSavedIsAStatus) {
+TEST_F(FileFormats, WhatCannotBeReadOrSavedIsAStatus) {
   GcDbDatabase empty(false), drawn;
   std::string message;
   EXPECT_EQ(empty.readDwgFile(GC_T("/no/such/file.dxf")), Gcad::eFileNotFound);

@@ -8,6 +8,7 @@
 
 #include "host/rx/file/file_view.h"
 #include "host/rx/text/utf.h"
+#include "tests/scratch.h"
 
 #ifndef _WIN32
 #include <sys/resource.h>
@@ -38,14 +39,6 @@ void put(const std::string& path, const std::string& content) {
 
 class AtomicFileTest : public testing::Test {
  protected:
-  void SetUp() override {
-    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-    m_folder = fs::temp_directory_path() / pathOf("gc żółw " + std::string(info->name()));
-    fs::remove_all(m_folder);
-    fs::create_directories(m_folder);
-  }
-  void TearDown() override { fs::remove_all(m_folder); }
-
   std::string path(const std::string& name) const {
     const auto text = (m_folder / pathOf(name)).u8string();
     return {text.begin(), text.end()};
@@ -56,7 +49,8 @@ class AtomicFileTest : public testing::Test {
     return count;
   }
 
-  fs::path m_folder;
+  gc::test::ScratchFolder m_scratch{"żółw"};
+  const fs::path& m_folder = m_scratch.path();
 };
 
 TEST_F(AtomicFileTest, WritesANewFileAndLeavesNothingElse) {
