@@ -56,9 +56,21 @@ class Libedit final : public LineEditor {
   [[nodiscard]] bool interrupted() const override { return m_interrupted; }
   bool readLine(GcText& line) override {
     int count = 0;
+    const char* bytes = readBytes(count);
+    if (bytes == nullptr || count <= 0) return false;
+    HistEvent event;
+    if (bytes[0] != '\n') history(m_history, &event, H_ENTER, bytes);
+    std::string_view text(bytes, static_cast<size_t>(count));
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
+    line = gc::fromUtf8(text);
+    return true;
+  }
+
+ private:
+  // The library starts reading anew after a signal; the way out of it is a jump. Between here and there lies nothing
+  // but the library's C code, and this function has no objects of its own. Null at the end and after an interrupt.
+  const char* readBytes(int& count) {
     m_interrupted = false;
-    // The library starts reading anew after a signal; the way out of it is a jump. Between here and there lies
-    // nothing but the library's C code.
     if (sigsetjmp(g_wayOut, 1) != 0) {
       g_reading = 0;
       sigaction(SIGINT, &m_former, nullptr);
@@ -66,7 +78,7 @@ class Libedit final : public LineEditor {
       m_interrupted = true;
       el_reset(m_edit);
       std::fputs("^C\n", stderr);
-      return false;
+      return nullptr;
     }
     struct sigaction jump = {};
     jump.sa_handler = [](int) {
@@ -78,16 +90,9 @@ class Libedit final : public LineEditor {
     const char* bytes = el_gets(m_edit, &count);
     g_reading = 0;
     sigaction(SIGINT, &m_former, nullptr);
-    if (bytes == nullptr || count <= 0) return false;
-    HistEvent event;
-    if (bytes[0] != '\n') history(m_history, &event, H_ENTER, bytes);
-    std::string_view text(bytes, static_cast<size_t>(count));
-    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
-    line = gc::fromUtf8(text);
-    return true;
+    return bytes;
   }
 
- private:
   static char* promptOf(EditLine*) { return g_editor->m_prompt.data(); }
 
   // Completes as far as all candidates agree; shows them when they agree no further.

@@ -120,9 +120,6 @@ void modernise(GcDbDimStyleTableRecord& style, const OldDimStyle& old) {
 
 // Dimension styles stand before the blocks they name.
 void connectDimStyles(const LoadContext& context) {
-  using Setter = Gcad::ErrorStatus (GcDbDimStyleTableRecord::*)(GcDbObjectId);
-  constexpr Setter kSetters[] = {&GcDbDimStyleTableRecord::setDimblk, &GcDbDimStyleTableRecord::setDimblk1,
-                                 &GcDbDimStyleTableRecord::setDimblk2};
   context.database.store().forEach([&](GcDbStub* stub) {
     // Dimensions of the time before styles follow the current settings.
     auto* dimension = stub->object ? GcDbDimension::cast(stub->object) : nullptr;
@@ -136,10 +133,11 @@ void connectDimStyles(const LoadContext& context) {
     OldDimStyle old;
     gcdbFieldsOut(*style, old, context.version);
     stub->writing = true;
-    for (int i = 0; i < 3; ++i) {
-      const GcDbObjectId block = blockNamed(context.database, old.arrows[i]);
-      if (!block.isNull()) ignore((style->*kSetters[i])(block));
-    }
+    GcDbObjectId blocks[3];
+    for (int i = 0; i < 3; ++i) blocks[i] = blockNamed(context.database, old.arrows[i]);
+    if (!blocks[0].isNull()) ignore(style->setDimblk(blocks[0]));
+    if (!blocks[1].isNull()) ignore(style->setDimblk1(blocks[1]));
+    if (!blocks[2].isNull()) ignore(style->setDimblk2(blocks[2]));
     if (context.version >= GcDb::kDHL_AC1012) modernise(*style, old);
     stub->writing = stub->recorded = stub->modified = false;
   });
