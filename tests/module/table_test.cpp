@@ -21,13 +21,6 @@ const std::vector<Row> kRows = {
 #undef LISP_FUNCTION
 };
 
-std::string textOf(const std::string& file) {
-  std::ifstream in(std::string(GC_SOURCE_DIR) + "/" + file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-std::string made(const char* what) { return outputOf(std::string(GC_TOOLS_DIR) + "/functiondoc " + what); }
-
 TEST(FunctionTable, CodesAreThoseThatProgramsKnow) {
   std::ifstream in(std::string(GC_SOURCE_DIR) + "/tests/module/function_codes.txt");
   std::vector<std::string> names;
@@ -63,6 +56,13 @@ TEST(FunctionTable, ListsWhatIsNotBuilt) {
 }
 
 #ifndef _WIN32
+std::string textOf(const std::string& file) {
+  std::ifstream in(std::string(GC_SOURCE_DIR) + "/" + file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string made(const char* what) { return outputOf(std::string(GC_TOOLS_DIR) + "/functiondoc " + what); }
+
 TEST(FunctionTable, ReferencePagesAreCurrent) {
   EXPECT_EQ(made("en"), textOf("docs/functions.md")) << "tools/functiondoc: build/tools-bin/functiondoc en";
   EXPECT_EQ(made("pl"), textOf("docs/functions.pl.md")) << "build/tools-bin/functiondoc pl";
