@@ -220,6 +220,7 @@ int parseOptions(const std::vector<std::string>& arguments, Options& options, st
   CLI::App app{"gcad: a headless CAD program with LISP.", "gcad"};
   app.set_version_flag("--version", kVersion);
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // a path may begin with a slash there too
   app.set_help_all_flag("--help-all", "Help of all subcommands");
   RunParser parser;
   addRun(app, options.run, parser);
