@@ -108,7 +108,11 @@ void SaveNotes::look(const GcDbObject& object) {
     together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));
-  if (m_version < GcDb::kDHL_AC1012 || classSince(typeOf(object)) <= m_version) return;
+  if (type.data() != m_typeAsked) {
+    m_typeAsked = type.data();
+    m_typeSince = classSince(type);
+  }
+  if (m_version < GcDb::kDHL_AC1012 || m_typeSince <= m_version) return;
   const std::string text = std::string("younger than ") + releaseName(m_version) +
                            ": kept as an object of its class, which programs of that version do not show";
   if (GcDbEntity::cast(&object)) {

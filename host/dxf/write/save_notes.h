@@ -38,6 +38,9 @@ class SaveNotes {
 
   GcDbSaveReport* m_report;
   int m_version;
+  // Objects mostly follow others of their class, whose name lies at one place.
+  const GCHAR* m_typeAsked = nullptr;
+  int m_typeSince = 0;
   std::unique_ptr<GcDbLossFinder> m_losses;
   struct Group {
     GcDbSaveAction action;
