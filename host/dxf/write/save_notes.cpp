@@ -108,11 +108,10 @@ void SaveNotes::look(const GcDbObject& object) {
     together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));
-  if (type.data() != m_typeAsked) {
-    m_typeAsked = type.data();
-    m_typeSince = classSince(type);
-  }
-  if (m_version < GcDb::kDHL_AC1012 || m_typeSince <= m_version) return;
+  if (m_version < GcDb::kDHL_AC1012) return;
+  const auto [known, isNew] = m_since.try_emplace(type.data(), 0);
+  if (isNew) known->second = classSince(type);
+  if (known->second <= m_version) return;
   const std::string text = std::string("younger than ") + releaseName(m_version) +
                            ": kept as an object of its class, which programs of that version do not show";
   if (GcDbEntity::cast(&object)) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 #include "db/object.h"
 #include "host/db/core/savereport.h"
@@ -38,9 +39,7 @@ class SaveNotes {
 
   GcDbSaveReport* m_report;
   int m_version;
-  // Objects mostly follow others of their class, whose name lies at one place.
-  const GCHAR* m_typeAsked = nullptr;
-  int m_typeSince = 0;
+  std::unordered_map<const GCHAR*, int> m_since;  // by where the name of a class lies: asked for every object
   std::unique_ptr<GcDbLossFinder> m_losses;
   struct Group {
     GcDbSaveAction action;
