@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "db/objectid.h"
+#include "host/gi/listener.h"
 #include "host/rx/view.h"
 
 namespace ed {
@@ -13,35 +14,21 @@ namespace {
 
 constexpr double kTurn = 2 * std::numbers::pi;
 constexpr double kFar = 1e7;  // how long rays and construction lines are drawn
-constexpr int kMostNested = 100;
 constexpr int kBezierPieces = 16;
 
-class Collector final : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+class Collector final : public GcGiListener {
  public:
   Collector(std::vector<Stroke>& strokes, double deviation) : m_strokes(strokes), m_deviation(deviation) {}
 
-  GcGiGeometry& geometry() override { return *this; }
-  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
   [[nodiscard]] double deviation() const override { return m_deviation; }
-  void draw(GcGiDrawable* drawable) override {
-    if (m_depth > kMostNested) return;
-    ++m_depth;
-    drawable->subWorldDraw(this);
-    --m_depth;
-  }
 
  private:
   void add(int count, const GcGePoint3d* points, bool closed, bool filled) {
     Stroke& stroke = m_strokes.emplace_back();
     stroke.closed = closed;
     stroke.filled = filled;
-    for (int i = 0; i < count; ++i)
-      stroke.points.push_back(m_transforms.empty() ? points[i] : m_transforms.back() * points[i]);
+    for (int i = 0; i < count; ++i) stroke.points.push_back(!isMoved() ? points[i] : transform() * points[i]);
   }
-  void pushModelTransform(const GcGeMatrix3d& toParent) override {
-    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
-  }
-  void popModelTransform() override { m_transforms.pop_back(); }
   void polyline(int count, const GcGePoint3d* points, bool closed) override { add(count, points, closed, false); }
   void polygon(int count, const GcGePoint3d* points) override { add(count, points, true, true); }
   void polyPolygon(int loopCount, const int* pointCounts, const GcGePoint3d* points) override {
@@ -96,18 +83,8 @@ class Collector final : public GcGiWorldDraw, private GcGiGeometry, private GcGi
     add(static_cast<int>(curve.size()), curve.data(), false, false);
   }
 
-  void setColor(const GcCmEntityColor&) override {}
-  void setLayer(const GcDbObjectId&) override {}
-  void setLineType(const GcDbObjectId&) override {}
-  void setLineTypeScale(double) override {}
-  void setLineWeight(int) override {}
-  void setFill(bool) override {}
-  void setGradient(const GcGiGradient*) override {}
-
   std::vector<Stroke>& m_strokes;
-  std::vector<GcGeMatrix3d> m_transforms;
   double m_deviation;
-  int m_depth = 0;
 };
 
 }  // namespace

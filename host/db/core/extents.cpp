@@ -3,32 +3,19 @@
 #include <vector>
 
 #include "db/entity.h"
+#include "host/gi/listener.h"
 #include "host/gi/textline.h"
 
 namespace {
 
-class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+class Measure : public GcGiListener {
  public:
   explicit Measure(GcDbExtents& extents) : m_extents(extents) {}
 
-  GcGiGeometry& geometry() override { return *this; }
-  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
   [[nodiscard]] double deviation() const override { return 0; }
-  void draw(GcGiDrawable* drawable) override {
-    if (m_depth > kMostNested) return;
-    ++m_depth;
-    drawable->subWorldDraw(this);
-    --m_depth;
-  }
 
  private:
-  static constexpr int kMostNested = 100;  // blocks that contain themselves end here
-
-  void add(const GcGePoint3d& p) { m_extents.addPoint(m_transforms.empty() ? p : m_transforms.back() * p); }
-  void pushModelTransform(const GcGeMatrix3d& toParent) override {
-    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
-  }
-  void popModelTransform() override { m_transforms.pop_back(); }
+  void add(const GcGePoint3d& p) { m_extents.addPoint(!isMoved() ? p : transform() * p); }
   void polyline(int count, const GcGePoint3d* points, bool) override {
     for (int i = 0; i < count; ++i) add(points[i]);
   }
@@ -50,7 +37,7 @@ class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntit
     const auto at = [&](double angle) { return center + u * std::cos(angle) + v * std::sin(angle); };
     add(at(0));
     add(at(sweepRad));
-    const GcGeMatrix3d& m = m_transforms.empty() ? GcGeMatrix3d::kIdentity : m_transforms.back();
+    const GcGeMatrix3d& m = transform();
     const GcGeVector3d mu = m * u, mv = m * v;
     const double extremes[3] = {std::atan2(mv.x, mu.x), std::atan2(mv.y, mu.y), std::atan2(mv.z, mu.z)};
     constexpr double kPi = 3.14159265358979323846;
@@ -70,17 +57,7 @@ class Measure : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntit
   void ray(const GcGePoint3d& point, const GcGeVector3d&) override { add(point); }
   void bezier(int count, const GcGePoint3d* points) override { polyline(count, points, false); }
 
-  void setColor(const GcCmEntityColor&) override {}
-  void setLayer(const GcDbObjectId&) override {}
-  void setLineType(const GcDbObjectId&) override {}
-  void setLineTypeScale(double) override {}
-  void setLineWeight(int) override {}
-  void setFill(bool) override {}
-  void setGradient(const GcGiGradient*) override {}
-
   GcDbExtents& m_extents;
-  std::vector<GcGeMatrix3d> m_transforms;
-  int m_depth = 0;
 };
 
 }  // namespace

@@ -4,34 +4,22 @@
 #include <numbers>
 
 #include "host/db/curves/curve_path.h"
+#include "host/gi/listener.h"
 #include "host/gi/textline.h"
 
 namespace {
 
-class Collector : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+class Collector : public GcGiListener {
  public:
   explicit Collector(std::vector<GcGePath>& paths) : m_paths(paths) {}
 
-  GcGiGeometry& geometry() override { return *this; }
-  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
   [[nodiscard]] double deviation() const override { return 0; }
-  void draw(GcGiDrawable* drawable) override {
-    constexpr int kMostNested = 100;  // blocks that contain themselves end here
-    if (m_depth > kMostNested) return;
-    ++m_depth;
-    drawable->subWorldDraw(this);
-    --m_depth;
-  }
 
  private:
   void add(const GcGePath& path) {
     if (path.isEmpty() || !path.isFinite()) return;
-    m_paths.push_back(m_transforms.empty() ? path : path.transformed(m_transforms.back()));
+    m_paths.push_back(!isMoved() ? path : path.transformed(transform()));
   }
-  void pushModelTransform(const GcGeMatrix3d& toParent) override {
-    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
-  }
-  void popModelTransform() override { m_transforms.pop_back(); }
 
   void polyline(int count, const GcGePoint3d* points, bool closed) override {
     if (count < 2) return;
@@ -98,17 +86,7 @@ class Collector : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEnt
     add(path);
   }
 
-  void setColor(const GcCmEntityColor&) override {}
-  void setLayer(const GcDbObjectId&) override {}
-  void setLineType(const GcDbObjectId&) override {}
-  void setLineTypeScale(double) override {}
-  void setLineWeight(int) override {}
-  void setFill(bool) override {}
-  void setGradient(const GcGiGradient*) override {}
-
   std::vector<GcGePath>& m_paths;
-  std::vector<GcGeMatrix3d> m_transforms;
-  int m_depth = 0;
 };
 
 }  // namespace

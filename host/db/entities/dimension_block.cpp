@@ -12,35 +12,23 @@
 #include "db/text.h"
 #include "host/db/core/loader.h"
 #include "host/db/entities/planar.h"
+#include "host/gi/listener.h"
 #include "host/rx/view.h"
 
 namespace {
 
 // Makes entities of everything that is drawn, in world coordinates.
-class PartMaker final : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+class PartMaker final : public GcGiListener {
  public:
-  GcGiGeometry& geometry() override { return *this; }
-  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
   [[nodiscard]] double deviation() const override { return 0; }
-  void draw(GcGiDrawable* drawable) override {
-    constexpr int kMostNested = 100;
-    if (m_depth >= kMostNested) return;
-    ++m_depth;
-    drawable->subWorldDraw(this);
-    --m_depth;
-  }
 
   std::vector<std::unique_ptr<GcDbEntity>> parts;
 
  private:
   void add(GcDbEntity* part) {
     std::unique_ptr<GcDbEntity> owned(part);
-    if (m_transforms.empty() || owned->transformBy(m_transforms.back()) == Gcad::eOk) parts.push_back(std::move(owned));
+    if (!isMoved() || owned->transformBy(transform()) == Gcad::eOk) parts.push_back(std::move(owned));
   }
-  void pushModelTransform(const GcGeMatrix3d& toParent) override {
-    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
-  }
-  void popModelTransform() override { m_transforms.pop_back(); }
   void polyline(int count, const GcGePoint3d* points, bool closed) override {
     for (int i = 0; i + 1 < count || (closed && i < count); ++i) add(new GcDbLine(points[i], points[(i + 1) % count]));
   }
@@ -81,17 +69,6 @@ class PartMaker final : public GcGiWorldDraw, private GcGiGeometry, private GcGi
       }
     }
   }
-  // Looks are the dimension's: by block.
-  void setColor(const GcCmEntityColor&) override {}
-  void setLayer(const GcDbObjectId&) override {}
-  void setLineType(const GcDbObjectId&) override {}
-  void setLineTypeScale(double) override {}
-  void setLineWeight(int) override {}
-  void setFill(bool) override {}
-  void setGradient(const GcGiGradient*) override {}
-
-  std::vector<GcGeMatrix3d> m_transforms;
-  int m_depth = 0;
 };
 
 // A new block of the next free name for dimensions.

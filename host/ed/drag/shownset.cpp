@@ -1,4 +1,5 @@
 #include "host/ed/drag/shownset.h"
+#include "host/gi/listener.h"
 
 #include <algorithm>
 
@@ -10,30 +11,22 @@ namespace ed {
 namespace {
 
 // Lets drawables draw and keeps which entities came and how they were moved; lines and letters are dropped.
-class Listener final : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+class Listener final : public GcGiListener {
  public:
   explicit Listener(ShownSet& shown) : m_shown(shown) {}
 
-  GcGiGeometry& geometry() override { return *this; }
-  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
   [[nodiscard]] double deviation() const override { return 1; }
   void draw(GcGiDrawable* drawable) override {
     const GcDbEntity* entity = GcDbEntity::cast(drawable);
     if (entity == nullptr || entity->objectId().isNull()) return;
     const bool isPart = GcDbAttribute::cast(entity) != nullptr;
     const GcDbObjectId id = isPart ? entity->ownerId() : entity->objectId();
-    if (m_shown.entities.empty() && !m_transforms.empty()) m_shown.matrix = m_transforms.back();
+    if (m_shown.entities.empty() && isMoved()) m_shown.matrix = transform();
     // Parts of one entity come one after the other.
     if (m_shown.entities.empty() || m_shown.entities.back() != id) m_shown.entities.push_back(id);
   }
 
  private:
-  void pushModelTransform(const GcGeMatrix3d& toParent) override {
-    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
-  }
-  void popModelTransform() override {
-    if (!m_transforms.empty()) m_transforms.pop_back();
-  }
   void polyline(int, const GcGePoint3d*, bool) override {}
   void polygon(int, const GcGePoint3d*) override {}
   void polyPolygon(int, const int*, const GcGePoint3d*) override {}
@@ -45,17 +38,8 @@ class Listener final : public GcGiWorldDraw, private GcGiGeometry, private GcGiS
   void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
   void bezier(int, const GcGePoint3d*) override {}
 
-  void setColor(const GcCmEntityColor&) override {}
-  void setLayer(const GcDbObjectId&) override {}
-  void setLineType(const GcDbObjectId&) override {}
-  void setLineTypeScale(double) override {}
-  void setLineWeight(int) override {}
-  void setFill(bool) override {}
-  void setGradient(const GcGiGradient*) override {}
-
   friend ShownSet shownBy(GcDbEntity& drawable);
   ShownSet& m_shown;
-  std::vector<GcGeMatrix3d> m_transforms;
 };
 
 }  // namespace

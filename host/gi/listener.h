@@ -1,0 +1,45 @@
+// The base of those who listen to drawables drawing: they override what they want to hear, points come to them through
+// the transforms pushed so far, looks are dropped, and blocks that contain themselves end somewhere.
+#pragma once
+
+#include <vector>
+
+#include "gi/drawable.h"
+
+class GcGiListener : public GcGiWorldDraw, protected GcGiGeometry, protected GcGiSubEntityTraits {
+ public:
+  GcGiGeometry& geometry() override { return *this; }
+  GcGiSubEntityTraits& subEntityTraits() override { return *this; }
+  void draw(GcGiDrawable* drawable) override {
+    constexpr int kMostNested = 100;
+    if (m_depth > kMostNested) return;
+    ++m_depth;
+    drawable->subWorldDraw(this);
+    --m_depth;
+  }
+
+ protected:
+  [[nodiscard]] bool isMoved() const { return !m_transforms.empty(); }
+  [[nodiscard]] const GcGeMatrix3d& transform() const {
+    return m_transforms.empty() ? GcGeMatrix3d::kIdentity : m_transforms.back();
+  }
+
+  void pushModelTransform(const GcGeMatrix3d& toParent) override {
+    m_transforms.push_back(m_transforms.empty() ? toParent : m_transforms.back() * toParent);
+  }
+  void popModelTransform() override {
+    if (!m_transforms.empty()) m_transforms.pop_back();
+  }
+
+  void setColor(const GcCmEntityColor&) override {}
+  void setLayer(const GcDbObjectId&) override {}
+  void setLineType(const GcDbObjectId&) override {}
+  void setLineTypeScale(double) override {}
+  void setLineWeight(int) override {}
+  void setFill(bool) override {}
+  void setGradient(const GcGiGradient*) override {}
+
+ private:
+  std::vector<GcGeMatrix3d> m_transforms;
+  int m_depth = 0;
+};
