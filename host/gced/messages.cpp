@@ -19,12 +19,3 @@ int gcdbFail(const GCHAR* message) {
   ap::print(message);
   return RTNORM;
 }
-
-void gcutFormat(GcString& out, const GCHAR* format, ...) {
-  GcText text;
-  va_list arguments;
-  va_start(arguments, format);
-  gc::appendFormatted(text, format, arguments);
-  va_end(arguments);
-  out = toGcString(text);
-}

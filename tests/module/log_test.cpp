@@ -10,25 +10,10 @@
 
 #include "module/log/fileappender.h"
 #include "module/log/logger.h"
+#include "tests/module/listappender.h"
 #include "tests/scratch.h"
 
 namespace {
-
-// Keeps the lines it is given.
-class ListAppender : public Appender {
- public:
-  explicit ListAppender(std::vector<GcString>& lines, int* closed = nullptr) : m_lines(lines), m_closed(closed) {}
-  void writeLine(const GcString& line) override { m_lines.push_back(line); }
-  void writeLine(const GCHAR* line) override { m_lines.push_back(line); }
-  void open() override {}
-  void close() override {
-    if (m_closed != nullptr) ++*m_closed;
-  }
-
- private:
-  std::vector<GcString>& m_lines;
-  int* m_closed;
-};
 
 // Standard output between construction and text().
 class CapturedOutput {

@@ -4,6 +4,7 @@
 
 #include "db/objectid.h"
 #include "ge/matrix3d.h"
+#include "rx/gcformat.h"
 #include "rx/gcstring.h"
 #include "rx/resbuf.h"
 
@@ -37,13 +38,10 @@ int gcedRetVoid();                               // shows nothing, like (princ)
 
 // ---- messages --------------------------------------------------------------------------------------------
 
-// Prints on the command line: printf-like over 16-bit strings (%s takes const GCHAR*, %S const char*; %d %u %x
-// %ld %lld %f %g %e %c %%, with flags, width and precision; never by the locale). RTNORM.
+// Prints on the command line, formatted as gcutFormat does. RTNORM.
 int gcutPrintf(const GCHAR* format, ...);
 // Reports a failure to the person: prints the text as it stands.
 int gcdbFail(const GCHAR* message);
-// The same formatting into a host string.
-void gcutFormat(GcString& out, const GCHAR* format, ...);
 
 // ---- settings --------------------------------------------------------------------------------------------
 
