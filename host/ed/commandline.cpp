@@ -1,5 +1,7 @@
 #include "host/ed/commandline.h"
 
+#include <algorithm>
+
 #include "db/database.h"
 #include "host/ap/output.h"
 #include "host/db/core/undo.h"
@@ -62,8 +64,11 @@ FeedStatus CommandLine::start(GcView typed) {
     endGroup();
     return FeedStatus::Done;
   }
+  const std::vector<GcText>& undefined = m_editor.undefinedCommands;
   const Command* command = findCommand(typed);
-  if (command == nullptr) {
+  const bool hidden = command != nullptr && typed.find(GC_T('.')) == GcView::npos &&
+                      std::find(undefined.begin(), undefined.end(), gc::fromUtf8(command->name)) != undefined.end();
+  if (command == nullptr || hidden) {
     ap::LispSpace* lisp = m_editor.document().lisp();
     if (lisp != nullptr && lisp->runCommand(name)) return FeedStatus::Done;
     if (VariableValue value; getVariable(m_editor, name, value)) return startVariable(name);

@@ -60,7 +60,9 @@ class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
   };
   InputRules inputRules;
   GcText lastKeyword;
-  int walkHint = 0;  // where the last walk through a space stood
+  int walkHint = 0;                             // where the last walk through a space stood
+  std::vector<GcDbObjectId> layersSwitchedOff;  // by the last isolation of layers
+  std::vector<GcText> undefinedCommands;        // answer only behind a dot
 
  private:
   void layoutSwitched(GcDbDatabase* database, const GCHAR* newLayout) override;

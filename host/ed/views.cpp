@@ -74,6 +74,12 @@ void zoomExtents(Editor& editor) {
   showBox(editor, box.min, box.max, 1.02);
 }
 
+void zoomTo(Editor& editor, const GcDbExtents& world) {
+  if (world.isEmpty()) return;
+  const GcDbExtents box = onDisplay(editor, world);
+  showBox(editor, box.min, box.max, 1.02);
+}
+
 void zoomScale(Editor& editor, double factor, bool ofView) {
   const GcDbExtents all = limits(editor);
   const double whole = std::max(all.max.y - all.min.y, (all.max.x - all.min.x) / editor.view().aspect);

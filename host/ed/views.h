@@ -9,6 +9,8 @@ void zoomWindow(Editor& editor, const GcGePoint3d& a, const GcGePoint3d& b);
 void zoomCenter(Editor& editor, const GcGePoint3d& center, double height);
 // The whole of the current space; an empty one shows the drawing's limits.
 void zoomExtents(Editor& editor);
+// A box of world coordinates; nothing changes for an empty one.
+void zoomTo(Editor& editor, const GcDbExtents& world);
 // `ofView`: times the present magnification; else times the one that shows the limits.
 void zoomScale(Editor& editor, double factor, bool ofView);
 // Paper units to one unit of the model, for the viewport that is worked in; false where there is none.

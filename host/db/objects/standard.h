@@ -53,6 +53,10 @@ class GcDbEntityGroup : public GcDbObject {
   [[nodiscard]] bool isSelectable() const { return m_selectable; }
   [[nodiscard]] const GcDbObjectIdArray& entities() const { return m_entities; }
   Gcad::ErrorStatus append(GcDbObjectId entity);
+  Gcad::ErrorStatus setEntities(const GcDbObjectIdArray& entities) { return assign(m_entities, entities); }
+  Gcad::ErrorStatus setDescription(const GCHAR* text) { return assign(m_description, GcString(text)); }
+  Gcad::ErrorStatus setAnonymous(bool anonymous) { return assign(m_unnamed, anonymous); }
+  Gcad::ErrorStatus setSelectable(bool selectable) { return assign(m_selectable, selectable); }
 
  private:
   GcString m_description;
@@ -84,6 +88,7 @@ class GcDbScale : public GcDbObject {
 struct GcDbSortPair {
   GcDbObjectId entity;
   int64_t sortedAs = 0;  // a handle: drawn where the entity of this handle would be
+  friend bool operator==(const GcDbSortPair& a, const GcDbSortPair& b) = default;
 };
 
 class GcDbSortentsTable : public GcDbObject {
@@ -93,6 +98,8 @@ class GcDbSortentsTable : public GcDbObject {
   static const int kFieldCount;
   [[nodiscard]] GcDbObjectId blockId() const { return m_blockId; }
   [[nodiscard]] const GcArray<GcDbSortPair>& pairs() const { return m_pairs; }
+  Gcad::ErrorStatus setBlockId(GcDbObjectId id) { return assign(m_blockId, id); }
+  Gcad::ErrorStatus setPairs(const GcArray<GcDbSortPair>& pairs) { return assign(m_pairs, pairs); }
 
  private:
   GcDbObjectId m_blockId;

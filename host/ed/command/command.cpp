@@ -69,11 +69,14 @@ const CommandIndex& commandIndex() {
   static const CommandIndex* const index = [] {
     auto* made = new CommandIndex;
     for (const auto commands :
-         {lineCommands(),       curveCommands(),     polylineCommands(),    textCommands(),   blockCommands(),
-          editCommands(),       transformCommands(), propertyCommands(),    layerCommands(),  viewCommands(),
-          ucsCommands(),        undoCommands(),      dimensionCommands(),   hatchCommands(),  polylineEditCommands(),
-          modifyCommands(),     arrayCommands(),     drawingFileCommands(), recordCommands(), inquiryCommands(),
-          annotationCommands(), spaceCommands()}) {
+         {lineCommands(),       curveCommands(),          polylineCommands(),     textCommands(),
+          blockCommands(),      editCommands(),           transformCommands(),    propertyCommands(),
+          layerCommands(),      viewCommands(),           ucsCommands(),          undoCommands(),
+          dimensionCommands(),  hatchCommands(),          polylineEditCommands(), modifyCommands(),
+          arrayCommands(),      drawingFileCommands(),    recordCommands(),       inquiryCommands(),
+          annotationCommands(), spaceCommands(),          layerToolCommands(),    attributeCommands(),
+          groupCommands(),      reshapeCommands(),        settingCommands(),      clipboardCommands(),
+          cornerCommands(),     spaceTransformCommands(), outsideCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

@@ -27,6 +27,15 @@ std::span<const Command> drawingFileCommands();
 std::span<const Command> recordCommands();
 std::span<const Command> inquiryCommands();
 std::span<const Command> annotationCommands();
+std::span<const Command> layerToolCommands();
+std::span<const Command> attributeCommands();
+std::span<const Command> groupCommands();
+std::span<const Command> reshapeCommands();
+std::span<const Command> settingCommands();
+std::span<const Command> clipboardCommands();
+std::span<const Command> cornerCommands();
+std::span<const Command> spaceTransformCommands();
+std::span<const Command> outsideCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/ed/groups.h"
 #include "host/ed/pick.h"
 #include "host/ed/selection.h"
 
@@ -104,6 +105,11 @@ Task<Ids> select(CommandInput& in, const char* prompt, bool once) {
     } else if (regionOf(answer, kind)) {
       const Region region = co_await askRegion(in, kind, {});
       if (region.points.size() >= 2) chosen.apply(entitiesIn(editor, region));
+    } else if (answer.isKeyword("Group")) {
+      const Answer name = co_await in.ask(Ask(Ask::What::Line, "\nEnter group name: "));
+      const GcDbObjectId group = groupNamed(editor.database(), name.text);
+      if (group.isNull()) in.tell("\nCannot find the group.\n");
+      chosen.apply(groupMembers(group));
     } else {
       chosen.apply(worded(editor, answer));
     }

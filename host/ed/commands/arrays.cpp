@@ -5,6 +5,7 @@
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/opencurve.h"
 
@@ -86,14 +87,7 @@ Task<bool> polar(CommandInput& in, Ids ids) {
   const bool round = std::fabs(std::fabs(angle) - full) < 1e-9;
   const double step = angle / std::max(1, round ? items : items - 1);
   const GcGeMatrix3d user = ucsToWorld(in.editor());
-  GcDbExtents box;
-  for (const GcDbObjectId id : ids) {
-    GcDbEntity* entity = nullptr;
-    GcDbExtents each;
-    if (gcdbOpenObject(entity, id, GcDb::kForRead) != Gcad::eOk) continue;
-    if (entity->getGeomExtents(each) == Gcad::eOk) box.addExt(each);
-    ignore(entity->close());
-  }
+  const GcDbExtents box = extentsOf(ids);
   const GcGePoint3d middle = user.inverse() * (box.minPoint() + (box.maxPoint() - box.minPoint()) * 0.5);
   for (int i = 1; i < items; ++i) {
     GcGeMatrix3d turn;

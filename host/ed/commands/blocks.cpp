@@ -1,5 +1,4 @@
 // Blocks: defined from entities, inserted, taken apart.
-#include "db/attribute.h"
 #include "db/blockreference.h"
 #include "db/idmapping.h"
 #include "host/ap/paths.h"
@@ -7,6 +6,7 @@
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
+#include "host/ed/commands/attributes.h"
 #include "host/ed/records.h"
 #include "host/rx/text/utf.h"
 
@@ -95,17 +95,6 @@ Task<bool> askRest(CommandInput& in, Insertion& insertion) {
   co_return true;
 }
 
-std::vector<GcDbObjectId> attributeDefinitions(GcDbObjectId blockId) {
-  std::vector<GcDbObjectId> found;
-  GcDbBlockTableRecord* block = nullptr;
-  if (gcdbOpenObject(block, blockId, GcDb::kForRead) != Gcad::eOk) return found;
-  for (const GcDbObjectId id : block->entities())
-    if (id.isValid() && !id.isErased() && id.objectClass()->isDerivedFrom(GcDbAttributeDefinition::desc()))
-      found.push_back(id);
-  ignore(block->close());
-  return found;
-}
-
 struct AttributeQuestion {
   GcText prompt;
   bool asked = false;
@@ -120,26 +109,6 @@ AttributeQuestion questionOf(GcDbObjectId definitionId) {
   question.asked = !definition->isConstant() && !definition->isPreset();
   ignore(definition->close());
   return question;
-}
-
-// Gives the reference the attribute of a definition, with a text unless it is empty.
-void addAttribute(GcDbObjectId referenceId, GcDbObjectId definitionId, const GcText& text) {
-  GcDbBlockReference* reference = nullptr;
-  GcDbAttributeDefinition* definition = nullptr;
-  if (gcdbOpenObject(reference, referenceId, GcDb::kForWrite) != Gcad::eOk) return;
-  if (gcdbOpenObject(definition, definitionId, GcDb::kForRead) == Gcad::eOk) {
-    if (!definition->isConstant()) {
-      auto* attribute = new GcDbAttribute;
-      ignore(attribute->setAttributeFromBlock(definition, reference->blockTransform()));
-      if (!text.empty()) ignore(attribute->setTextString(text.c_str()));
-      if (reference->appendAttribute(attribute) == Gcad::eOk)
-        ignore(attribute->close());
-      else
-        delete attribute;
-    }
-    ignore(definition->close());
-  }
-  ignore(reference->close());
 }
 
 Task<bool> askAttributes(CommandInput& in, GcDbObjectId referenceId, GcDbObjectId blockId) {

@@ -1,4 +1,6 @@
 // One line of text.
+#include "host/ed/commands/textplace.h"
+
 #include "db/text.h"
 #include "db/textstyle.h"
 #include "host/ed/append.h"
@@ -43,15 +45,8 @@ double fixedHeight(GcDbObjectId styleId) {
   return height;
 }
 
-struct Placement {
-  const Justification* justification = &kJustifications[0];
-  GcGePoint3d point;
-  GcGePoint3d second;  // Align and Fit
-  bool two = false;
-};
-
 // Start point, justification and style, asked until there is a point.
-Task<bool> askPlacement(CommandInput& in, Placement& place) {
+Task<bool> askPoints(CommandInput& in, TextPlace& place) {
   for (;;) {
     Ask ask(What::Point, "\nSpecify start point of text or [Justify/Style]: ");
     ask.words("Justify Style Left Center Right Align Middle Fit TL TC TR ML MC MR BL BC BR");
@@ -63,15 +58,15 @@ Task<bool> askPlacement(CommandInput& in, Placement& place) {
     }
     if (answer.isKeyword("Justify")) answer = co_await in.ask(Ask(What::Keyword, "\nEnter an option: ").words(kWords));
     if (const Justification* found = justificationOf(answer)) {
-      place.justification = found;
+      place.horizontal = found->horizontal;
+      place.vertical = found->vertical;
       answer = co_await in.ask(Ask(What::Point, "\nSpecify point of text: ").needed());
     }
     if (!answer.isPoint()) co_return false;
     place.point = answer.point;
     break;
   }
-  place.two = place.justification->horizontal == GcDb::kTextAlign || place.justification->horizontal == GcDb::kTextFit;
-  if (place.two) {
+  if (place.hasTwoPoints()) {
     const Answer second =
         co_await in.ask(Ask(What::Point, "\nSpecify second endpoint of baseline: ").from(place.point).needed());
     if (!second.isPoint()) co_return false;
@@ -80,34 +75,14 @@ Task<bool> askPlacement(CommandInput& in, Placement& place) {
   co_return true;
 }
 
-void addText(CommandInput& in, const Placement& place, double height, double rotationRad, const GcText& contents) {
-  auto* text = new GcDbText(place.point, contents.c_str(), in.database().textstyle(), height, rotationRad);
-  ignore(text->setHorizontalMode(place.justification->horizontal));
-  ignore(text->setVerticalMode(place.justification->vertical));
-  if (place.two || place.justification != &kJustifications[0])
-    ignore(text->setAlignmentPoint(place.two ? place.second : place.point));
-  appendFromUser(in.editor(), text);
-}
-
 Task<bool> text(CommandInput& in) {
-  Placement place;
-  if (!co_await askPlacement(in, place)) co_return false;
-  double height = fixedHeight(in.database().textstyle());
-  if (height == 0 && place.justification->horizontal != GcDb::kTextAlign) {
-    height = realVariable(in.editor(), "TEXTSIZE");
-    const Answer answer = co_await in.ask(Ask(What::Distance, "\nSpecify height: ").from(place.point).positive());
-    if (answer.kind == Answer::Kind::Number) height = answer.number;
-    static_cast<void>(setVariable(in.editor(), GC_T("TEXTSIZE"), VariableValue::of(height)));
-  }
-  double rotation = 0;
-  if (!place.two) {
-    const Answer answer =
-        co_await in.ask(Ask(What::Direction, "\nSpecify rotation angle of text <0>: ").from(place.point));
-    if (answer.kind == Answer::Kind::Number) rotation = answer.number;
-  }
+  TextPlace place;
+  if (!co_await askTextPlace(in, place)) co_return false;
   const Answer contents = co_await in.ask(Ask(What::Line, "\nEnter text: "));
   if (contents.text.empty()) co_return false;
-  addText(in, place, height, rotation, contents.text);
+  auto* made = new GcDbText(place.point, contents.text.c_str(), in.database().textstyle());
+  giveTextPlace(*made, place);
+  appendFromUser(in.editor(), made);
   co_return true;
 }
 
@@ -118,5 +93,30 @@ constexpr Command kCommands[] = {
 }  // namespace
 
 std::span<const Command> textCommands() { return kCommands; }
+
+Task<bool> askTextPlace(CommandInput& in, TextPlace& place) {
+  if (!co_await askPoints(in, place)) co_return false;
+  place.height = fixedHeight(in.database().textstyle());
+  if (place.height == 0 && place.horizontal != GcDb::kTextAlign) {
+    place.height = realVariable(in.editor(), "TEXTSIZE");
+    const Answer answer = co_await in.ask(Ask(What::Distance, "\nSpecify height: ").from(place.point).positive());
+    if (answer.kind == Answer::Kind::Number) place.height = answer.number;
+    static_cast<void>(setVariable(in.editor(), GC_T("TEXTSIZE"), VariableValue::of(place.height)));
+  }
+  if (!place.hasTwoPoints()) {
+    const Answer answer =
+        co_await in.ask(Ask(What::Direction, "\nSpecify rotation angle of text <0>: ").from(place.point));
+    if (answer.kind == Answer::Kind::Number) place.rotationRad = answer.number;
+  }
+  co_return true;
+}
+
+void giveTextPlace(GcDbText& text, const TextPlace& place) {
+  if (place.height > 0) ignore(text.setHeight(place.height));
+  ignore(text.setRotation(place.rotationRad));
+  ignore(text.setHorizontalMode(place.horizontal));
+  ignore(text.setVerticalMode(place.vertical));
+  if (!text.isDefaultAlignment()) ignore(text.setAlignmentPoint(place.hasTwoPoints() ? place.second : place.point));
+}
 
 }  // namespace ed

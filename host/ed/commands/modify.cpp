@@ -1,13 +1,15 @@
-// Curves cut, trimmed, extended and rounded off.
+// Curves cut, trimmed and extended.
 #include <algorithm>
 #include <memory>
 #include <numbers>
 
 #include "db/arc.h"
 #include "db/line.h"
+#include "db/polyline.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/opencurve.h"
 
@@ -117,24 +119,110 @@ Task<bool> breakCommand(CommandInput& in) {
   co_return replaceByPieces(id, pieces, [&](int i, const GcDbCurve&) { return drop[static_cast<size_t>(i)]; });
 }
 
+// ---- edges, and what crosses a fence
+
+GcDb::Intersect reachOfEdges(CommandInput& in, bool extendsCurve) {
+  const bool edgesGoOn = integerVariable(in.editor(), "EDGEMODE") != 0;
+  if (extendsCurve) return edgesGoOn ? GcDb::kExtendBoth : GcDb::kExtendThis;
+  return edgesGoOn ? GcDb::kExtendArg : GcDb::kOnBothOperands;
+}
+
+// Where the curve meets the edges.
+std::vector<GcGePoint3d> meetings(const GcDbCurve& curve, GcDbObjectId self, const Ids& edges, GcDb::Intersect reach) {
+  std::vector<GcGePoint3d> points;
+  for (const GcDbObjectId edgeId : edges) {
+    GcDbEntity* edge = nullptr;
+    if (edgeId == self || gcdbOpenObject(edge, edgeId, GcDb::kForRead) != Gcad::eOk) continue;
+    GcArray<GcGePoint3d> found;
+    ignore(curve.intersectWith(edge, reach, found));
+    ignore(edge->close());
+    for (const GcGePoint3d& point : found) points.push_back(point);
+  }
+  return points;
+}
+
+Task<Ids> askEdges(CommandInput& in, const char* prompt) {
+  const Ids edges = co_await selectObjects(in, prompt);
+  co_return edges.empty() ? entitiesOf(in.editor().currentSpace()) : edges;
+}
+
+struct Pick {
+  GcDbObjectId id;
+  GcGePoint3d at;  // world
+};
+
+// The curves a fence crosses, each where it does.
+Task<std::vector<Pick>> askFence(CommandInput& in) {
+  std::vector<Pick> picks;
+  std::vector<GcGePoint3d> points;
+  for (;;) {
+    Ask ask(What::Point, points.empty() ? "\nSpecify first fence point: " : "\nSpecify next fence point or [Undo]: ");
+    if (!points.empty()) ask.from(points.back()).words("Undo");
+    const Answer answer = co_await in.ask(ask);
+    if (answer.isKeyword("Undo") && !points.empty()) points.pop_back();
+    if (answer.isPoint())
+      points.push_back(answer.point);
+    else if (answer.kind != Answer::Kind::Keyword)
+      break;
+  }
+  const Ids all = entitiesOf(in.editor().currentSpace());
+  for (size_t i = 1; i < points.size(); ++i) {
+    const GcDbLine fence(in.toWorld(points[i - 1]), in.toWorld(points[i]));
+    for (const GcDbObjectId id : all) {
+      OpenCurve curve(id);
+      GcArray<GcGePoint3d> found;
+      if (!curve || curve->intersectWith(&fence, GcDb::kOnBothOperands, found) != Gcad::eOk) continue;
+      for (const GcGePoint3d& at : found) picks.push_back({id, at});
+    }
+  }
+  co_return picks;
+}
+
+// Asks for curves, one by one or by a fence, until Enter; `work` does what the command is for.
+template <class Work>
+Task<bool> eachPicked(CommandInput& in, const char* prompt, Work work) {
+  bool any = false;
+  for (;;) {
+    const Answer picked = co_await in.ask(Ask(What::Entity, prompt).words("Fence Crossing Project Edge eRase Undo"));
+    std::vector<Pick> picks;
+    if (picked.kind == Answer::Kind::Entity) {
+      picks.push_back({picked.entity, in.toWorld(picked.point)});
+    } else if (picked.isKeyword("Fence")) {
+      picks = co_await askFence(in);
+    } else if (picked.isKeyword("Edge")) {
+      const Answer mode = co_await in.ask(
+          Ask(What::Keyword, "\nEnter an implied edge extension mode [Extend/No extend]: ").words("Extend No"));
+      if (mode.kind == Answer::Kind::Keyword)
+        static_cast<void>(setVariable(in.editor(), GC_T("EDGEMODE"), VariableValue::of(mode.isKeyword("No") ? 0 : 1)));
+      continue;
+    } else if (picked.isKeyword("Project")) {
+      static_cast<void>(co_await in.ask(
+          Ask(What::Keyword, "\nEnter a projection option [None/Ucs/View] <Ucs>: ").words("None Ucs View")));
+      continue;
+    } else if (picked.isKeyword("eRase")) {
+      for (const GcDbObjectId id : co_await selectObjects(in)) eraseEntity(id);
+      continue;
+    } else {
+      break;
+    }
+    for (const Pick& pick : picks) {
+      const bool good = work(pick);
+      if (!good) in.tell("\nObject does not intersect an edge.\n");
+      any = any || good;
+    }
+  }
+  co_return any;
+}
+
 // ---- TRIM
 
 // Cuts away the part of a curve under the picked point, as far as the edges reach.
-bool trimAt(CommandInput& in, GcDbObjectId id, const GcGePoint3d& picked, const Ids& edges) {
-  OpenCurve curve(id);
+bool trimAt(CommandInput& in, const Pick& pick, const Ids& edges) {
+  OpenCurve curve(pick.id);
   if (!curve) return false;
-  GcArray<GcGePoint3d> cuts;
-  for (const GcDbObjectId edgeId : edges) {
-    GcDbEntity* edge = nullptr;
-    if (edgeId == id || gcdbOpenObject(edge, edgeId, GcDb::kForRead) != Gcad::eOk) continue;
-    ignore(curve->intersectWith(edge, GcDb::kOnBothOperands, cuts));
-    ignore(edge->close());
-  }
-  std::vector<GcGePoint3d> points;
-  for (const GcGePoint3d& cut : cuts) points.push_back(cut);
-  const GcGePoint3d at = nearestOn(*curve.get(), in.toWorld(picked));
+  const GcGePoint3d at = nearestOn(*curve.get(), pick.at);
   GcDbVoidPtrArray pieces;
-  if (!split(*curve.get(), points, pieces)) return false;
+  if (!split(*curve.get(), meetings(*curve.get(), pick.id, edges, reachOfEdges(in, false)), pieces)) return false;
   int nearest = 0;
   double least = 1e300;
   for (int i = 0; i < pieces.length(); ++i) {
@@ -143,165 +231,105 @@ bool trimAt(CommandInput& in, GcDbObjectId id, const GcGePoint3d& picked, const 
     least = std::min(least, distance);
   }
   curve.close();
-  return replaceByPieces(id, pieces, [&](int i, const GcDbCurve&) { return i == nearest; });
-}
-
-Task<Ids> askEdges(CommandInput& in, const char* prompt) {
-  Ids edges = co_await selectObjects(in, prompt);
-  if (edges.empty()) {
-    GcDbBlockTableRecord* space = nullptr;
-    if (gcdbOpenObject(space, in.editor().currentSpace(), GcDb::kForRead) != Gcad::eOk) co_return edges;
-    for (const GcDbObjectId id : space->entities())
-      if (id.isValid() && !id.isErased()) edges.push_back(id);
-    ignore(space->close());
-  }
-  co_return edges;
+  return replaceByPieces(pick.id, pieces, [&](int i, const GcDbCurve&) { return i == nearest; });
 }
 
 Task<bool> trim(CommandInput& in) {
   const Ids edges = co_await askEdges(in, "\nSelect cutting edges...\nSelect objects or <select all>: ");
-  for (;;) {
-    const Answer picked =
-        co_await in.ask(Ask(What::Entity, "\nSelect object to trim or [Fence/Crossing/Project/Edge/eRase/Undo]: ")
-                            .words("Fence Crossing Project Edge eRase Undo"));
-    if (picked.kind != Answer::Kind::Entity) break;
-    if (!trimAt(in, picked.entity, picked.point, edges)) in.tell("\nObject does not intersect an edge.\n");
-  }
-  co_return true;
+  co_return co_await eachPicked(in, "\nSelect object to trim or [Fence/Crossing/Project/Edge/eRase/Undo]: ",
+                                [&](const Pick& pick) { return trimAt(in, pick, edges); });
 }
 
-// ---- EXTEND: the end of a line or arc nearer to the pick goes on to the nearest edge.
+// ---- EXTEND: the end of a curve nearer to the pick goes on to the nearest edge
 
-bool extendAt(CommandInput& in, GcDbObjectId id, const GcGePoint3d& picked, const Ids& edges) {
-  GcDbLine* line = nullptr;
-  if (id.objectClass() != GcDbLine::desc() || gcdbOpenObject(line, id, GcDb::kForWrite) != Gcad::eOk) return false;
-  const GcGePoint3d at = in.toWorld(picked);
-  const bool atEnd = at.distanceTo(line->endPoint()) <= at.distanceTo(line->startPoint());
-  const GcGePoint3d end = atEnd ? line->endPoint() : line->startPoint();
-  const GcGeVector3d outward = end - (atEnd ? line->startPoint() : line->endPoint());
-  GcArray<GcGePoint3d> meets;
-  for (const GcDbObjectId edgeId : edges) {
-    GcDbEntity* edge = nullptr;
-    if (edgeId == id || gcdbOpenObject(edge, edgeId, GcDb::kForRead) != Gcad::eOk) continue;
-    ignore(line->intersectWith(edge, GcDb::kExtendThis, meets));
-    ignore(edge->close());
-  }
+double positiveTurn(double angle) { return angle - 2 * std::numbers::pi * std::floor(angle / (2 * std::numbers::pi)); }
+
+bool extendLine(GcDbLine& line, bool atEnd, const std::vector<GcGePoint3d>& edges) {
+  const GcGePoint3d end = atEnd ? line.endPoint() : line.startPoint();
+  const GcGeVector3d outward = end - (atEnd ? line.startPoint() : line.endPoint());
   const GcGePoint3d* best = nullptr;
-  for (const GcGePoint3d& meet : meets)
-    if ((meet - end).dotProduct(outward) > 0 && (best == nullptr || end.distanceTo(meet) < end.distanceTo(*best)))
-      best = &meet;
-  if (best != nullptr) ignore(atEnd ? line->setEndPoint(*best) : line->setStartPoint(*best));
-  ignore(line->close());
-  return best != nullptr;
+  for (const GcGePoint3d& at : edges)
+    if ((at - end).dotProduct(outward) > 1e-12 * outward.dotProduct(outward) &&
+        (best == nullptr || end.distanceTo(at) < end.distanceTo(*best)))
+      best = &at;
+  if (best == nullptr) return false;
+  return (atEnd ? line.setEndPoint(*best) : line.setStartPoint(*best)) == Gcad::eOk;
+}
+
+bool extendArc(GcDbArc& arc, bool atEnd, const std::vector<GcGePoint3d>& edges) {
+  const double sweep = arc.sweepAngle();
+  GcGeMatrix3d toPlane;
+  toPlane.setToWorldToPlane(arc.normal());
+  double best = 2 * std::numbers::pi - sweep;
+  bool found = false;
+  for (const GcGePoint3d& at : edges) {
+    const GcGeVector3d out = toPlane * (at - arc.center());
+    const double angle = std::atan2(out.y, out.x);
+    const double turn = atEnd ? positiveTurn(angle - arc.endAngle()) : positiveTurn(arc.startAngle() - angle);
+    if (turn < 1e-9 || turn >= best) continue;
+    best = turn;
+    found = true;
+  }
+  if (!found) return false;
+  return (atEnd ? arc.setEndAngle(arc.endAngle() + best) : arc.setStartAngle(arc.startAngle() - best)) == Gcad::eOk;
+}
+
+bool extendPiece(CommandInput& in, GcDbCurve& piece, GcDbObjectId self, bool atEnd, const Ids& edges) {
+  const std::vector<GcGePoint3d> points = meetings(piece, self, edges, reachOfEdges(in, true));
+  if (auto* line = GcDbLine::cast(&piece)) return extendLine(*line, atEnd, points);
+  auto* arc = GcDbArc::cast(&piece);
+  return arc != nullptr && extendArc(*arc, atEnd, points);
+}
+
+// The first or last segment, as a line or arc that runs the polyline's way (arcs: or the other, told by the bulge).
+bool extendPolyline(CommandInput& in, GcDbPolyline& line, GcDbObjectId self, bool atEnd, const Ids& edges) {
+  GcDbVoidPtrArray pieces;
+  if (line.isClosed() || line.explode(pieces) != Gcad::eOk || pieces.length() == 0) return false;
+  auto* piece = static_cast<GcDbCurve*>(pieces[atEnd ? pieces.length() - 1 : 0]);
+  const unsigned last = line.numVerts() - 1;
+  const unsigned segment = atEnd ? last - 1 : 0;
+  double bulge = 0;
+  ignore(line.getBulgeAt(segment, bulge));
+  const bool pieceAtEnd = bulge < 0 ? !atEnd : atEnd;
+  const bool good = extendPiece(in, *piece, self, pieceAtEnd, edges);
+  GcGePoint3d end;
+  if (good && (pieceAtEnd ? piece->getEndPoint(end) : piece->getStartPoint(end)) == Gcad::eOk) {
+    GcGeMatrix3d toPlane;
+    const GcGePoint3d at = toPlane.setToWorldToPlane(line.normal()) * end;
+    ignore(line.setPointAt(atEnd ? last : 0, {at.x, at.y}));
+    if (const auto* arc = GcDbArc::cast(piece)) {
+      ignore(line.setBulgeAt(segment, std::copysign(std::tan(arc->sweepAngle() / 4), bulge)));
+    }
+  }
+  for (void* each : pieces) delete static_cast<GcDbEntity*>(each);
+  return good;
+}
+
+bool extendAt(CommandInput& in, const Pick& pick, const Ids& edges) {
+  GcDbCurve* curve = nullptr;
+  if (gcdbOpenObject(curve, pick.id, GcDb::kForWrite) != Gcad::eOk) return false;
+  double half = 0, at = 0;
+  ignore(curve->getEndParam(half));
+  ignore(curve->getDistAtParam(half, half));
+  ignore(curve->getDistAtPoint(nearestOn(*curve, pick.at), at));
+  const bool atEnd = at >= half / 2;
+  auto* polyline = GcDbPolyline::cast(curve);
+  const bool good = polyline != nullptr ? extendPolyline(in, *polyline, pick.id, atEnd, edges)
+                                        : extendPiece(in, *curve, pick.id, atEnd, edges);
+  ignore(curve->close());
+  return good;
 }
 
 Task<bool> extend(CommandInput& in) {
   const Ids edges = co_await askEdges(in, "\nSelect boundary edges...\nSelect objects or <select all>: ");
-  for (;;) {
-    const Answer picked =
-        co_await in.ask(Ask(What::Entity, "\nSelect object to extend or [Fence/Crossing/Project/Edge/Undo]: ")
-                            .words("Fence Crossing Project Edge Undo"));
-    if (picked.kind != Answer::Kind::Entity) break;
-    if (!extendAt(in, picked.entity, picked.point, edges)) in.tell("\nObject does not intersect an edge.\n");
-  }
-  co_return true;
-}
-
-// ---- FILLET of two lines
-
-struct PickedLine {
-  GcDbObjectId id;
-  GcGePoint3d start, end, pick;  // world
-};
-
-bool lineOf(CommandInput& in, const Answer& answer, PickedLine& line) {
-  GcDbLine* opened = nullptr;
-  if (answer.kind != Answer::Kind::Entity || answer.entity.objectClass() != GcDbLine::desc() ||
-      gcdbOpenObject(opened, answer.entity, GcDb::kForRead) != Gcad::eOk)
-    return false;
-  line = {answer.entity, opened->startPoint(), opened->endPoint(), in.toWorld(answer.point)};
-  ignore(opened->close());
-  return true;
-}
-
-// The part of the line on the side of the pick stays, up to `to`.
-void cutBack(const PickedLine& line, const GcGePoint3d& corner, const GcGePoint3d& to) {
-  GcDbLine* opened = nullptr;
-  if (gcdbOpenObject(opened, line.id, GcDb::kForWrite) != Gcad::eOk) return;
-  const GcGeVector3d towardsPick = line.pick - corner;
-  const bool keepsEnd = (line.end - corner).dotProduct(towardsPick) > (line.start - corner).dotProduct(towardsPick);
-  ignore(keepsEnd ? opened->setStartPoint(to) : opened->setEndPoint(to));
-  ignore(opened->close());
-}
-
-bool filletLines(CommandInput& in, const PickedLine& a, const PickedLine& b, double radius, bool trims) {
-  const GcDbLine first(a.start, a.end);
-  const GcDbLine second(b.start, b.end);
-  GcArray<GcGePoint3d> meets;
-  if (first.intersectWith(&second, GcDb::kExtendBoth, meets) != Gcad::eOk || meets.isEmpty()) return false;
-  const GcGePoint3d corner = meets[0];
-  const auto direction = [&](const PickedLine& line) {
-    const GcGeVector3d along = (line.end - line.start).normal();
-    return along * ((line.pick - corner).dotProduct(along) < 0 ? -1.0 : 1.0);
-  };
-  const GcGeVector3d u = direction(a);
-  const GcGeVector3d v = direction(b);
-  const double half = std::acos(std::clamp(u.dotProduct(v), -1.0, 1.0)) / 2;
-  if (half <= 0 || half >= std::numbers::pi / 2) return false;
-  const double back = radius / std::tan(half);
-  const GcGePoint3d fromA = corner + u * back;
-  const GcGePoint3d fromB = corner + v * back;
-  if (radius > 0) {
-    const GcGePoint3d center = corner + (u + v).normal() * (radius / std::sin(half));
-    const GcGePoint3d centerUser = ucsToWorld(in.editor()).inverse() * center;
-    const auto angle = [&](const GcGePoint3d& world) {
-      const GcGePoint3d at = ucsToWorld(in.editor()).inverse() * world;
-      return GcGeVector2d(at.x - centerUser.x, at.y - centerUser.y).angle();
-    };
-    double start = angle(fromA);
-    double end = angle(fromB);
-    if (std::fmod(end - start + 4 * std::numbers::pi, 2 * std::numbers::pi) > std::numbers::pi) std::swap(start, end);
-    appendFromUser(in.editor(), new GcDbArc(centerUser, radius, start, end));
-  }
-  if (!trims) return true;
-  cutBack(a, corner, fromA);
-  cutBack(b, corner, fromB);
-  return true;
-}
-
-Task<bool> fillet(CommandInput& in) {
-  bool trims = integerVariable(in.editor(), "TRIMMODE") != 0;
-  for (;;) {
-    const Answer first =
-        co_await in.ask(Ask(What::Entity, "\nSelect first object or [Undo/Polyline/Radius/Trim/Multiple]: ")
-                            .words("Undo Polyline Radius Trim Multiple"));
-    if (first.isKeyword("Radius")) {
-      const Answer radius = co_await in.ask(Ask(What::Distance, "\nSpecify fillet radius: "));
-      if (radius.kind == Answer::Kind::Number)
-        static_cast<void>(setVariable(in.editor(), GC_T("FILLETRAD"), VariableValue::of(radius.number)));
-      continue;
-    }
-    if (first.isKeyword("Trim")) {
-      const Answer mode =
-          co_await in.ask(Ask(What::Keyword, "\nEnter Trim mode option [Trim/No trim]: ").words("Trim No"));
-      trims = !mode.isKeyword("No");
-      continue;
-    }
-    PickedLine a, b;
-    if (first.kind != Answer::Kind::Entity) co_return false;
-    const Answer second = co_await in.ask(Ask(What::Entity, "\nSelect second object: ").needed());
-    const bool good = lineOf(in, first, a) && lineOf(in, second, b) &&
-                      filletLines(in, a, b, realVariable(in.editor(), "FILLETRAD"), trims);
-    if (!good) in.tell("\nThese objects cannot be filleted.\n");
-    co_return good;
-  }
+  co_return co_await eachPicked(in, "\nSelect object to extend or [Fence/Crossing/Project/Edge/Undo]: ",
+                                [&](const Pick& pick) { return extendAt(in, pick, edges); });
 }
 
 constexpr Command kCommands[] = {
     {"BREAK", "BR", breakCommand},
     {"TRIM", "TR", trim},
     {"EXTEND", "EX", extend},
-    {"FILLET", "F", fillet},
 };
 
 }  // namespace

@@ -1,5 +1,10 @@
-// Views: zoom, regeneration, redrawing.
+// Views: zoom, plan, regeneration, redrawing.
+#include <cmath>
+#include <numbers>
+
 #include "host/ed/command/families.h"
+#include "host/ed/command/select.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/views.h"
 
@@ -40,7 +45,9 @@ Task<bool> zoom(CommandInput& in) {
   const Answer answer = co_await in.ask(ask);
   if (answer.isPoint()) co_return co_await window(in, answer.point);
   if (answer.kind == Answer::Kind::Text) co_return zoomByText(editor, answer.text);
-  if (answer.isKeyword("Extents") || answer.isKeyword("All") || answer.isKeyword("Object")) {
+  if (answer.isKeyword("Object")) {
+    zoomTo(editor, extentsOf(co_await selectObjects(in)));
+  } else if (answer.isKeyword("Extents") || answer.isKeyword("All")) {
     zoomExtents(editor);
   } else if (answer.isKeyword("Previous")) {
     zoomPrevious(editor);
@@ -63,10 +70,29 @@ Task<bool> zoom(CommandInput& in) {
   co_return true;
 }
 
+// The view from above the user's or the world's plane.
+Task<bool> plan(CommandInput& in) {
+  const Answer which = co_await in.ask(
+      Ask(What::Keyword, "\nEnter an option [Current ucs/Ucs/World] <Current>: ").words("Current Ucs World"));
+  Editor& editor = in.editor();
+  const GcGeMatrix3d user = ucsToWorld(editor);
+  editor.earlierViews().push_back(editor.view());
+  editor.view().direction = which.isKeyword("World") ? GcGeVector3d::kZAxis : user.column(2);
+  editor.view().twistRad = 0;
+  if (!which.isKeyword("World")) {
+    const GcGeVector3d right = displayToWorld(editor).inverse() * user.column(0);
+    const double angle = std::atan2(right.y, right.x);
+    editor.view().twistRad = angle > 0 ? 2 * std::numbers::pi - angle : 0 - angle;
+  }
+  zoomExtents(editor);
+  co_return true;
+}
+
 Task<bool> nothingToDraw(CommandInput&) { co_return true; }
 
 constexpr Command kCommands[] = {
     {"ZOOM", "Z", zoom},
+    {"PLAN", "", plan},
     {"REGEN", "RE", nothingToDraw},
     {"REGENALL", "REA", nothingToDraw},
     {"REDRAW", "R", nothingToDraw},
