@@ -34,6 +34,11 @@
 #include "db/xrecord.h"
 #include "db/zombie.h"
 #include "host/db/describe/classinfo.h"
+#include "host/db/entities/mleader.h"
+#include "host/db/entities/mline.h"
+#include "host/db/entities/rasterimage.h"
+#include "host/db/objects/imagedef.h"
+#include "host/db/objects/mleaderstyle.h"
 #include "host/db/objects/mlinestyle.h"
 #include "host/db/objects/standard.h"
 #include "host/rx/view.h"
@@ -54,8 +59,18 @@ struct Row {
   const GcDbField* fields;
   int fieldCount;
   bool replacesParents = false;  // the rows stand in place of the parent's
+  const GCHAR* appName = nullptr;
+  int proxyFlags = 0;
 };
 
+// The same row with the application that brought the class.
+Row from(const GCHAR* appName, int proxyFlags, Row row) {
+  row.appName = appName;
+  row.proxyFlags = proxyFlags;
+  return row;
+}
+
+#define GC_FROM(app, flags, ...) from(GC_T(app), flags, Row __VA_ARGS__)
 #define GC_ABSTRACT(Class, name, parent) \
   { GC_T(name), GC_T(parent), nullptr, nullptr, nullptr, 0 }
 #define GC_BASE(Class, name, parent) \
@@ -122,7 +137,8 @@ void registerAll() {
   const Row* rows = classRows(count);
   for (int i = 0; i < count; ++i) {
     if (isLeftOut(view(rows[i].name))) continue;
-    GcRxClass* made = newGcRxClass(rows[i].name, rows[i].parent, 0, 0, 0, rows[i].create, rows[i].dxfName);
+    GcRxClass* made = newGcRxClass(rows[i].name, rows[i].parent, 0, 0, rows[i].proxyFlags, rows[i].create,
+                                   rows[i].dxfName, rows[i].appName);
     GC_ASSERT(made != nullptr, "a class is registered twice");
     if (rows[i].create == nullptr || rows[i].fieldCount < 0) continue;  // abstract, or files itself
     Flat& flat = flats->emplace_back();

@@ -6,6 +6,7 @@
 #include "db/symboltable.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/describe/fieldio.h"
+#include "host/db/entities/block_content.h"
 #include "host/db/entities/planar.h"
 #include "host/db/entities/sequence.h"
 
@@ -179,9 +180,11 @@ GcDbObjectIterator* GcDbBlockReference::attributeIterator() const {
   return new GcDbObjectIterator(ids);
 }
 
-void GcDbBlockReference::drawOnce(GcGiWorldDraw& draw, const GcGeMatrix3d& transform) const {
+namespace gcblock {
+
+void drawContent(GcGiWorldDraw& draw, GcDbObjectId blockId, const GcGeMatrix3d& transform) {
   GcDbBlockTableRecord* block = nullptr;
-  if (gcdbOpenObject(block, m_blockId, GcDb::kForRead) != Gcad::eOk) return;
+  if (gcdbOpenObject(block, blockId, GcDb::kForRead) != Gcad::eOk) return;
   draw.geometry().pushModelTransform(transform);
   for (const GcDbObjectId id : block->entities()) {
     const GcRxClass* kind = id.isErased() ? nullptr : id.objectClass();
@@ -195,6 +198,12 @@ void GcDbBlockReference::drawOnce(GcGiWorldDraw& draw, const GcGeMatrix3d& trans
   }
   draw.geometry().popModelTransform();
   ignore(block->close());
+}
+
+}  // namespace gcblock
+
+void GcDbBlockReference::drawOnce(GcGiWorldDraw& draw, const GcGeMatrix3d& transform) const {
+  gcblock::drawContent(draw, m_blockId, transform);
 }
 
 bool GcDbBlockReference::subWorldDraw(GcGiWorldDraw* draw) {

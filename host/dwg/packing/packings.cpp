@@ -16,6 +16,9 @@ void addAll(std::vector<ClassPacking>& list) {
   addRegions(list);
   addLayouts(list);
   addObjects(list);
+  addMlines(list);
+  addImages(list);
+  addMLeaders(list);
 }
 
 }  // namespace gc::dwg::packing

@@ -19,6 +19,9 @@ void addDimensions(std::vector<ClassPacking>& list);
 void addHatches(std::vector<ClassPacking>& list);
 void addRegions(std::vector<ClassPacking>& list);
 void addLayouts(std::vector<ClassPacking>& list);
+void addMlines(std::vector<ClassPacking>& list);
+void addImages(std::vector<ClassPacking>& list);
+void addMLeaders(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);
