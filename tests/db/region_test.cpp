@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <random>
+#include <string>
 
 #include "db/arc.h"
 #include "db/circle.h"
@@ -217,6 +219,140 @@ TEST(ModelerText, TheCipherIsItsOwnInverse) {
   const std::string line = "face $-1 -1 forward_v I I ~!{}\t#";
   EXPECT_EQ(gcmodeler::cipher(gcmodeler::cipher(line)), line);
   EXPECT_EQ(gcmodeler::cipher("400 "), "koo ");
+}
+
+// ---- bytes -------------------------------------------------------------------------------------------------
+
+GcArray<uint8_t> bytesOf(const std::string& text) {
+  GcArray<uint8_t> bytes;
+  for (const char c : text) bytes.append(static_cast<uint8_t>(c));
+  return bytes;
+}
+
+TEST(ModelerBytes, RegionsOfEveryKindOfCurveComeBack) {
+  GcGeMatrix3d place;
+  place.setToRotation(0.7, GcGeVector3d(1, 2, 3), GcGePoint3d());
+  Curves curves;
+  curves.add(new GcDbCircle({1, 2, 0}, GcGeVector3d::kZAxis, 3));
+  curves.add(new GcDbEllipse({50, 0, 0}, GcGeVector3d::kZAxis, {4, 3, 0}, 0.25));
+  auto* polyline = new GcDbPolyline;
+  ignore(polyline->addVertexAt(0, {100, 0}));
+  ignore(polyline->addVertexAt(1, {110, 0}, -0.3));
+  ignore(polyline->addVertexAt(2, {110, 10}));
+  polyline->setClosed(true);
+  curves.add(polyline);
+  for (auto& curve : curves.owned) ASSERT_EQ(curve->transformBy(place), Gcad::eOk);
+  const auto regions = regionsOf(curves);
+  ASSERT_EQ(regions.size(), 3u);
+  for (const auto& region : regions) {
+    GcArray<uint8_t> bytes;
+    ASSERT_EQ(region->getBytes(bytes), Gcad::eOk);
+    GcDbRegion back;
+    ASSERT_EQ(back.setBytes(bytes), Gcad::eOk);
+    double area = 0, perimeter = 0;
+    GcGePoint3d centroid;
+    ASSERT_EQ(region->getArea(area), Gcad::eOk);
+    ASSERT_EQ(region->getPerimeter(perimeter), Gcad::eOk);
+    ASSERT_EQ(region->getCentroid(centroid), Gcad::eOk);
+    expectArea(back, area, perimeter, centroid);
+  }
+}
+
+// The head and the first record, byte by byte.
+TEST(ModelerBytes, AreLaidOutAsTheFormatSays) {
+  Curves curves;
+  curves.add(new GcDbCircle({1, 2, 0}, GcGeVector3d::kZAxis, 3));
+  GcArray<uint8_t> bytes;
+  ASSERT_EQ(regionsOf(curves)[0]->getBytes(bytes), Gcad::eOk);
+  const std::string all(reinterpret_cast<const char*>(bytes.begin()), static_cast<size_t>(bytes.length()));
+  using namespace std::string_literals;
+  const std::string head = "ACIS BinaryFile"s + "\x28\x55\0\0"s + "\0\0\0\0"s + "\2\0\0\0"s + "\0\0\0\0"s;
+  EXPECT_EQ(all.substr(0, head.size()), head);
+  const std::string body =
+      "\x0D\x04"
+      "body"s +
+      "\x0C\xFF\xFF\xFF\xFF"s + "\x04\xFF\xFF\xFF\xFF"s + "\x0C\xFF\xFF\xFF\xFF"s + "\x0C\2\0\0\0"s;
+  EXPECT_NE(all.find(body), std::string::npos);
+  const std::string plane =
+      "\x0E\x05"
+      "plane"
+      "\x0D\x07"
+      "surface"s;
+  EXPECT_NE(all.find(plane), std::string::npos);
+  const std::string end =
+      "\x0E\x03"
+      "End"
+      "\x0E\x02"
+      "of"
+      "\x0E\x03"
+      "ASM"
+      "\x0D\x04"
+      "data"s;
+  EXPECT_EQ(all.substr(all.size() - end.size()), end);
+}
+
+// Integers of eight bytes, as the newest kind of head announces them.
+TEST(ModelerBytes, OfTheNewestKindAreRead) {
+  Curves curves;
+  curves.add(new GcDbCircle({1, 2, 0}, GcGeVector3d::kZAxis, 3));
+  GcArray<uint8_t> bytes;
+  ASSERT_EQ(regionsOf(curves)[0]->getBytes(bytes), Gcad::eOk);
+  std::string wide = "ASM BinaryFile8";
+  const auto integer = [&](int at) {
+    int32_t value = 0;
+    std::memcpy(&value, bytes.begin() + at, sizeof value);
+    const int64_t stretched = value;
+    wide.append(reinterpret_cast<const char*>(&stretched), sizeof stretched);
+  };
+  const auto copy = [&](int at, int count) {
+    wide.append(reinterpret_cast<const char*>(bytes.begin()) + at, static_cast<size_t>(count));
+  };
+  int at = 15;
+  for (int i = 0; i < 4; ++i, at += 4) integer(at);
+  while (at < bytes.length()) {
+    const int tag = bytes[at];
+    copy(at++, 1);
+    if (tag == 4 || tag == 12 || tag == 21) {
+      integer(at);
+      at += 4;
+      continue;
+    }
+    const int size = tag == 6                             ? 8
+                     : tag == 19 || tag == 20             ? 24
+                     : tag == 7 || tag == 13 || tag == 14 ? 1 + bytes[at]
+                                                          : 0;
+    copy(at, size);
+    at += size;
+  }
+  GcDbRegion region;
+  ASSERT_EQ(region.setBytes(bytesOf(wide)), Gcad::eOk);
+  expectArea(region, 9 * kPi, 6 * kPi, {1, 2, 0});
+}
+
+TEST(ModelerBytes, ThatAreNoPlaneAreaAreKept) {
+  GcDbRegion region;
+  const GcArray<uint8_t> bytes = bytesOf("ASM BinaryFile4 and what nobody knows");
+  EXPECT_EQ(region.setBytes(bytes), Gcad::eNotApplicable);
+  GcArray<uint8_t> kept;
+  EXPECT_EQ(region.getBytes(kept), Gcad::eOk);
+  EXPECT_TRUE(kept == bytes);
+  double area = 0;
+  EXPECT_EQ(region.getArea(area), Gcad::eNotApplicable);
+}
+
+TEST(ModelerBytes, DamagedOnesAreRefusedOrReadButNeverFollowedForEver) {
+  Curves curves;
+  curves.add(new GcDbEllipse({50, 0, 0}, GcGeVector3d::kZAxis, {4, 3, 0}, 0.25));
+  GcArray<uint8_t> bytes;
+  ASSERT_EQ(regionsOf(curves)[0]->getBytes(bytes), Gcad::eOk);
+  std::mt19937 random(13);
+  for (int i = 0; i < 4000; ++i) {
+    GcArray<uint8_t> damaged = bytes;
+    for (int k = 0; k < 3; ++k) damaged[static_cast<int>(random() % damaged.length())] = static_cast<uint8_t>(random());
+    if (i % 2 == 0) damaged.setLogicalLength(static_cast<int>(random() % damaged.length()));
+    GcDbRegion region;
+    ignore(region.setBytes(damaged));
+  }
 }
 
 }  // namespace

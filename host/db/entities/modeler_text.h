@@ -1,4 +1,4 @@
-// Plane areas as the text a solid modeller saves ("SAT"), and back.
+// Plane areas as the text ("SAT") or the bytes ("SAB") a solid modeller saves, and back.
 // System:  world. A loop's path runs with the area on its left seen against the normal.
 #pragma once
 
@@ -21,6 +21,11 @@ std::vector<std::string> write(const PlaneArea& area);
 // The first plane face of a body. False for a text that has none, or edges of kinds other than straight lines, arcs of
 // ellipses and splines. Reads the forms of all versions of the text.
 bool read(std::string_view text, PlaneArea& area);
+
+// The same as bytes, of the version that drawings have had since 2013.
+std::string writeBinary(const PlaneArea& area);
+// Bytes of any version. False where read() of the text would be, and for damaged ones.
+bool readBinary(std::string_view bytes, PlaneArea& area);
 
 // Appends the pieces of one path to another, wherever their origins are.
 void appendPath(const GcGePath& own, GcGePath& path);

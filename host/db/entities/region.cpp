@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iterator>
 #include <memory>
+#include <string>
 
 #include "host/db/curves/from_path.h"
 #include "host/db/describe/fieldio.h"
@@ -22,18 +23,49 @@ constexpr GcDbField kLineFields[] = {
 
 }  // namespace
 
+namespace {
+
+// Files from 2013 on name the history of a region; most have none.
+constexpr GcView kNoHistory = GC_T("{00000000-0000-0000-0000-000000000000}");
+constexpr int kHistoryCode = 2;
+
+}  // namespace
+
+struct GcDbRegionFiling {
+  static GcDbGroup history(const void* record) {
+    const GcString& id = static_cast<const GcDbRegion*>(record)->m_historyId;
+    return GcDbGroup::ofText(kHistoryCode, id.isEmpty() ? kNoHistory : view(id));
+  }
+  static bool setHistory(void* record, const GcDbGroup& group) {
+    if (group.kind != GcDbGroupKind::Text) return false;
+    static_cast<GcDbRegion*>(record)->m_historyId = group.text == kNoHistory ? GcString() : toGcString(group.text);
+    return true;
+  }
+};
+
 const GcDbField GcDbRegion::kFields[] = {
     marker("AcDbModelerGeometry"),
-    field<&GcDbRegion::m_isRecorded>(290, "isRecorded", Is::Plain, Write::UnlessDefault).from(GcDb::kDHL_AC1027),
-    field<&GcDbRegion::m_recordId>(2, "recordId", Is::Plain, Write::UnlessDefault).from(GcDb::kDHL_AC1027),
+    field<&GcDbRegion::m_hasHistory>(290, "hasHistory", Is::Plain)
+        .from(GcDb::kDHL_AC1027)
+        .when<&GcDbRegion::isRecorded>()
+        .readAnyway(),
+    field<&GcDbRegion::m_historyId>(kHistoryCode, "historyId", Is::Plain)
+        .filedAs(GcDbRegionFiling::history, GcDbRegionFiling::setHistory)
+        .from(GcDb::kDHL_AC1027)
+        .when<&GcDbRegion::isRecorded>()
+        .readAnyway(),
     field<&GcDbRegion::m_version>(70, "version", Is::Plain).orElse(1).until(GcDb::kDHL_AC1027),
     field<&GcDbRegion::m_version>(70, "textVersion", Is::Plain)
         .orElse(1)
         .from(GcDb::kDHL_AC1027)
-        .when<&GcDbRegion::hasText>()
-        .readAnyway()
+        .inFilesWhen<&GcDbRegion::isTextOnly>()
         .echo(),
-    each<&GcDbRegion::m_lines>(-1, "lines", kLineFields),
+    each<&GcDbRegion::m_lines>(-1, "lines", kLineFields).until(GcDb::kDHL_AC1027),
+    each<&GcDbRegion::m_lines>(-1, "textLines", kLineFields)
+        .from(GcDb::kDHL_AC1027)
+        .inFilesWhen<&GcDbRegion::isTextOnly>()
+        .echo(),
+    field<&GcDbRegion::m_bytes>(310, "bytes", Is::Plain, Write::Never),
 };
 GCDB_FIELD_COUNT(GcDbRegion);
 
@@ -67,6 +99,33 @@ bool areaOf(const GcArray<GcDbModelerLine>& lines, PlaneArea& area) {
 }
 
 }  // namespace
+
+// Text that is no plane area has no bytes; files then have the text.
+bool GcDbRegion::isRecorded() const {
+  PlaneArea area;
+  return m_lines.isEmpty() || areaOf(m_lines, area);
+}
+
+Gcad::ErrorStatus GcDbRegion::getBytes(GcArray<uint8_t>& bytes) const {
+  bytes = m_bytes;
+  if (!bytes.isEmpty()) return Gcad::eOk;
+  PlaneArea area;
+  if (!areaOf(m_lines, area)) return Gcad::eNotApplicable;
+  const std::string made = gcmodeler::writeBinary(area);
+  bytes.setLogicalLength(static_cast<int>(made.size()));
+  std::copy(made.begin(), made.end(), bytes.begin());
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbRegion::setBytes(const GcArray<uint8_t>& bytes) {
+  assertWriteEnabled();
+  PlaneArea area;
+  const std::string_view given(reinterpret_cast<const char*>(bytes.begin()), static_cast<size_t>(bytes.length()));
+  const bool isPlane = gcmodeler::readBinary(given, area);
+  m_lines = isPlane ? linesOf(area) : GcArray<GcDbModelerLine>();
+  m_bytes = bytes;
+  return isPlane ? Gcad::eOk : Gcad::eNotApplicable;
+}
 
 Gcad::ErrorStatus GcDbRegion::createFromCurves(const GcDbVoidPtrArray& curves, GcDbVoidPtrArray& regions) {
   std::vector<const GcDbCurve*> bounds;
@@ -179,5 +238,6 @@ Gcad::ErrorStatus GcDbRegion::subTransformBy(const GcGeMatrix3d& transform) {
   if (!moved.loops[0].isPlanar(normal) || normal.isZeroLength()) return Gcad::eDegenerateGeometry;
   moved.normal = moved.loops[0].vectorArea().dotProduct(normal) < 0 ? -normal : normal;
   m_lines = linesOf(moved);
+  m_bytes.clear();
   return Gcad::eOk;
 }

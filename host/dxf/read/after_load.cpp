@@ -6,6 +6,7 @@
 #include "host/db/core/loader.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
+#include "host/dxf/read/modeler_records.h"
 #include "host/rx/text/number.h"
 
 namespace gc::dxf {
@@ -148,6 +149,7 @@ void connectDimStyles(const LoadContext& context) {
 void afterLoad(const LoadContext& context) {
   if (context.version < GcDb::kDHL_AC1015) connectDimStyles(context);
   if (context.hasUnwrapped) gcdbWakeZombies(context.database);
+  takeModelerRecords(context);
   endCycles(context);
   listDangling(context);
   context.database.store().forEach([](GcDbStub* stub) {

@@ -9,9 +9,11 @@
 #include "host/db/core/loader.h"
 #include "host/db/core/store.h"
 #include "host/dxf/dxf_file.h"
+#include "host/dxf/modeler_section.h"
 #include "host/dxf/table_names.h"
 #include "host/dxf/write/class_writer.h"
 #include "host/dxf/write/header_writer.h"
+#include "host/dxf/write/modeler_records.h"
 #include "host/dxf/write/object_writer.h"
 #include "host/dxf/write/r12/r12_file.h"
 #include "host/dxf/write/save_notes.h"
@@ -74,7 +76,9 @@ class FileWriter {
     writeBlocks();
     writeEntities();
     writeObjects();
-    for (const GcDbFileSection& kept : m_database.fileParts().sections) writeSection(kept);
+    for (const GcDbFileSection& kept : m_database.fileParts().sections)
+      if (view(kept.name) != modeler::kSection) writeSection(kept);
+    writeModelerSection(m_out, m_database);
     m_out.tags().writeString(0, "EOF");
     m_notes.finish();
   }

@@ -132,6 +132,10 @@ class GcDb2LineAngularDimension : public GcDbDimension {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDb2LineAngularDimension() : GcDbDimension(2) {}
+  [[nodiscard]] double measured() const override;
+
+ protected:
+  void drawPlainly(GcGiWorldDraw& draw) const override;
 
  private:
   GcGePoint3d m_firstStart, m_firstEnd, m_secondStart, m_arcPoint;  // the second line ends at the definition point
@@ -143,6 +147,10 @@ class GcDb3PointAngularDimension : public GcDbDimension {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDb3PointAngularDimension() : GcDbDimension(5) {}
+  [[nodiscard]] double measured() const override;
+
+ protected:
+  void drawPlainly(GcGiWorldDraw& draw) const override;
 
  private:
   GcGePoint3d m_first, m_second, m_vertex, m_arcPoint;
@@ -192,8 +200,14 @@ class GcDbOrdinateDimension : public GcDbDimension {
   GcDbOrdinateDimension() : GcDbDimension(6) {}
   [[nodiscard]] bool isUsingXAxis() const { return (m_flags & 64) != 0; }
   [[nodiscard]] GcGePoint3d origin() const { return m_definition; }
+  [[nodiscard]] double measured() const override;
+
+ protected:
+  void drawPlainly(GcGiWorldDraw& draw) const override;
+  Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
  private:
+  [[nodiscard]] GcGeVector3d xAxis() const;
   GcGePoint3d m_feature, m_leaderEnd;
 };
 
@@ -204,6 +218,10 @@ class GcDbArcDimension : public GcDbDimension {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDbArcDimension() : GcDbDimension(5) {}
+  [[nodiscard]] double measured() const override;
+
+ protected:
+  void drawPlainly(GcGiWorldDraw& draw) const override;
 
  private:
   GcGePoint3d m_first, m_second, m_center, m_leader1, m_leader2;

@@ -1,4 +1,5 @@
-// Regions: plane areas bounded by loops of curves, kept as the text of a solid modeller as files have it.
+// Regions: plane areas bounded by loops of curves, kept as the text of a solid modeller as files have it. Files from
+// 2013 on have bytes in place of the text, in a section of their own; they stay as they are until the region changes.
 #pragma once
 
 #include "db/entity.h"
@@ -22,13 +23,19 @@ class GcDbRegion : public GcDbEntity {
   // new regions belong to the caller. Errors: eInvalidInput when there is no loop.
   static Gcad::ErrorStatus createFromCurves(const GcDbVoidPtrArray& curves, GcDbVoidPtrArray& regions);
 
-  [[nodiscard]] bool isNull() const { return m_lines.isEmpty() && m_recordId.isEmpty(); }
+  [[nodiscard]] bool isNull() const { return m_lines.isEmpty() && m_bytes.isEmpty(); }
   // Of the area with its holes. Errors: eNotApplicable for data that is no plane area.
   Gcad::ErrorStatus getArea(double& area) const;
   Gcad::ErrorStatus getPerimeter(double& length) const;
   Gcad::ErrorStatus getCentroid(GcGePoint3d& centroid) const;
   [[nodiscard]] GcGeVector3d normal() const override;
   [[nodiscard]] bool isPlanar() const override { return true; }
+
+  // The form of files from 2013 on. Errors: eNotApplicable for text that is no plane area.
+  Gcad::ErrorStatus getBytes(GcArray<uint8_t>& bytes) const;
+  // Errors: eNotApplicable for bytes that are no plane area; they are kept, and are all there is.
+  Gcad::ErrorStatus setBytes(const GcArray<uint8_t>& bytes);
+  [[nodiscard]] bool hasText() const { return !m_lines.isEmpty(); }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
   // Lines, arcs, circles, ellipses and splines along the loops.
@@ -38,10 +45,13 @@ class GcDbRegion : public GcDbEntity {
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
  private:
-  [[nodiscard]] bool hasText() const { return m_recordId.isEmpty(); }
+  friend struct GcDbRegionFiling;
+  [[nodiscard]] bool isRecorded() const;
+  [[nodiscard]] bool isTextOnly() const { return !isRecorded(); }
 
   GcArray<GcDbModelerLine> m_lines;
-  GcString m_recordId;  // of files from 2013 on: names the record that holds the data in place of the text
+  GcArray<uint8_t> m_bytes;  // as they were read; empty when the text is newer
+  GcString m_historyId;      // of files from 2013 on; empty for none
   int16_t m_version = 1;
-  bool m_isRecorded = false;
+  bool m_hasHistory = false;
 };
