@@ -46,21 +46,33 @@ bool arcBetween(const GcGePoint3d& center, const GcGeVector3d& first, const GcGe
   arc.normal = normal;
   arc.start = (arc.isTurned ? b : a).normal() * p.length();
   arc.sweepRad = arc.isTurned ? gcplanar::kTwoPi - whole : whole;
-  return true;
+  return arc.sweepRad > 0;
 }
 
-// The arc, arrowheads along its ends, the text over its middle. Gives the text's base line.
+// True when text along the arc's middle stands on the side of the center.
+bool isInside(const DimArc& arc, const GcGeVector3d& along) { return !readsBackward(along, arc.normal); }
+
+// The arc, arrowheads along its ends, the text over its middle.
 void drawArc(GcGiWorldDraw& draw, const GcDbDimension& dimension, const Look& look, const DimArc& arc,
              const GcText& value) {
-  draw.geometry().circularArc(arc.center, arc.start.length(), arc.normal, arc.start, arc.sweepRad);
+  const double radius = arc.start.length();
   const GcDbObjectId heads[2] = {arc.isTurned ? look.second : look.first, arc.isTurned ? look.first : look.second};
+  const double covered[2] = {gcarrow::reach(heads[0], look.arrow) / radius,
+                             gcarrow::reach(heads[1], look.arrow) / radius};
+  if (covered[0] + covered[1] < arc.sweepRad)
+    draw.geometry().circularArc(arc.center, radius, arc.normal, arc.at(covered[0] / arc.sweepRad) - arc.center,
+                                arc.sweepRad - covered[0] - covered[1]);
   // An arrowhead lies along the chord to where its length ends on the arc.
-  const double back = std::min(look.arrow / (arc.start.length() * std::max(arc.sweepRad, 1e-12)), 0.5);
+  const double back = std::min(look.arrow / (radius * arc.sweepRad), 0.5);
   gcarrow::draw(draw, heads[0], arc.at(0), arc.at(0) - arc.at(back), look.arrow, arc.normal);
   gcarrow::draw(draw, heads[1], arc.at(1), arc.at(1) - arc.at(1 - back), look.arrow, arc.normal);
-  const GcGePoint3d middle = arc.at(0.5);
-  const GcGeVector3d along = arc.normal.crossProduct(middle - arc.center).normal();
-  drawText(draw, dimension, look, shownText(dimension, look, value), middle, along);
+  const GcString text = shownText(dimension, look, value);
+  const GcGeVector3d out = (arc.at(0.5) - arc.center) * (1 / radius);
+  const GcGeVector3d along = arc.normal.crossProduct(out);
+  // Inside the arc the ends of the text come nearest to it.
+  const double half = std::min(textLength(look, text) / 2, radius);
+  const double bend = isInside(arc, along) ? radius - std::sqrt(radius * radius - half * half) : 0;
+  drawText(draw, dimension, look, text, arc.at(0.5) - out * bend, along);
 }
 
 // A stretch of a line through the vertex, and the direction in which the angle is seen.

@@ -11,6 +11,15 @@ namespace {
 
 using namespace gcdimlook;
 
+// The line from point to point, as much shorter at either end as the arrowhead there covers.
+void drawBetween(GcGiWorldDraw& draw, const GcGePoint3d& from, double atStart, const GcGePoint3d& to, double atEnd) {
+  const double length = (to - from).length();
+  if (length <= atStart + atEnd) return;
+  const GcGeVector3d way = (to - from) * (1 / length);
+  const GcGePoint3d line[2] = {from + way * atStart, to - way * atEnd};
+  draw.geometry().polyline(2, line);
+}
+
 // A straight dimension between two feet on the dimension line.
 void drawLinear(GcGiWorldDraw& draw, const GcDbDimension& dimension, const GcGePoint3d& first,
                 const GcGePoint3d& second, const GcGePoint3d& onLine, const GcGeVector3d& along) {
@@ -19,7 +28,7 @@ void drawLinear(GcGiWorldDraw& draw, const GcDbDimension& dimension, const GcGeP
   const GcGePoint3d feet[2] = {footOf(first), footOf(second)};
   const GcGePoint3d origins[2] = {first, second};
   for (int i = 0; i < 2; ++i) drawExtensionLine(draw, look, origins[i], feet[i]);
-  draw.geometry().polyline(2, feet);
+  drawBetween(draw, feet[0], gcarrow::reach(look.first, look.arrow), feet[1], gcarrow::reach(look.second, look.arrow));
   gcarrow::draw(draw, look.first, feet[0], feet[0] - feet[1], look.arrow, dimension.normal());
   gcarrow::draw(draw, look.second, feet[1], feet[1] - feet[0], look.arrow, dimension.normal());
   const GcGePoint3d middle = feet[0] + (feet[1] - feet[0]) * 0.5;
@@ -30,8 +39,8 @@ void drawLinear(GcGiWorldDraw& draw, const GcDbDimension& dimension, const GcGeP
 void drawToChord(GcGiWorldDraw& draw, const GcDbDimension& dimension, const GcGePoint3d& from, const GcGePoint3d& chord,
                  GcView prefix, bool bothEnds) {
   const Look look = lookOf(dimension);
-  const GcGePoint3d line[2] = {from, chord};
-  draw.geometry().polyline(2, line);
+  const double atStart = bothEnds ? gcarrow::reach(look.first, look.arrow) : 0;
+  drawBetween(draw, from, atStart, chord, gcarrow::reach(look.second, look.arrow));
   gcarrow::draw(draw, look.second, chord, chord - from, look.arrow, dimension.normal());
   if (bothEnds) gcarrow::draw(draw, look.first, from, from - chord, look.arrow, dimension.normal());
   const GcGePoint3d middle = from + (chord - from) * 0.5;

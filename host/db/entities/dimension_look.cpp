@@ -141,12 +141,14 @@ GcGiTextStyle textStyleOf(const Look& look) {
   return style;
 }
 
+}  // namespace
+
+double textLength(const Look& look, const GcString& text) { return gcgiTextLength(view(text), textStyleOf(look)); }
+
 bool readsBackward(const GcGeVector3d& along, const GcGeVector3d& normal) {
   const GcGeVector3d own = gcplanar::toOwn(along, normal);
   return own.x < -1e-9 || (std::fabs(own.x) <= 1e-9 && own.y < 0);
 }
-
-}  // namespace
 
 void drawText(GcGiWorldDraw& draw, const GcDbDimension& dimension, const Look& look, const GcString& text,
               const GcGePoint3d& middle, GcGeVector3d along) {

@@ -30,6 +30,9 @@ GcText angleText(double radians, const Look& look);
 // The dimension's own text, with the value in place of "<>", or the value.
 GcString shownText(const GcDbDimension& dimension, const Look& look, const GcText& value);
 
+[[nodiscard]] double textLength(const Look& look, const GcString& text);
+// True when text along the direction would stand on its head.
+[[nodiscard]] bool readsBackward(const GcGeVector3d& along, const GcGeVector3d& normal);
 // Over the middle of a line, readable from below or from the right.
 void drawText(GcGiWorldDraw& draw, const GcDbDimension& dimension, const Look& look, const GcString& text,
               const GcGePoint3d& middle, GcGeVector3d along);

@@ -1,6 +1,9 @@
 #include "host/db/entlist/entitymake.h"
 
+#include <utility>
+
 #include "db/blockbegin.h"
+#include "db/dimension.h"
 #include "db/groupdata.h"
 #include "db/xrecord.h"
 #include "host/db/clone/block.h"
@@ -228,6 +231,43 @@ GcText freeAnonymousName(GcDbDatabase& database, GcView name) {
   return candidate;
 }
 
+// Dimensions follow their groups: what they measure, and the block that shows them when anything but their looks
+// changed.
+class DimensionFollower {
+ public:
+  explicit DimensionFollower(GcDbObject& object) : m_dimension(GcDbDimension::cast(&object)) {
+    if (m_dimension != nullptr) m_before = ownGroups();
+  }
+  void follow() {
+    if (m_dimension == nullptr) return;
+    m_dimension->subAppended();
+    const bool isShown = m_dimension->dimBlockId().isValid();
+    if (isShown && !(ownGroups() == m_before)) ignore(m_dimension->recomputeDimBlock());
+  }
+
+ private:
+  class Filter final : public GcDbGroupSink {
+   public:
+    void put(const GcDbGroup& group) override {
+      constexpr int kBlockCode = 2;
+      m_isOwn = m_isOwn || (group.code == kMarker && group.text == GC_T("AcDbDimension"));
+      if (m_isOwn && group.code != kBlockCode) kept.put(group);
+    }
+    GcDbGroupList kept;
+
+   private:
+    bool m_isOwn = false;
+  };
+  [[nodiscard]] GcDbGroupList ownGroups() const {
+    Filter filter;
+    gcdbFieldsOut(*m_dimension, filter, GcDb::kDHL_Current);
+    return std::move(filter.kept);
+  }
+
+  GcDbDimension* m_dimension;
+  GcDbGroupList m_before;
+};
+
 }  // namespace
 
 Gcad::ErrorStatus gcdbEntityModify(const GcDbGroupList& list) {
@@ -239,8 +279,10 @@ Gcad::ErrorStatus gcdbEntityModify(const GcDbGroupList& list) {
   if (isOnLockedLayer(*object)) status = Gcad::eOnLockedLayer;
   if (status == Gcad::eOk) {
     object->assertWriteEnabled();
+    DimensionFollower follower(*object);
     status = fillObject(*object, list);
     object->subLoaded();
+    follower.follow();
   }
   ignore(object->close());
   return status;
@@ -325,6 +367,7 @@ GcDbEntityMaker::Made GcDbEntityMaker::makeEntity(const GcDbGroupList& list, GcR
   made.status = fillObject(*entity, list);
   if (made.status != Gcad::eOk) ignore(entity->erase());
   entity->subLoaded();
+  if (auto* dimension = GcDbDimension::cast(entity)) dimension->subAppended();
   ignore(entity->close());
   if (made.status != Gcad::eOk) made.id.setNull();
   const GcView name = view(kind->dxfName());
