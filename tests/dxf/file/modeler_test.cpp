@@ -1,8 +1,8 @@
 // Regions in files: text before 2013, bytes in a section of their own since.
 #include <gtest/gtest.h>
 
-#include "db/database.h"
 #include "db/circle.h"
+#include "db/database.h"
 #include "db/idmapping.h"
 #include "db/region.h"
 #include "host/rx/view.h"
