@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 namespace {
@@ -127,6 +128,34 @@ TEST(DrawingText, ADamagedPairSurvivesBesideAnything) {
       codec.encode(text, written);
       codec.decode(written, again);
       EXPECT_TRUE(again == text) << gc::codePageName(page) << ' ' << bytes;
+    }
+  }
+}
+
+// Texts of what escapes are made of, at random: each comes back, and bytes that were read once are written the same
+// from then on.
+TEST(DrawingText, TextsMadeOfEscapesComeBack) {
+  constexpr GCHAR kUnits[] = {'\\', '\\', 'U', 'u',  'M',  'm',  '+',   '+',    '0',    '0',    '1',    '5',
+                              'C',  'c',  '8', '^',  'J',  ' ',  0x01,  '\n',   0x20AC, 0xD83D, 0xDE00, 0xDC85};
+  std::mt19937 random(20240611);
+  for (int round = 0; round < 200000; ++round) {
+    GcText text;
+    for (unsigned length = 1 + random() % 24; length > 0; --length) text += kUnits[random() % std::size(kUnits)];
+    for (const gc::Carets carets : {gc::Carets::Plain, gc::Carets::Escaped}) {
+      for (const bool utf8 : {false, true}) {
+        const DrawingText codec(CodePage::Ansi1250, utf8, carets);
+        std::string bytes, bytesAgain;
+        GcText again, third;
+        codec.encode(text, bytes);
+        codec.decode(bytes, again);
+        ASSERT_TRUE(again == text) << gc::toUtf8(text) << " became " << gc::toUtf8(again) << " by " << bytes;
+        // The same units as bytes of a file.
+        bytes = gc::toUtf8(text);
+        codec.decode(bytes, again);
+        codec.encode(again, bytesAgain);
+        codec.decode(bytesAgain, third);
+        ASSERT_TRUE(again == third) << bytes << " became " << gc::toUtf8(third) << " by " << bytesAgain;
+      }
     }
   }
 }
