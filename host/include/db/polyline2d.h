@@ -29,7 +29,7 @@ class GcDb2dPolyline : public GcDbCurve {
   void vertexIds(GcDbObjectIdArray& ids) const;
 
   [[nodiscard]] GcDb::Poly2dType polyType() const;
-  [[nodiscard]] bool isClosed() const { return (m_flags & 1) != 0; }
+  [[nodiscard]] bool isClosed() const override { return (m_flags & 1) != 0; }
   Gcad::ErrorStatus makeClosed() { return setFlag(1, true); }
   Gcad::ErrorStatus makeOpen() { return setFlag(1, false); }
   [[nodiscard]] bool isLinetypeGenerationOn() const { return (m_flags & 128) != 0; }
@@ -92,7 +92,7 @@ class GcDb3dPolyline : public GcDbCurve {
   [[nodiscard]] GcDbObjectIterator* vertexIterator() const;
   void vertexIds(GcDbObjectIdArray& ids) const;
   [[nodiscard]] GcDb::Poly3dType polyType() const;
-  [[nodiscard]] bool isClosed() const { return (m_flags & 1) != 0; }
+  [[nodiscard]] bool isClosed() const override { return (m_flags & 1) != 0; }
   Gcad::ErrorStatus makeClosed();
   Gcad::ErrorStatus makeOpen();
 
