@@ -5,30 +5,19 @@
 #include "host/db/audit/auditor.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/loader.h"
+#include "host/db/core/ownercycles.h"
+#include "host/rx/text/number.h"
 
 namespace {
 
-const GcDbStub* ownerOf(const GcDbStub* stub) {
-  const GcDbObjectId owner = stub->object->ownerId();
-  return owner.isValid() ? owner.stub() : nullptr;
-}
-
-// True when the chain of owners comes back. A cycle of others is met by the second pointer, which goes half as fast.
-bool ownsItself(const GcDbStub* stub) {
-  const GcDbStub* slow = stub;
-  bool moveSlow = false;
-  for (const GcDbStub* at = ownerOf(stub); at != nullptr; at = ownerOf(at), moveSlow = !moveSlow) {
-    if (at == stub) return true;
-    if (moveSlow) slow = ownerOf(slow);
-    if (at == slow) return false;
-  }
-  return false;
-}
-
 void auditCycles(GcDbAuditor& auditor) {
+  GcDbOwnerCycles cycles;
   auditor.forEach([&](GcDbObject& object) {
-    if (ownsItself(object.objectId().stub()) && auditor.found(GcDbDefect::OwnerCycle, &object))
-      GcDbLoader::setOwner(object, GcDbObjectId());
+    cycles.search(object.objectId().stub(), [&](GcDbObject& ofCycle) {
+      const bool mended = auditor.found(GcDbDefect::OwnerCycle, &ofCycle);
+      if (mended) GcDbLoader::setOwner(ofCycle, GcDbObjectId());
+      return mended;
+    });
   });
 }
 
@@ -102,13 +91,25 @@ void auditUnlisted(GcDbAuditor& auditor, const std::unordered_set<const GcDbObje
   });
 }
 
+// Two objects cannot have one extension dictionary: it stays with the one it names.
+void auditExtensionDictionary(GcDbAuditor& auditor, GcDbObject& object) {
+  GcDbObjectExtra* extra = object.extra();
+  if (extra == nullptr || extra->extensionDictionary.isNull()) return;
+  const auto* dictionary = gcdbLive<GcDbObject>(extra->extensionDictionary);
+  const auto* owner = dictionary != nullptr ? gcdbLive<GcDbObject>(dictionary->ownerId()) : nullptr;
+  const GcDbObjectExtra* ofOwner = owner != nullptr && owner != &object ? owner->extra() : nullptr;
+  if (ofOwner == nullptr || ofOwner->extensionDictionary != extra->extensionDictionary)
+    expectOwner(auditor, extra->extensionDictionary, object);
+  else if (auditor.found(GcDbDefect::ExtensionDictionary, &object, gc::hexText(dictionary->objectId().handle())))
+    extra->extensionDictionary.setNull();
+}
+
 // What dictionaries own, extension dictionaries and table records.
 void auditHolders(GcDbAuditor& auditor) {
   auditor.forEach([&](GcDbObject& object) {
     if (const auto* table = GcDbSymbolTable::cast(&object))
       for (const GcDbObjectId record : table->records()) expectOwner(auditor, record, object);
-    if (const GcDbObjectExtra* extra = object.extra(); extra != nullptr && !extra->extensionDictionary.isNull())
-      expectOwner(auditor, extra->extensionDictionary, object);
+    auditExtensionDictionary(auditor, object);
     const auto* dictionary = GcDbDictionary::cast(&object);
     if (dictionary == nullptr) return;
     for (const GcDbDictionaryEntry& entry : dictionary->entries()) {

@@ -4,6 +4,7 @@
 #include "host/db/core/extra.h"
 #include "host/db/core/life.h"
 #include "host/db/core/loader.h"
+#include "host/db/core/ownercycles.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 #include "host/dxf/read/modeler_records.h"
@@ -46,29 +47,16 @@ void listDangling(const LoadContext& context) {
   });
 }
 
-// True when the chain of owners comes back to the object. A chain that runs into a cycle of others ends there: the
-// second pointer, which goes half as fast, is met.
-bool ownsItself(const GcDbStub* stub) {
-  const auto ownerOf = [](const GcDbStub* of) -> const GcDbStub* {
-    const GcDbObjectId owner = of->object->ownerId();
-    return owner.isValid() ? owner.stub() : nullptr;
-  };
-  const GcDbStub* slow = stub;
-  bool moveSlow = false;
-  for (const GcDbStub* at = ownerOf(stub); at; at = ownerOf(at), moveSlow = !moveSlow) {
-    if (at == stub) return true;
-    if (moveSlow) slow = ownerOf(slow);
-    if (at == slow) return false;
-  }
-  return false;
-}
-
 void endCycles(const LoadContext& context) {
+  GcDbOwnerCycles cycles;
   context.database.store().forEach([&](GcDbStub* stub) {
-    if (!stub->object || !ownsItself(stub)) return;
-    context.report(GcDbLoadAction::Repaired, 0, stub->handle,
-                   "is its own owner, directly or through others: owner removed");
-    GcDbLoader::setOwner(*stub->object, GcDbObjectId());
+    if (!stub->object) return;
+    cycles.search(stub, [&](GcDbObject& object) {
+      context.report(GcDbLoadAction::Repaired, 0, object.objectId().handle(),
+                     "is its own owner, directly or through others: owner removed");
+      GcDbLoader::setOwner(object, GcDbObjectId());
+      return true;
+    });
   });
 }
 

@@ -205,6 +205,32 @@ TEST_F(Audit, ReferencesToNothing) {
   EXPECT_EQ(line->layerId(), m_database.layerZero());
 }
 
+TEST_F(Audit, ExtensionDictionariesOfTwoObjects) {
+  GcDbLine *line = add(new GcDbLine), *other = add(new GcDbLine);
+  auto* dictionary = new GcDbDictionary;
+  GcDbObjectId id;
+  ASSERT_EQ(m_database.addGcDbObject(id, dictionary, other->objectId()), Gcad::eOk);
+  EXPECT_EQ(dictionary->close(), Gcad::eOk);
+  line->needExtra().extensionDictionary = id;
+  other->needExtra().extensionDictionary = id;
+  expectOnly(GcDbDefect::ExtensionDictionary);
+  EXPECT_TRUE(line->extra()->extensionDictionary.isNull());
+  EXPECT_EQ(other->extra()->extensionDictionary, id);
+}
+
+// Owners one above the other without end: no worse than as many beside each other.
+TEST_F(Audit, LongChainsOfOwners) {
+  GcDbObjectId owner = m_database.namedObjectsDictionaryId();
+  for (int i = 0; i < 100000; ++i) {
+    auto* record = new GcDbXrecord;
+    ASSERT_EQ(m_database.addGcDbObject(owner, record, owner), Gcad::eOk);
+    EXPECT_EQ(record->close(), Gcad::eOk);
+  }
+  EXPECT_TRUE(gcdbAudit(m_database, false).isClean());
+  GcDbLoader::setOwner(root(), owner);
+  expectOnly(GcDbDefect::OwnerCycle);
+}
+
 TEST_F(Audit, ReactorsThatAreNotThere) {
   m_database.store().raiseHandseed(0x1000);
   add(new GcDbLine)->needExtra().reactors.append(nothing());

@@ -135,8 +135,8 @@ TEST(DrawingText, ADamagedPairSurvivesBesideAnything) {
 // Texts of what escapes are made of, at random: each comes back, and bytes that were read once are written the same
 // from then on.
 TEST(DrawingText, TextsMadeOfEscapesComeBack) {
-  constexpr GCHAR kUnits[] = {'\\', '\\', 'U', 'u',  'M',  'm',  '+',   '+',    '0',    '0',    '1',    '5',
-                              'C',  'c',  '8', '^',  'J',  ' ',  0x01,  '\n',   0x20AC, 0xD83D, 0xDE00, 0xDC85};
+  constexpr GCHAR kUnits[] = {'\\', '\\', 'U', 'u', 'M', 'm', '+',  '+',  '0',    '0',    '1',    '5',
+                              'C',  'c',  '8', '^', 'J', ' ', 0x01, '\n', 0x20AC, 0xD83D, 0xDE00, 0xDC85};
   std::mt19937 random(20240611);
   for (int round = 0; round < 200000; ++round) {
     GcText text;
