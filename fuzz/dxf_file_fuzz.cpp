@@ -21,6 +21,8 @@ void require(bool holds, const char* what) {
 std::string saved(GcDbDatabase& database, bool binary) {
   gc::dxf::StringSink sink;
   gc::dxf::WriteOptions options;
+  // A version that has all objects a drawing needs: each reading of an older one makes those it lacks, at new handles.
+  options.version = GcDb::kDHL_AC1015;
   options.binary = binary;
   require(gc::dxf::write(database, sink, options) == Gcad::eOk, "it can be written");
   return std::move(sink.text());

@@ -9,6 +9,7 @@
 #include "rx/gcheap.h"
 
 void* gcHeapAlloc(std::size_t size) noexcept { return std::malloc(size == 0 ? 1 : size); }
+void* gcHeapResize(void* memory, std::size_t size) noexcept { return std::realloc(memory, size == 0 ? 1 : size); }
 void gcHeapFree(void* memory) noexcept { std::free(memory); }
 
 Gcad::ErrorStatus gcutNewString(const GCHAR* input, GCHAR*& output) {

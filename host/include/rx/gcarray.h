@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -18,10 +17,8 @@ class GcArray {
   GcArray() noexcept = default;
   // The second number is the least step by which the array grows.
   explicit GcArray(int physicalLength, int growLength = 8) {
-    if (physicalLength > 0)
-      reserve(physicalLength);
-    else if (growLength > 0)
-      reserve(growLength);
+    const int wanted = physicalLength > 0 ? physicalLength : growLength;
+    if (wanted > 0) reserve(wanted);
   }
   GcArray(const GcArray& other) { append(other); }
   GcArray(GcArray&& other) noexcept { swap(other); }
@@ -94,18 +91,21 @@ class GcArray {
   }
   void reserve(int physical) {
     if (static_cast<uint32_t>(physical) <= m_physical) return;
-    T* fresh = static_cast<T*>(gcHeapAlloc(static_cast<std::size_t>(physical) * sizeof(T)));
-    GC_ASSERT(fresh != nullptr, "out of memory");
+    const std::size_t bytes = static_cast<std::size_t>(physical) * sizeof(T);
     if constexpr (std::is_trivially_copyable_v<T>) {
-      if (m_length > 0) std::memcpy(static_cast<void*>(fresh), m_data, m_length * sizeof(T));
+      // Large blocks move by pages: a long array is never there twice.
+      m_data = static_cast<T*>(gcHeapResize(m_data, bytes));
+      GC_ASSERT(m_data != nullptr, "out of memory");
     } else {
+      T* fresh = static_cast<T*>(gcHeapAlloc(bytes));
+      GC_ASSERT(fresh != nullptr, "out of memory");
       for (uint32_t i = 0; i < m_length; ++i) {
         new (fresh + i) T(std::move(m_data[i]));
         m_data[i].~T();
       }
+      gcHeapFree(m_data);
+      m_data = fresh;
     }
-    gcHeapFree(m_data);
-    m_data = fresh;
     m_physical = static_cast<uint32_t>(physical);
   }
   void swap(GcArray& other) noexcept {
