@@ -1,5 +1,7 @@
 #include "host/db/core/undo.h"
 
+#include <iterator>
+
 #include "db/database.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/core/store.h"
@@ -31,15 +33,25 @@ void GcDbUndo::keep(Change change) {
   m_done.back().changes.push_back(std::move(change));
 }
 
+GcDbUndo::Change GcDbUndo::change(What what, GcDbObjectId id) {
+  static const State kStates[] = {{What::Modified, {}}, {What::Appended, {}}, {What::Unappended, {}},
+                                  {What::Erased, {}},   {What::Unerased, {}}, {What::Replaced, {}}};
+  return {id, std::unique_ptr<const State, Release>(&kStates[static_cast<int>(what)])};
+}
+
+GcDbUndo::Change GcDbUndo::change(What what, const GcDbObject& object) {
+  return {object.objectId(),
+          std::unique_ptr<const State, Release>(new State{what, gcdbImageOf(object, GcDb::kUndoFiler), object.isA()})};
+}
+
 void GcDbUndo::record(What what, const GcDbObject& object) {
   if (m_applying || (!m_on && m_transactions == 0)) return;
-  Change change{what, object.objectId(), {}};
-  if (what == What::Modified || what == What::Replaced) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
-  if (what == What::Replaced) change.kind = object.isA();
+  const bool hasImage = what == What::Modified || what == What::Replaced;
+  Change made = hasImage ? change(what, object) : change(what, object.objectId());
   if (m_transactions > 0)
-    m_open.push_back(std::move(change));
+    m_open.push_back(std::move(made));
   else
-    keep(std::move(change));
+    keep(std::move(made));
 }
 
 size_t GcDbUndo::beginTransaction() {
@@ -61,10 +73,9 @@ void GcDbUndo::endTransaction() {
 void GcDbUndo::abortTransaction(size_t start) {
   --m_transactions;
   Group group;
-  while (m_open.size() > start) {
-    group.changes.insert(group.changes.begin(), std::move(m_open.back()));
-    m_open.pop_back();
-  }
+  const auto first = m_open.begin() + static_cast<std::ptrdiff_t>(start);
+  group.changes.assign(std::make_move_iterator(first), std::make_move_iterator(m_open.end()));
+  m_open.erase(first, m_open.end());
   apply(group);
 }
 
@@ -78,12 +89,11 @@ void GcDbUndo::recordReplaced(const GcDbObject& object) { record(What::Replaced,
 
 void GcDbUndo::putBack(const Change& change, Group& inverse) {
   GcDbStub* stub = change.id.stub();
-  auto* fresh = static_cast<GcDbObject*>(change.kind->create());
+  auto* fresh = static_cast<GcDbObject*>(change.state->kind->create());
   if (fresh == nullptr) return;
-  inverse.changes.push_back(
-      {What::Replaced, change.id, gcdbImageOf(*stub->object, GcDb::kUndoFiler), stub->object->isA()});
+  inverse.changes.push_back(GcDbUndo::change(What::Replaced, *stub->object));
   delete m_database.store().replace(stub, fresh);
-  ignore(gcdbImageInto(*fresh, change.image, GcDb::kUndoFiler));
+  ignore(gcdbImageInto(*fresh, change.state->image, GcDb::kUndoFiler));
   fresh->subLoaded();
   m_database.notifyModified(fresh);
 }
@@ -92,32 +102,32 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
   GcDbStub* stub = change.id.stub();
   GcDbObject* object = stub->object;
   if (object == nullptr) return;
-  switch (change.what) {
+  switch (change.state->what) {
     case What::Replaced: putBack(change, inverse); break;
     case What::Modified:
-      inverse.changes.push_back({What::Modified, change.id, gcdbImageOf(*object, GcDb::kUndoFiler)});
-      ignore(gcdbImageInto(*object, change.image, GcDb::kUndoFiler));
+      inverse.changes.push_back(GcDbUndo::change(What::Modified, *object));
+      ignore(gcdbImageInto(*object, change.state->image, GcDb::kUndoFiler));
       stub->pathKept = false;
       object->subLoaded();
       m_database.notifyModified(object);
       break;
     case What::Appended:
-      inverse.changes.push_back({What::Unappended, change.id, {}});
+      inverse.changes.push_back(GcDbUndo::change(What::Unappended, change.id));
       stub->erased = true;
       m_database.notifyUnAppended(object);
       break;
     case What::Unappended:
-      inverse.changes.push_back({What::Appended, change.id, {}});
+      inverse.changes.push_back(GcDbUndo::change(What::Appended, change.id));
       stub->erased = false;
       m_database.notifyReAppended(object);
       break;
     case What::Unerased:
-      inverse.changes.push_back({What::Erased, change.id, {}});
+      inverse.changes.push_back(GcDbUndo::change(What::Erased, change.id));
       stub->erased = true;
       m_database.notifyErased(object, true);
       break;
     case What::Erased:
-      inverse.changes.push_back({What::Unerased, change.id, {}});
+      inverse.changes.push_back(GcDbUndo::change(What::Unerased, change.id));
       stub->erased = false;
       m_database.notifyErased(object, false);
       break;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "db/objectid.h"
@@ -43,11 +44,21 @@ class GcDbUndo {
 
  private:
   enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased, Replaced };
-  struct Change {
+  struct State {
     What what;
-    GcDbObjectId id;
     std::vector<uint8_t> image;       // Modified, Replaced: the state before
     const GcRxClass* kind = nullptr;  // Replaced: its class
+  };
+  // The states without an image are there once for all changes.
+  struct Release {
+    void operator()(const State* state) const {
+      if (!state->image.empty() || state->kind != nullptr) delete state;
+    }
+  };
+  // Small, since a program that draws a million lines leaves a million of them.
+  struct Change {
+    GcDbObjectId id;
+    std::unique_ptr<const State, Release> state;
   };
   struct Group {
     std::vector<Change> changes;
@@ -55,6 +66,8 @@ class GcDbUndo {
   };
 
   void record(What what, const GcDbObject& object);
+  static Change change(What what, GcDbObjectId id);           // without an image
+  static Change change(What what, const GcDbObject& object);  // with its state now
   void keep(Change change);
   // Applies a group backwards; returns the group that takes this back again.
   Group apply(const Group& group);

@@ -10,7 +10,7 @@ void* gcHeapAlloc(std::size_t size) noexcept;  // null when memory is exhausted
 // Another size for what gcHeapAlloc gave (null is fine), its contents kept; null when memory is exhausted, and then
 // the old memory stays. Only for contents that may be moved bytewise.
 void* gcHeapResize(void* memory, std::size_t size) noexcept;
-void gcHeapFree(void* memory) noexcept;        // null is fine
+void gcHeapFree(void* memory) noexcept;  // null is fine
 
 // A fresh copy of a zero-terminated string, to be freed with gcutDelBuffer. A null input gives a null
 // output and eOk.  Errors: eOutOfMemory (output is then untouched).
