@@ -23,7 +23,7 @@ test:
 	@tools/test
 
 test-all:
-	@tools/setup build tests windows fuzz check
+	@tools/setup build tests windows fuzz check kernel
 	@tools/test --all
 
 windows:
@@ -35,7 +35,7 @@ check:
 	@tools/check
 
 bench:
-	@tools/setup build tests bench
+	@tools/setup build tests bench kernel
 	@tools/bench
 
 clean:

@@ -25,11 +25,21 @@ struct GcGeBox {
     const double z = std::max({lo[2] - p.z, 0.0, p.z - hi[2]});
     return x * x + y * y + z * z;
   }
+  // Moved, then wider by `margin` on all sides.
+  [[nodiscard]] GcGeBox grown(const GcGeVector3d& shift, double margin) const {
+    return {{lo[0] + shift.x - margin, lo[1] + shift.y - margin, lo[2] + shift.z - margin},
+            {hi[0] + shift.x + margin, hi[1] + shift.y + margin, hi[2] + shift.z + margin}};
+  }
+  // Without branches: how it comes out is hard to foretell.
+  [[nodiscard]] bool meets(const GcGeBox& other) const {
+    const double x = std::max(lo[0] - other.hi[0], other.lo[0] - hi[0]);
+    const double y = std::max(lo[1] - other.hi[1], other.lo[1] - hi[1]);
+    const double z = std::max(lo[2] - other.hi[2], other.lo[2] - hi[2]);
+    return std::max(std::max(x, y), z) <= 0;
+  }
   // Whether the boxes come within the tolerance of each other, the other one moved by the shift.
   [[nodiscard]] bool meets(const GcGeBox& other, const GcGeVector3d& shift, double tol) const {
-    return lo[0] <= other.hi[0] + shift.x + tol && other.lo[0] + shift.x <= hi[0] + tol &&
-           lo[1] <= other.hi[1] + shift.y + tol && other.lo[1] + shift.y <= hi[1] + tol &&
-           lo[2] <= other.hi[2] + shift.z + tol && other.lo[2] + shift.z <= hi[2] + tol;
+    return meets(other.grown(shift, tol));
   }
   [[nodiscard]] double diagonal() const {
     return isEmpty() ? 0 : GcGeVector3d(hi[0] - lo[0], hi[1] - lo[1], hi[2] - lo[2]).length();

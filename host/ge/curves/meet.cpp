@@ -20,7 +20,7 @@ class Descent {
   }
 
   void run() {
-    if (!m_a.leaves.empty() && !m_b.leaves.empty()) visit(m_a.levels() - 1, 0, m_b.levels() - 1, 0);
+    if (!m_a.leaves.empty() && !m_b.leaves.empty()) tryPair(m_a.levels() - 1, 0, m_b.levels() - 1, 0);
   }
 
  private:
@@ -30,21 +30,55 @@ class Descent {
     visitSelf(level - 1, first);
     if (second >= m_a.count(level - 1)) return;
     visitSelf(level - 1, second);
-    visit(level - 1, first, level - 1, second);
+    tryPair(level - 1, first, level - 1, second);
   }
 
+  void tryPair(int levelA, int a, int levelB, int b) {
+    if (m_a.box(levelA, a).meets(m_b.box(levelB, b), m_shift, m_tol)) visit(levelA, a, levelB, b);
+  }
+
+  // Nodes whose boxes meet. The higher one is opened until both are of one level, then both together.
   void visit(int levelA, int a, int levelB, int b) {
-    if (!m_a.box(levelA, a).meets(m_b.box(levelB, b), m_shift, m_tol)) return;
-    if (levelA == 0 && levelB == 0) return m_f(a, b);
-    if (levelA >= levelB) {
-      visit(levelA - 1, 2 * a, levelB, b);
-      if (2 * a + 1 < m_a.count(levelA - 1)) visit(levelA - 1, 2 * a + 1, levelB, b);
+    if (levelA == levelB) return visitLevel(levelA, a, b);
+    if (levelA > levelB) {
+      const int first = 2 * a, end = std::min(first + 2, m_a.count(levelA - 1));
+      for (int child = first; child < end; ++child) tryPair(levelA - 1, child, levelB, b);
     } else {
-      visit(levelA, a, levelB - 1, 2 * b);
-      if (2 * b + 1 < m_b.count(levelB - 1)) visit(levelA, a, levelB - 1, 2 * b + 1);
+      const int first = 2 * b, end = std::min(first + 2, m_b.count(levelB - 1));
+      for (int child = first; child < end; ++child) tryPair(levelA, a, levelB - 1, child);
     }
   }
 
+  // The first ones first. Whether the boxes of two children meet is hard to foretell: every pair is put on the stack,
+  // which grows by those that do.
+  void visitLevel(int level, int a, int b) {
+    struct Nodes {
+      int level, a, b;
+    };
+    Nodes stack[3 * kMostLevels + 4];
+    stack[0] = {level, a, b};
+    for (int top = 1; top > 0;) {
+      const Nodes at = stack[--top];
+      if (at.level == 0) {
+        m_f(at.a, at.b);
+        continue;
+      }
+      const int below = at.level - 1, firstA = 2 * at.a, firstB = 2 * at.b;
+      const GcGeBox *boxesA = &m_a.box(below, firstA), *boxesB = &m_b.box(below, firstB);
+      const int countA = std::min(2, m_a.count(below) - firstA), countB = std::min(2, m_b.count(below) - firstB);
+      const GcGeBox first = boxesB[0].grown(m_shift, m_tol), second = boxesB[countB - 1].grown(m_shift, m_tol);
+      const auto put = [&](int i, int j, bool meets) {
+        stack[top] = {below, firstA + i, firstB + j};
+        top += static_cast<int>(meets);
+      };
+      put(1, 1, (countA > 1) & (countB > 1) & boxesA[countA - 1].meets(second));
+      put(1, 0, (countA > 1) & boxesA[countA - 1].meets(first));
+      put(0, 1, (countB > 1) & boxesA[0].meets(second));
+      put(0, 0, boxesA[0].meets(first));
+    }
+  }
+
+  static constexpr int kMostLevels = 32;  // leaves are counted by int
   const GcGeTree &m_a, &m_b;
   GcGeVector3d m_shift;
   double m_tol;
@@ -93,11 +127,27 @@ void joinStretches(std::vector<GcGeSharing>& stretches, double tol) {
   stretches = std::move(joined);
 }
 
+// In order along both paths; sorted by short keys, for the meetings themselves are long.
+void sortAlong(std::vector<GcGeMeeting>& points) {
+  struct Key {
+    double ta, tb;
+    size_t index;
+  };
+  std::vector<Key> keys;
+  keys.reserve(points.size());
+  for (const GcGeMeeting& p : points) keys.push_back({p.ta, p.tb, keys.size()});
+  std::sort(keys.begin(), keys.end(),
+            [](const Key& x, const Key& y) { return x.ta != y.ta ? x.ta < y.ta : x.tb < y.tb; });
+  std::vector<GcGeMeeting> sorted;
+  sorted.reserve(points.size());
+  for (const Key& key : keys) sorted.push_back(points[key.index]);
+  points = std::move(sorted);
+}
+
 void tidy(const GcGePath& a, const GcGePath& b, double tol, GcGeMeetings& found) {
   joinStretches(found.stretches, tol);
   std::vector<GcGeMeeting>& points = found.points;
-  std::sort(points.begin(), points.end(),
-            [](const GcGeMeeting& x, const GcGeMeeting& y) { return x.ta != y.ta ? x.ta < y.ta : x.tb < y.tb; });
+  sortAlong(points);
   const double near = 16 * tol;
   std::vector<GcGeMeeting> kept;
   kept.reserve(points.size());
@@ -158,6 +208,18 @@ bool areNeighbours(const GcGePath& path, const GcGeTree& tree, int i, int j) {
   return sj - si <= kNext || (path.isClosed() && si + count - sj <= kNext);
 }
 
+// Whether a meeting of a span with the one behind it is their joint: the way there is no longer than `near`. For lines and
+// arcs, whose speed hardly changes; false leaves it open.
+bool isAtJoint(const GcGePath& path, int before, const GcGeMeeting& p, double near) {
+  const GcGeSpan &a = path.spans()[before], &b = path.spans()[before + 1];
+  const auto mostSpeed = [](const GcGeSpan& s) {
+    return s.kind == GcGeSpan::Kind::Line ? s.b.length() : std::abs(s.sweep) * std::max(s.b.length(), s.c.length());
+  };
+  if (a.kind == GcGeSpan::Kind::Bezier || b.kind == GcGeSpan::Kind::Bezier) return false;
+  const double wayA = std::abs(a.t1() - p.ta) / std::abs(a.tPerU), wayB = std::abs(p.tb - b.t0()) / std::abs(b.tPerU);
+  return wayA * mostSpeed(a) + wayB * mostSpeed(b) <= near;
+}
+
 // Pairs of leaves that can meet at their joint only.
 bool meetAtJointOnly(const GcGePath& path, const GcGeTree& tree, int i, int j) {
   using Kind = GcGeSpan::Kind;
@@ -202,10 +264,15 @@ GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol) {
     if (meetAtJointOnly(path, tree, i, j)) return;
     const size_t before = found.points.size();
     GcGeMeetPair({&path, &tree, i, {}}, {&path, &tree, j, {}}, tol, found).solve();
-    if (found.points.size() > before && areNeighbours(path, tree, i, j))
-      found.points.erase(std::remove_if(found.points.begin() + static_cast<long>(before), found.points.end(),
-                                        [&](const GcGeMeeting& p) { return samePlace(path, p.ta, p.tb, near); }),
-                         found.points.end());
+    if (found.points.size() == before || !areNeighbours(path, tree, i, j)) return;
+    const int si = tree.leaves[i].span;
+    const bool next = tree.leaves[j].span == si + 1;
+    found.points.erase(std::remove_if(found.points.begin() + static_cast<long>(before), found.points.end(),
+                                      [&](const GcGeMeeting& p) {
+                                        return (next && isAtJoint(path, si, p, near)) ||
+                                               samePlace(path, p.ta, p.tb, near);
+                                      }),
+                       found.points.end());
   };
   Descent(tree, tree, {}, tol, pair).runSelf();
   for (GcGeMeeting& p : found.points)

@@ -137,10 +137,14 @@ void GcGeMeetPair::lineLine() {
   }
   const GcGeVector3d n = d.crossProduct(e);
   const double nn = n.lengthSqrd();
-  const auto off = [&](double v) { return (r + e * v).crossProduct(d).length(); };  // times |d|
-  const double near = tol * std::sqrt(dd);
-  const bool along = std::isfinite(lb.u0) && std::isfinite(lb.u1) ? off(lb.u0) <= near && off(lb.u1) <= near
-                                                                  : nn <= 1e-24 * dd * ee && off(0) <= near;
+  const bool bounded = std::isfinite(lb.u0) && std::isfinite(lb.u1);
+  const double reach = lb.u1 - lb.u0;
+  bool along = false;
+  if (!bounded || reach * reach * nn <= 4 * tol * tol * dd) {  // else its ends are too far from each other's parallel
+    const auto off = [&](double v) { return (r + e * v).crossProduct(d).length(); };  // times |d|
+    const double near = tol * std::sqrt(dd);
+    along = bounded ? off(lb.u0) <= near && off(lb.u1) <= near : nn <= 1e-24 * dd * ee && off(0) <= near;
+  }
   constexpr double kParallel = 1e-28;  // squared sine below which directions are equal to the last digits
   if (along || nn <= kParallel * dd * ee) {
     if (along && !std::isfinite(la.u0 + la.u1) && !std::isfinite(lb.u0 + lb.u1)) {
@@ -155,8 +159,10 @@ void GcGeMeetPair::lineLine() {
   // Far from their bases lines are apart by what rounding did to their directions.
   constexpr double kRounding = 8 * std::numeric_limits<double>::epsilon();
   const double gap = r.dotProduct(n);
-  const double apart = tol + kRounding * (std::abs(u) * std::sqrt(dd) + std::abs(v) * std::sqrt(ee));
-  if (gap * gap > apart * apart * nn) return;
+  if (gap * gap > tol * tol * nn) {
+    const double apart = tol + kRounding * (std::abs(u) * std::sqrt(dd) + std::abs(v) * std::sqrt(ee));
+    if (gap * gap > apart * apart * nn) return;
+  }
   if (u >= la.u0 && u <= la.u1 && v >= lb.u0 && v <= lb.u1) return meet(u, v);
   // Just outside: an end that touches the other line.
   const double heldU = std::clamp(u, la.u0, la.u1);

@@ -173,14 +173,32 @@ class Trimmer {
       const int end = (i + 1) % cuts;
       if (take(slice, m_sorted[end].partner) || (count == cuts || i + 1 < count ? take(slice, end) : false)) continue;
     }
-    for (int i = 0; i < count; ++i) {
-      Slice& slice = m_slices[i];
+    linkByPlace(take);
+  }
+
+  // Ends without a cut in common: to a valid slice that begins within a few tolerances.
+  template <class Take>
+  void linkByPlace(const Take& take) {
+    struct Start {
+      GcGeVector3d at;
+      int slice;
+    };
+    const int count = static_cast<int>(m_slices.size());
+    std::vector<Start> starts;
+    for (int j = 0; j < count; ++j)
+      if (m_slices[j].valid && !m_slices[j].targeted) starts.push_back({pointAt(m_slices[j].t0), j});
+    std::sort(starts.begin(), starts.end(), [](const Start& p, const Start& q) { return p.at.x < q.at.x; });
+    const double near = 64 * m_tol.point;
+    for (Slice& slice : m_slices) {
       if (!slice.valid || slice.next >= 0) continue;
-      const GcGeVector3d at = pointAt(slice.t1);
-      for (int j = 0; j < count; ++j)
-        if (m_slices[j].valid && !m_slices[j].targeted && (pointAt(m_slices[j].t0) - at).length() <= 64 * m_tol.point &&
-            take(slice, j))
-          break;
+      const GcGeVector3d end = pointAt(slice.t1);
+      auto start = std::lower_bound(starts.begin(), starts.end(), end.x - near,
+                                    [](const Start& p, double x) { return p.at.x < x; });
+      int best = -1;  // the first along the path
+      for (; start != starts.end() && start->at.x <= end.x + near; ++start)
+        if (!m_slices[start->slice].targeted && (start->at - end).length() <= near && (best < 0 || start->slice < best))
+          best = start->slice;
+      take(slice, best);
     }
   }
 

@@ -38,6 +38,59 @@ GcGeJet cubicJet(const GcGePole* p, double u) {
   return jet;
 }
 
+// Quotient rule: C = A / w, C' = (A' - C w') / w, C'' = (A'' - 2 C' w' - C w'') / w.
+GcGeJet quotient(const GcGePole& value, const GcGePole& first, const GcGePole& second) {
+  GcGeJet jet;
+  const double inverse = 1 / value.w;
+  jet.point = value.numerator() * inverse;
+  jet.first = (first.numerator() - jet.point * first.w) * inverse;
+  jet.second = (second.numerator() - jet.first * (2 * first.w) - jet.point * second.w) * inverse;
+  return jet;
+}
+
+// f0 p0 + f1 p1 + f2 p2 + f3 p3
+GcGePole blend(const GcGePole* p, double f0, double f1, double f2, double f3) {
+  return {f0 * p[0].x + f1 * p[1].x + f2 * p[2].x + f3 * p[3].x, f0 * p[0].y + f1 * p[1].y + f2 * p[2].y + f3 * p[3].y,
+          f0 * p[0].z + f1 * p[1].z + f2 * p[2].z + f3 * p[3].z, f0 * p[0].w + f1 * p[1].w + f2 * p[2].w + f3 * p[3].w};
+}
+
+// Differences of neighbours first: nothing cancels in the slopes.
+void differences(const GcGePole* from, int count, GcGePole* out) {
+  for (int i = 0; i < count; ++i)
+    out[i] = {from[i + 1].x - from[i].x, from[i + 1].y - from[i].y, from[i + 1].z - from[i].z,
+              from[i + 1].w - from[i].w};
+}
+
+struct CubicSlope {
+  GcGePole value, first;
+  GcGePole legs[4];  // the fourth is zero
+  CubicSlope(const GcGePole* p, double u) {
+    const double v = 1 - u;
+    differences(p, 3, legs);
+    legs[3] = {0, 0, 0, 0};
+    value = blend(p, v * v * v, 3 * v * v * u, 3 * v * u * u, u * u * u);
+    first = blend(legs, 3 * v * v, 6 * v * u, 3 * u * u, 0);
+  }
+};
+
+GcGeJet rationalCubicJet(const GcGePole* p, double u) {
+  const CubicSlope at(p, u);
+  GcGePole bends[2];
+  differences(at.legs, 2, bends);
+  const double f0 = 6 * (1 - u), f1 = 6 * u;
+  return quotient(at.value, at.first,
+                  {f0 * bends[0].x + f1 * bends[1].x, f0 * bends[0].y + f1 * bends[1].y,
+                   f0 * bends[0].z + f1 * bends[1].z, f0 * bends[0].w + f1 * bends[1].w});
+}
+
+double rationalCubicSpeed(const GcGePole* p, double u) {
+  const CubicSlope at(p, u);
+  const double inverse = 1 / at.value.w, slope = at.first.w * inverse;
+  const double x = at.first.x - at.value.x * slope, y = at.first.y - at.value.y * slope;
+  const double z = at.first.z - at.value.z * slope;
+  return std::sqrt(x * x + y * y + z * z) * inverse;
+}
+
 // de Casteljau down to the last three rows, which hold the homogeneous value and its two derivatives.
 GcGeJet bezierJet(const GcGePole* poles, int n, double u) {
   GcGePole row[GcGeSpan::kMostDegree + 1];
@@ -56,13 +109,7 @@ GcGeJet bezierJet(const GcGePole* poles, int n, double u) {
     }
     for (int i = 0; i < left; ++i) row[i] = mix(row[i], row[i + 1], u);
   }
-  // Quotient rule: C = A / w, C' = (A' - C w') / w, C'' = (A'' - 2 C' w' - C w'') / w.
-  GcGeJet jet;
-  const double w = row[0].w;
-  jet.point = row[0].numerator() / w;
-  jet.first = (first.numerator() - jet.point * first.w) / w;
-  jet.second = (second.numerator() - jet.first * (2 * first.w) - jet.point * second.w) / w;
-  return jet;
+  return quotient(row[0], first, second);
 }
 
 }  // namespace
@@ -74,7 +121,8 @@ GcGeJet gcgeJetAt(const GcGeSpan& span, const GcGePole* poles, double u) {
     case GcGeSpan::Kind::Bezier: break;
   }
   const GcGePole* own = poles + span.firstPole;
-  return span.degree == 3 && !span.rational ? cubicJet(own, u) : bezierJet(own, span.degree, u);
+  if (span.degree == 3) return span.rational ? rationalCubicJet(own, u) : cubicJet(own, u);
+  return bezierJet(own, span.degree, u);
 }
 
 GcGeVector3d gcgePointAt(const GcGeSpan& span, const GcGePole* poles, double u) {
@@ -93,8 +141,9 @@ GcGeVector3d gcgePointAt(const GcGeSpan& span, const GcGePole* poles, double u) 
 
 double gcgeSpeedAt(const GcGeSpan& span, const GcGePole* poles, double u) {
   if (span.kind == GcGeSpan::Kind::Line) return span.b.length();
-  if (span.kind == GcGeSpan::Kind::Bezier && span.degree == 3 && !span.rational) {
+  if (span.kind == GcGeSpan::Kind::Bezier && span.degree == 3) {
     const GcGePole* p = poles + span.firstPole;
+    if (span.rational) return rationalCubicSpeed(p, u);
     const double v = 1 - u, f0 = 3 * v * v, f1 = 6 * u * v, f2 = 3 * u * u;
     const double x = f0 * (p[1].x - p[0].x) + f1 * (p[2].x - p[1].x) + f2 * (p[3].x - p[2].x);
     const double y = f0 * (p[1].y - p[0].y) + f1 * (p[2].y - p[1].y) + f2 * (p[3].y - p[2].y);
