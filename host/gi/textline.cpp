@@ -120,6 +120,14 @@ std::vector<GcGiTextChar> gcgiTextChars(GcView text, uint8_t rules) {
   return chars;
 }
 
+GcGiTextBox gcgiTextBox(const GcGiTextStyle& style, double length) {
+  if (style.vertical) return {-style.height / 2, style.height / 2, -length, 0};
+  GcGiTextBox box;
+  (style.backward ? box.left : box.right) = style.backward ? -length : length;
+  (style.upsideDown ? box.low : box.high) = style.upsideDown ? -style.height : style.height;
+  return box;
+}
+
 double gcgiTextLength(GcView text, const GcGiTextStyle& style) {
   const std::vector<GcGiTextChar> chars = gcgiTextChars(text);
   if (chars.empty()) return 0;

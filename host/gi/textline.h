@@ -24,6 +24,12 @@ std::vector<GcGiTextChar> gcgiTextChars(GcView text, uint8_t rules = 0);
 // Length of the line from its first letter's left side to its last letter's right side; for vertical text its height.
 double gcgiTextLength(GcView text, const GcGiTextStyle& style);
 
+// The box of a line of that length, from its origin: letters from the base line to their tops.
+struct GcGiTextBox {
+  double left = 0, right = 0, low = 0, high = 0;
+};
+GcGiTextBox gcgiTextBox(const GcGiTextStyle& style, double length);
+
 // Receives what the pen draws.
 class GcGiStrokeSink {
  public:

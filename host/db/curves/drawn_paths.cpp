@@ -53,12 +53,9 @@ class Collector : public GcGiListener {
   void text(const GcGePoint3d& position, const GcGeVector3d& normal, const GcGeVector3d& direction, const GCHAR* text,
             const GcGiTextStyle& style) override {
     const GcGeVector3d along = direction.normal(), up = normal.normal().crossProduct(along);
-    const double length = gcgiTextLength(view(text), style);
-    const double wide = style.vertical ? style.height : length, high = style.vertical ? length : style.height;
-    const double left = style.vertical ? -wide / 2 : style.backward ? -wide : 0;
-    const double low = style.vertical || style.upsideDown ? -high : 0;
-    const GcGePoint3d corner = position + along * left + up * low;
-    const GcGeVector3d right = along * wide, rise = up * high;
+    const GcGiTextBox box = gcgiTextBox(style, gcgiTextLength(view(text), style));
+    const GcGePoint3d corner = position + along * box.left + up * box.low;
+    const GcGeVector3d right = along * (box.right - box.left), rise = up * (box.high - box.low);
     const GcGePoint3d corners[4] = {corner, corner + right, corner + right + rise, corner + rise};
     polyline(4, corners, true);
   }

@@ -654,7 +654,7 @@ void gcdbVisitReferences(GcDbObject& object, GcDbReferenceVisitor& visitor) {
   for (int i = 0; info != nullptr && i < info->rowCount; ++i) visitRow(*info->rows[i], &object, visitor);
 }
 
-Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& transform) {
+Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& transform, GcDbImageSide side) {
   const GcDbClassInfo* info = gcdbInfoOf(object);
   if (info == nullptr) return Gcad::eNotApplicable;
   GcGeVector3d normal = GcGeVector3d::kZAxis;
@@ -665,14 +665,14 @@ Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& tr
   t.world = transform;
   GcGeMatrix3d fromOld, toNew;
   fromOld.setToPlaneToWorld(normal);
-  // The new plane is spanned by the images of the old axes; for mirrored images the normal is kept on the
-  // side where the drawn figure keeps its sense of turning.
+  // The new plane is spanned by the images of the old axes.
   t.newNormal = (transform * fromOld.column(0)).crossProduct(transform * fromOld.column(1)).normal();
   if (t.newNormal.lengthSqrd() == 0) return Gcad::eCannotScaleNonUniformly;
+  t.mirrored = side == GcDbImageSide::Mirrors;
+  if (t.mirrored) t.newNormal = GcGeVector3d() - t.newNormal;
   toNew.setToWorldToPlane(t.newNormal);
   t.ocs = toNew * transform * fromOld;
   t.lengthFactor = transform.scale();
-  t.mirrored = false;
   const GcGeVector3d x = t.ocs.column(0);
   t.angleOffsetRad = std::atan2(x.y, x.x);
   for (int i = 0; i < info->rowCount; ++i) transformRow(*info->rows[i], &object, t);

@@ -101,5 +101,10 @@ class GcDbReferenceVisitor {
 };
 void gcdbVisitReferences(GcDbObject& object, GcDbReferenceVisitor& visitor);
 
+// On which side of its plane an object's image has its normal: where a figure keeps its sense of turning, or on the
+// other one, with its figures mirrored and its angles running the other way.
+enum class GcDbImageSide : uint8_t { KeepsTurning, Mirrors };
+
 // Transforms every field by what it is: points, vectors, lengths, normals, angles.
-Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& transform);
+Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& transform,
+                                      GcDbImageSide side = GcDbImageSide::KeepsTurning);

@@ -94,7 +94,7 @@ Gcad::ErrorStatus GcDbAttribute::setAttributeFromBlock(const GcDbAttributeDefini
   m_mirror = definition->m_mirror;
   m_horizontal = definition->m_horizontal;
   m_vertical = definition->m_vertical;
-  return subTransformBy(blockTransform);
+  return transformExactly(blockTransform);
 }
 
 bool GcDbAttributeDefinition::subWorldDraw(GcGiWorldDraw* draw) {

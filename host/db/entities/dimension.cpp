@@ -6,6 +6,7 @@
 #include "db/database.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/dimoverride.h"
+#include "host/db/entities/mirrored_text.h"
 #include "host/db/entities/planar.h"
 
 GCDB_DEFINE_CLASS(GcDbDimension, "AcDbDimension")
@@ -199,13 +200,24 @@ bool onlyMoves(const GcGeMatrix3d& m) {
 
 }  // namespace
 
-// Moved, the dimension shows its block at an offset, as copies that share a block do. Under any other change the
+// A text turned by hand stays readable.
+void GcDbDimension::mirrorTextAngle(const GcGeMatrix3d& transform) {
+  if (m_textRotationRad == 0) return;
+  const GcGeVector3d along = gcplanar::directionAt(m_textRotationRad, m_normal);
+  const gcmirrored::Image image = gcmirrored::imageOf(transform, {}, along, m_normal.crossProduct(along), {});
+  m_textRotationRad = gcplanar::angleOf(image.along, m_normal);
+}
+
+// Mirrored, a dimension is never seen from behind, whatever the setting for texts. Moved, the dimension shows its block at an offset, as copies that share a block do. Under any other change the
 // block no longer fits, and the dimension draws itself.
 Gcad::ErrorStatus GcDbDimension::subTransformBy(const GcGeMatrix3d& transform) {
   if (!transform.isUniScaledOrtho()) return Gcad::eCannotScaleNonUniformly;
   const bool keepsBlock = onlyMoves(transform);
   const GcGeVector3d moved = keepsBlock ? gcplanar::toOwn(transform.translation(), m_normal) : GcGeVector3d();
-  const Gcad::ErrorStatus status = GcDbEntity::subTransformBy(transform);
+  const bool turnsOver = gcmirrored::turnsOver(transform, m_normal);
+  if (turnsOver) mirrorTextAngle(transform);
+  const Gcad::ErrorStatus status =
+      gcdbTransformFields(*this, transform, turnsOver ? GcDbImageSide::Mirrors : GcDbImageSide::KeepsTurning);
   if (status != Gcad::eOk) return status;
   m_cloneOffset = m_cloneOffset + moved;
   if (!keepsBlock) {

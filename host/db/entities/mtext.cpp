@@ -5,6 +5,7 @@
 #include "db/database.h"
 #include "db/textstyle.h"
 #include "host/db/describe/fieldio.h"
+#include "host/db/entities/mirrored_text.h"
 #include "host/db/entities/planar.h"
 #include "host/gi/mtext.h"
 
@@ -183,13 +184,6 @@ void GcDbMText::subAppended() {
   ignore(style->close());
 }
 
-Gcad::ErrorStatus GcDbMText::subTransformBy(const GcGeMatrix3d& transform) {
-  const Gcad::ErrorStatus status = GcDbEntity::subTransformBy(transform);
-  if (!m_direction.isZeroLength()) m_direction = m_direction.normal();
-  m_turnRad = kNoTurn;
-  return status;
-}
-
 namespace {
 
 GcGiMTextLayout layOut(const GcDbMText& text) {
@@ -209,6 +203,36 @@ GcGiMTextLayout layOut(const GcDbMText& text) {
 }
 
 }  // namespace
+
+namespace {
+
+// The attachment point says how the lines lie about the location: from it on, on both sides, or up to it.
+gcmirrored::Image mirroredImage(const GcDbMText& text, const GcGeMatrix3d& transform) {
+  const GcGiMTextLayout layout = layOut(text);
+  const int column = (text.attachment() - 1) % 3, row = (text.attachment() - 1) / 3;
+  const gcmirrored::Box box{-layout.width * column / 2, layout.width * (2 - column) / 2, -layout.height * (2 - row) / 2,
+                            layout.height * row / 2};
+  const GcGeVector3d along = gcplanar::directionAt(text.rotation(), text.normal());
+  return gcmirrored::imageOf(transform, text.location(), along, text.normal().crossProduct(along), box);
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbMText::subTransformBy(const GcGeMatrix3d& transform) {
+  const bool staysReadable = gcmirrored::keepsReading(*this, transform, m_normal);
+  gcmirrored::Image image;
+  const GcGeVector3d normal = m_normal;
+  if (staysReadable) image = mirroredImage(*this, transform);
+  const Gcad::ErrorStatus status = GcDbEntity::subTransformBy(transform);
+  if (staysReadable && status == Gcad::eOk) {
+    m_location = image.base;
+    m_direction = image.along;
+    m_normal = normal;
+  }
+  if (!m_direction.isZeroLength()) m_direction = m_direction.normal();
+  m_turnRad = kNoTurn;
+  return status;
+}
 
 double GcDbMText::actualWidth() const { return layOut(*this).width; }
 double GcDbMText::actualHeight() const { return layOut(*this).height; }

@@ -18,8 +18,9 @@ GcGeVector3d normalOfImage(const GcGeMatrix3d& transform, const GcGeVector3d& no
 }
 
 double inFullTurn(double angleRad) {
-  const double rest = std::fmod(angleRad, kTwoPi);
-  return rest < 0 ? rest + kTwoPi : rest;
+  double rest = std::fmod(angleRad, kTwoPi);
+  if (rest < 0) rest += kTwoPi;
+  return rest > 0 && rest < kTwoPi ? rest : 0;  // a hair below 0 rounds to the whole turn
 }
 
 }  // namespace gcplanar

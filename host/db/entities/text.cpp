@@ -5,6 +5,7 @@
 #include "db/database.h"
 #include "db/textstyle.h"
 #include "host/db/describe/fieldio.h"
+#include "host/db/entities/mirrored_text.h"
 #include "host/db/entities/planar.h"
 #include "host/db/entities/text_rows.h"
 #include "host/gi/textline.h"
@@ -145,8 +146,39 @@ Gcad::ErrorStatus GcDbText::adjustAlignment() {
   return Gcad::eOk;
 }
 
-// The letters' base vectors are transformed and read back: turn, height, width factor and slant follow.
 Gcad::ErrorStatus GcDbText::subTransformBy(const GcGeMatrix3d& transform) {
+  if (!gcmirrored::keepsReading(*this, transform, m_normal)) return transformExactly(transform);
+  mirrorReadably(transform);
+  return Gcad::eOk;
+}
+
+// Point and alignment point keep their places relative to the text.
+void GcDbText::mirrorReadably(const GcGeMatrix3d& transform) {
+  GcGiTextStyle look;
+  textLook(look);
+  Placement at{m_position, m_rotationRad, m_height, m_widthFactor};
+  const double natural = gcgiTextLength(view(m_text), look);
+  if (!isDefaultAlignment()) at = aligned(at, m_alignment, m_horizontal, m_vertical, natural);
+  look.height = at.height;
+  look.widthFactor = at.widthFactor;
+  const double length = isDefaultAlignment() ? natural : gcgiTextLength(view(m_text), look);
+  const GcGiTextBox box = gcgiTextBox(look, length);
+  const GcGeVector3d along = gcplanar::directionAt(at.rotationRad, m_normal), up = m_normal.crossProduct(along);
+  const GcGePoint3d base = gcplanar::toWorld(at.position, m_normal);
+  const gcmirrored::Image image =
+      gcmirrored::imageOf(transform, base, along, up, {box.left, box.right, box.low, box.high});
+  const double factor = transform.scale();
+  const GcGeVector3d way = (alignmentPoint() - base) * factor;
+  const GcGePoint3d alignment = image.base + image.along * way.dotProduct(along) + image.up * way.dotProduct(up);
+  if (hasAlignmentPoint()) m_alignment = gcplanar::toOwn(alignment, m_normal);
+  m_position = gcplanar::toOwn(image.base, m_normal);
+  m_rotationRad = gcplanar::angleOf(image.along, m_normal);
+  m_height *= factor;
+  m_thickness *= factor;
+}
+
+// The letters' base vectors are transformed and read back: turn, height, width factor and slant follow.
+Gcad::ErrorStatus GcDbText::transformExactly(const GcGeMatrix3d& transform) {
   const GcGeVector3d normal = gcplanar::normalOfImage(transform, m_normal);
   if (normal.isZeroLength()) return Gcad::eCannotScaleNonUniformly;
   const GcGeVector3d along = transform * gcplanar::directionAt(m_rotationRad, m_normal);
@@ -158,6 +190,7 @@ Gcad::ErrorStatus GcDbText::subTransformBy(const GcGeMatrix3d& transform) {
   const double rise = (slanted - unit * sideways).length();
   const bool turnsOnly = transform.isUniScaledOrtho();
   const GcGePoint3d at = transform * position();
+  const bool hadAlignmentPoint = hasAlignmentPoint();
   const GcGePoint3d aligned = transform * alignmentPoint();
   m_rotationRad = gcplanar::angleOf(along, normal);
   m_height *= turnsOnly ? stretch : rise;
@@ -168,7 +201,7 @@ Gcad::ErrorStatus GcDbText::subTransformBy(const GcGeMatrix3d& transform) {
   }
   m_normal = normal;
   m_position = gcplanar::toOwn(at, m_normal);
-  m_alignment = gcplanar::toOwn(aligned, m_normal);
+  if (hadAlignmentPoint) m_alignment = gcplanar::toOwn(aligned, m_normal);
   return Gcad::eOk;
 }
 

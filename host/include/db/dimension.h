@@ -54,6 +54,7 @@ class GcDbDimension : public GcDbEntity {
   // Lines and arrows where there is no block.
   virtual void drawPlainly(GcGiWorldDraw& draw) const;
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
+  void mirrorTextAngle(const GcGeMatrix3d& transform);
 
   GcGePoint3d m_definition;   // on the dimension line, or as the kind says; world
   GcGePoint3d m_textMiddle;   // own system

@@ -64,6 +64,9 @@ class GcDbText : public GcDbEntity {
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
   [[nodiscard]] bool hasAlignmentPoint() const { return !isDefaultAlignment() || m_alignment != GcGePoint3d(); }
+  // The text and its letters as they are, seen from behind where the transformation shows them so.
+  Gcad::ErrorStatus transformExactly(const GcGeMatrix3d& transform);
+  void mirrorReadably(const GcGeMatrix3d& transform);
   // The style the text is set with.
   void textLook(GcGiTextStyle& look) const;
 
