@@ -102,6 +102,16 @@ bool samePlace(const GcGePath& path, double t0, double t1, double tol) {
   return staysAt(path, path.startParam(), low, tol) && staysAt(path, high, path.endParam(), tol);
 }
 
+// A stretch up to the seam of a closed path and the one that goes on behind it are one, which then ends before it
+// starts.
+void joinAtSeam(const GcGePath& a, std::vector<GcGeSharing>& stretches, double tol) {
+  if (!a.isClosed() || stretches.size() < 2) return;
+  GcGeSharing &first = stretches.front(), &last = stretches.back();
+  if ((last.to - first.from).length() > 8 * tol) return;
+  last.ta1 = first.ta1, last.tb1 = first.tb1, last.to = first.to;
+  stretches.erase(stretches.begin());
+}
+
 void joinStretches(std::vector<GcGeSharing>& stretches, double tol) {
   for (GcGeSharing& s : stretches)
     if (s.ta0 > s.ta1) {
@@ -112,17 +122,19 @@ void joinStretches(std::vector<GcGeSharing>& stretches, double tol) {
   std::sort(stretches.begin(), stretches.end(),
             [](const GcGeSharing& x, const GcGeSharing& y) { return x.ta0 < y.ta0; });
   std::vector<GcGeSharing> joined;
+  bool rising = true;  // the last one's piece on the second path, which may go on round that one's seam
   for (const GcGeSharing& s : stretches) {
     if ((s.to - s.from).length() <= tol && s.ta1 - s.ta0 <= 0) continue;
     if (!joined.empty() && (joined.back().ta1 >= s.ta0 || (joined.back().to - s.from).length() <= 8 * tol)) {
       GcGeSharing& last = joined.back();
-      const bool goesOn = last.ta1 >= s.ta1 || (last.tb1 - last.tb0 > 0) == (s.tb1 - s.tb0 > 0);
+      const bool goesOn = last.ta1 >= s.ta1 || rising == (s.tb1 > s.tb0);
       if (goesOn) {
         if (s.ta1 > last.ta1) last.ta1 = s.ta1, last.tb1 = s.tb1, last.to = s.to;
         continue;
       }
     }
     joined.push_back(s);
+    rising = s.tb1 > s.tb0;
   }
   stretches = std::move(joined);
 }
@@ -144,8 +156,13 @@ void sortAlong(std::vector<GcGeMeeting>& points) {
   points = std::move(sorted);
 }
 
+bool isWithin(double ta, const GcGeSharing& s) {
+  return s.ta0 <= s.ta1 ? ta >= s.ta0 && ta <= s.ta1 : ta >= s.ta0 || ta <= s.ta1;
+}
+
 void tidy(const GcGePath& a, const GcGePath& b, double tol, GcGeMeetings& found) {
   joinStretches(found.stretches, tol);
+  if (&a != &b) joinAtSeam(a, found.stretches, tol);
   std::vector<GcGeMeeting>& points = found.points;
   sortAlong(points);
   const double near = 16 * tol;
@@ -154,8 +171,7 @@ void tidy(const GcGePath& a, const GcGePath& b, double tol, GcGeMeetings& found)
   for (const GcGeMeeting& p : points) {
     bool drop = false;
     for (const GcGeSharing& s : found.stretches)
-      drop = drop || (p.ta >= s.ta0 && p.ta <= s.ta1) || (p.point - s.from).length() <= near ||
-             (p.point - s.to).length() <= near;
+      drop = drop || isWithin(p.ta, s) || (p.point - s.from).length() <= near || (p.point - s.to).length() <= near;
     for (size_t i = kept.size(); !drop && i-- > 0 && (kept[i].point - p.point).length() <= near;)
       drop = samePlace(a, kept[i].ta, p.ta, near) && samePlace(b, kept[i].tb, p.tb, near);
     if (!drop) kept.push_back(p);
@@ -235,6 +251,63 @@ bool meetAtJointOnly(const GcGePath& path, const GcGeTree& tree, int i, int j) {
   return touching && partAtJoint(path, tree, next ? i : j, next ? j : i);
 }
 
+// A parameter between two others, the shorter way round a closed path.
+double between(const GcGePath& path, double from, double to, double part) {
+  const double range = path.endParam() - path.startParam();
+  if (path.isClosed() && std::abs(to - from) > range / 2) to += to < from ? range : -range;
+  const double t = from + (to - from) * part;
+  return !path.isClosed() ? t : t < path.startParam() ? t + range : t > path.endParam() ? t - range : t;
+}
+
+// Whether the paths stay within the distance of each other between two meetings, so that they touch there and do not
+// cross twice.
+bool touchesBetween(const GcGePath& a, const GcGePath& b, const GcGeMeeting& p, const GcGeMeeting& q, double distance) {
+  const double chord = (p.point - q.point).lengthSqrd();
+  for (const double part : {0.5, 0.25, 0.75}) {
+    GcGeJet ja, jb;
+    if (!a.jetAt(between(a, p.ta, q.ta, part), ja) || !b.jetAt(between(b, p.tb, q.tb, part), jb)) return false;
+    const GcGeVector3d off = a.origin() + ja.point - (b.origin() + jb.point);
+    const double speed = jb.first.length();
+    if (!(speed > 0) || off.crossProduct(jb.first).length() > distance * speed) return false;
+    if (off.lengthSqrd() > chord + distance * distance) return false;
+  }
+  return true;
+}
+
+bool areLinesAt(const GcGePath& a, double ta, const GcGePath& b, double tb) {
+  int i = 0, j = 0;
+  double u = 0, v = 0;
+  return a.locate(ta, i, u) && b.locate(tb, j, v) && a.spans()[i].kind == GcGeSpan::Kind::Line &&
+         b.spans()[j].kind == GcGeSpan::Kind::Line;
+}
+
+// Far out rounding lets curves that touch seem to cross: neighbouring meetings with no room between them are one.
+void joinTouching(const GcGePath& a, const GcGePath& b, double tol, std::vector<GcGeMeeting>& points) {
+  const double grazing = gcgeGrazing(a, b, tol);
+  const double sizeA = a.isBounded() ? a.size() : b.size(), sizeB = b.isBounded() ? b.size() : a.size();
+  // A chord of a curve that bends with a thousand times its own size rises over it by no more than the distance.
+  constexpr double kFlat = 8e3, kMostNear = 0.02;
+  const double size = std::min(sizeA, sizeB), near = std::min(kMostNear * size, std::sqrt(kFlat * size * grazing));
+  const auto joins = [&](GcGeMeeting& p, const GcGeMeeting& q) {
+    if ((p.point - q.point).lengthSqrd() > near * near || areLinesAt(a, p.ta, b, p.tb)) return false;
+    GcGeJet middle;
+    const double ta = between(a, p.ta, q.ta, 0.5);
+    if (!touchesBetween(a, b, p, q, grazing) || !a.jetAt(ta, middle)) return false;
+    p = {ta, between(b, p.tb, q.tb, 0.5), middle.point};
+    return true;
+  };
+  size_t kept = 0;
+  for (size_t i = 0; i < points.size(); ++i)
+    if (kept == 0 || !joins(points[kept - 1], points[i])) points[kept++] = points[i];
+  points.resize(kept);
+  if (kept > 1 && a.isClosed() && joins(points.back(), points.front())) {  // round the seam
+    const GcGeMeeting joined = points.back();
+    points.pop_back();
+    if (joined.ta > points.front().ta) std::rotate(points.begin(), points.begin() + 1, points.end());
+    (joined.ta > points.front().ta ? points.back() : points.front()) = joined;
+  }
+}
+
 }  // namespace
 
 double gcgeMeetTolerance(const GcGePath& a, const GcGePath& b) {
@@ -253,6 +326,7 @@ GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol) {
   };
   Descent(treeA, treeB, shift, tol, pair).run();
   tidy(a, b, tol, found);
+  joinTouching(a, b, tol, found.points);
   return found;
 }
 

@@ -14,7 +14,8 @@ struct GcGeMeeting {
   GcGeVector3d point;     // from the origin of the first path
 };
 
-// A stretch that two paths share; tb0 > tb1 when they run in opposite directions.
+// A stretch that two paths share; tb0 > tb1 when they run in opposite directions. Through the seam of a closed first
+// path it runs from ta0 > ta1.
 struct GcGeSharing {
   double ta0 = 0, ta1 = 0, tb0 = 0, tb1 = 0;
   GcGeVector3d from, to;  // its ends, from the origin of the first path

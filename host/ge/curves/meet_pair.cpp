@@ -29,6 +29,11 @@ struct ArcFrame {
 
 }  // namespace
 
+double gcgeGrazing(const GcGePath& a, const GcGePath& b, double tol) {
+  constexpr double kOfTol = 0.01, kOfPlace = 3 * std::numeric_limits<double>::epsilon();
+  return kOfTol * tol + kOfPlace * (a.origin().asVector().length() + b.origin().asVector().length());
+}
+
 GcGeOnPath GcGeMeetSide::closestTo(const GcGeVector3d& p) const {
   GcGeOnPath on = gcgeClosestOnLeaf(*path, *tree, leaf, p - shift);
   on.point += shift;
@@ -199,7 +204,8 @@ bool GcGeMeetPair::lineArc(bool lineIsA) {
   const double nearest = -(x0 * dx + y0 * dy + dx) / dd;
   const double x = x0 + dx * nearest, y = y0 + dy * nearest;
   const double depth = x * x + y * y + 2 * x;  // distance from the centre squared less one
-  const double grazing = 0.02 * tol / radius;
+  // What a distance from the ellipse is in depth, where the line comes nearest.
+  const double grazing = 2 * this->grazing() * (frame.toX * (1 + x) + frame.toY * y).length();
   if (depth > grazing) return meetEnds(true), true;
   if (depth > -grazing) {
     give(nearest);
@@ -225,7 +231,7 @@ bool GcGeMeetPair::circleCircle() {
   if (na.crossProduct(nb).length() * rb > tol || std::abs(na.dotProduct(between)) > tol) return false;
   const double apart = between.length();
   if (apart <= tol && std::abs(ra - rb) <= tol) return meetEnds(true), true;
-  const double grazing = 0.02 * tol;
+  const double grazing = this->grazing();
   if (apart > ra + rb + grazing || apart < std::abs(ra - rb) - grazing) return meetEnds(true), true;
   // x along the line of centres, y aside.
   const GcGeVector3d e = between / apart, f = na.crossProduct(e);

@@ -24,6 +24,10 @@ struct GcGeMeetSide {
   [[nodiscard]] double tAt(double u) const { return span().tBase + span().tPerU * u; }
 };
 
+// A small part of the tolerance, and what rounding of coordinates, each curve's in its own system and in the world's,
+// does to the distance of two curves.
+[[nodiscard]] double gcgeGrazing(const GcGePath& a, const GcGePath& b, double tol);
+
 // Collects what the solvers find.
 class GcGeMeetPair {
  public:
@@ -34,6 +38,8 @@ class GcGeMeetPair {
 
   GcGeMeetSide a, b;
   double tol;
+  // How far curves that touch may seem to pass each other, or to cross.
+  [[nodiscard]] double grazing() const { return gcgeGrazing(*a.path, *b.path, tol); }
 
   void meet(double ua, double ub);
   // Local parameters held within the leaves; false when (ua, ub) lies outside by more than the tolerance.
