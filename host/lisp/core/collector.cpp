@@ -37,13 +37,13 @@ bool Marker::mark(LispValue v) {
   if (!pointsToHeap(v)) return false;
   if (v.isPair()) {
     if (!markCons(v.asCons())) return false;
-    m_heap.m_grey.push_back(v);
+    m_heap.m_grey.push(v);
     return true;
   }
   Object* object = v.isString() ? static_cast<Object*>(v.asString()) : v.asObject();
   if (object->colour == m_heap.m_colour) return false;
   object->colour = m_heap.m_colour;
-  if (object->type == ObjectType::Function) m_heap.m_grey.push_back(v);
+  if (object->type == ObjectType::Function) m_heap.m_grey.push(v);
   return true;
 }
 
@@ -66,8 +66,7 @@ void Marker::scan(Object* object) {
 size_t Marker::drain(size_t budget) {
   auto& grey = m_heap.m_grey;
   while (budget > 0 && !grey.empty()) {
-    LispValue v = grey.back();
-    grey.pop_back();
+    LispValue v = grey.pop();
     --budget;
     if (!v.isPair()) {
       scan(v.asObject());
@@ -91,7 +90,7 @@ size_t Marker::drain(size_t budget) {
       v = tail;
       if (budget > 0) --budget;
       if (budget == 0) {
-        grey.push_back(v);
+        grey.push(v);
         break;
       }
     }

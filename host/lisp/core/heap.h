@@ -16,6 +16,7 @@
 #include <new>
 #include <vector>
 
+#include "host/lisp/core/grey_stack.h"
 #include "host/lisp/core/objects.h"
 
 namespace lisp {
@@ -126,7 +127,7 @@ class Heap {
   size_t m_block = 0;  // index of the block the run lies in
   std::vector<ConsBlock*> m_blocks;
   std::vector<ConsBlock*> m_condemned;  // empty, to be given back
-  std::vector<LispValue> m_grey;
+  GreyStack m_grey;
   Object* m_objects = nullptr;
   Object* m_unswept = nullptr;
   uint8_t m_colour = 0;

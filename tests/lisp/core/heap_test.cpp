@@ -41,6 +41,39 @@ TEST_F(HeapTest, WhatIsReachableSurvivesEveryPhase) {
   EXPECT_GE(vm.heap().statistics().collections, 2u);
 }
 
+TEST(GreyStackTest, KeepsOrderOverManyChunks) {
+  GreyStack stack;
+  constexpr int32_t kMany = 100'000;
+  // Three steps up, two down, and down again: chunks come, go and come back.
+  int32_t next = 0, height = 0;
+  std::vector<int32_t> model;
+  while (height < kMany) {
+    for (int i = 0; i < 3000; ++i, ++next, ++height) {
+      stack.push(LispValue::integer(next));
+      model.push_back(next);
+    }
+    for (int i = 0; i < 2000; ++i, --height) {
+      ASSERT_EQ(stack.pop().asInteger(), model.back());
+      model.pop_back();
+    }
+  }
+  while (!stack.empty()) {
+    ASSERT_EQ(stack.pop().asInteger(), model.back());
+    model.pop_back();
+  }
+  EXPECT_TRUE(model.empty());
+  stack.push(LispValue::t());
+  EXPECT_TRUE(stack.pop() == LispValue::t());
+}
+
+TEST_F(HeapTest, StructuresDeepInTheirHeadsAreMarkedWhole) {
+  run("(setq deep nil) (repeat 300000 (setq deep (list deep 1)))");
+  vm.heap().collect();
+  const EvalResult result = run("(setq n 0 at deep) (while at (setq n (+ n (cadr at)) at (car at))) n");
+  ASSERT_EQ(result.status, EvalStatus::Done);
+  EXPECT_EQ(result.value.asInteger(), 300000);
+}
+
 TEST_F(HeapTest, RootsHoldAndReleaseValues) {
   static int released = 0;
   static const OpaqueType kCounted = {"COUNTED", [](uint64_t, Text&) {}, [](uint64_t) { ++released; }};
