@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "db/blockbegin.h"
+#include "db/dictionary.h"
 #include "db/dimension.h"
 #include "db/groupdata.h"
 #include "db/xrecord.h"
@@ -113,14 +114,28 @@ class Filler {
   Gcad::ErrorStatus take(const GcDbGroup& group) {
     if (group.code == kBrace) {
       m_inBraces = group.text != GC_T("}");
+      m_inExtension = group.text == GC_T("{ACAD_XDICTIONARY");
       return Gcad::eOk;
     }
+    if (m_inExtension && group.code == 360) return takeExtension(group.id);
     if (m_inBraces || isIdentity(group)) return Gcad::eOk;
     if (group.code == kMarker) m_seenMarker = true;
     if (group.code == 2 && GcDbSymbolTableRecord::cast(&m_object) != nullptr) return takeName(group.text);
     if (auto* record = GcDbXrecord::cast(&m_object)) return takeOfXrecord(*record, group);
     if (m_reader.take(group) || group.code == kMarker) return Gcad::eOk;
     return isPassedOver(group.code) ? Gcad::eOk : Gcad::eInvalidDxfCode;
+  }
+
+  // A dictionary made before becomes the object's own; one that it has already stays.
+  Gcad::ErrorStatus takeExtension(GcDbObjectId id) {
+    if (id == m_object.extensionDictionary()) return Gcad::eOk;
+    GcDbDictionary* dictionary = nullptr;
+    if (!m_object.extensionDictionary().isNull() || gcdbOpenObject(dictionary, id, GcDb::kForWrite) != Gcad::eOk)
+      return Gcad::eInvalidInput;
+    ignore(dictionary->setOwnerId(m_object.objectId()));
+    ignore(dictionary->close());
+    m_object.needExtra().extensionDictionary = id;
+    return Gcad::eOk;
   }
 
   // Owner and handle are the database's; space and layout the block's.
@@ -156,6 +171,7 @@ class Filler {
   GcDbObject& m_object;
   GcDbFieldReader m_reader;
   bool m_inBraces = false;
+  bool m_inExtension = false;
   bool m_seenMarker = false;
   bool m_seenMerge = false;
 };

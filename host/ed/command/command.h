@@ -62,6 +62,10 @@ const Command* findCommand(GcView typed);
 class CommandRun {
  public:
   CommandRun(Editor& editor, const Command& command);
+  // Runs a body of its own, which must live as long as the run.
+  template <class Body>
+  CommandRun(Editor& editor, const Command& command, const Body& body)
+      : m_editor(editor), m_command(command), m_input(*this), m_body(body(m_input)) {}
   [[nodiscard]] Editor& editor() const { return m_editor; }
   [[nodiscard]] const char* name() const { return m_command.name; }
   [[nodiscard]] bool done() const { return m_body.done(); }

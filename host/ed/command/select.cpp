@@ -17,13 +17,13 @@ constexpr const char* kWords =
 
 class Chosen {
  public:
-  Chosen(Editor& editor) : m_editor(editor) {}
+  Chosen(Editor& editor, bool lockedToo) : m_editor(editor), m_lockedToo(lockedToo) {}
   void apply(const Ids& ids) {
     for (const GcDbObjectId id : ids) {
       if (!id.isValid() || id.isErased() || !isInSpace(id, m_editor.currentSpace())) continue;
       if (m_removing)
         m_set.remove(id);
-      else if (!isOnLockedLayer(id))
+      else if (m_lockedToo || !isOnLockedLayer(id))
         m_set.add(id);
     }
   }
@@ -33,6 +33,7 @@ class Chosen {
  private:
   Editor& m_editor;
   SelectionSet m_set;
+  bool m_lockedToo = false;
   bool m_removing = false;
 };
 
@@ -79,40 +80,48 @@ Ids worded(Editor& editor, const Answer& answer) {
 
 namespace {
 
+// What one answer chooses: false when the selection is at its end.
+Task<bool> applyAnswer(CommandInput& in, const Answer& answer, Chosen& chosen) {
+  Editor& editor = in.editor();
+  Region::Kind kind{};
+  if (answer.kind == Answer::Kind::Objects) {
+    chosen.apply(answer.objects);
+  } else if (answer.isPoint()) {
+    const GcDbObjectId picked = entityAt(editor, answer.point);
+    if (!picked.isNull()) {
+      chosen.apply({picked});
+      co_return true;
+    }
+    const Answer corner = co_await in.ask(Ask(Ask::What::Point, "\nSpecify opposite corner: ").from(answer.point));
+    if (!corner.isPoint()) co_return true;
+    // To the right a window, to the left a crossing.
+    kind = corner.point.x >= answer.point.x ? Region::Kind::Window : Region::Kind::Crossing;
+    chosen.apply(entitiesIn(editor, {kind, {answer.point, corner.point}}));
+  } else if (answer.isKeyword("Remove") || answer.isKeyword("Add")) {
+    chosen.setRemoving(answer.isKeyword("Remove"));
+  } else if (regionOf(answer, kind)) {
+    const Region region = co_await askRegion(in, kind, {});
+    if (region.points.size() >= 2) chosen.apply(entitiesIn(editor, region));
+  } else if (answer.isKeyword("Group")) {
+    const Answer name = co_await in.ask(Ask(Ask::What::Line, "\nEnter group name: "));
+    const GcDbObjectId group = groupNamed(editor.database(), name.text);
+    if (group.isNull()) in.tell("\nCannot find the group.\n");
+    chosen.apply(groupMembers(group));
+  } else if (answer.kind == Answer::Kind::Keyword) {
+    chosen.apply(worded(editor, answer));
+  } else {
+    co_return false;
+  }
+  co_return true;
+}
+
 Task<Ids> select(CommandInput& in, const char* prompt, bool once) {
   Editor& editor = in.editor();
-  Chosen chosen(editor);
+  Chosen chosen(editor, false);
   for (;;) {
     const Answer answer = co_await in.ask(Ask(Ask::What::Objects, prompt).words(kWords));
-    if (answer.isNone() || answer.kind == Answer::Kind::Cancelled) break;
-    Region::Kind kind{};
-    if (answer.kind == Answer::Kind::Objects) {
-      chosen.apply(answer.objects);
-      if (once) break;
-    } else if (answer.isPoint()) {
-      const GcDbObjectId picked = entityAt(editor, answer.point);
-      if (!picked.isNull()) {
-        chosen.apply({picked});
-        continue;
-      }
-      const Answer corner = co_await in.ask(Ask(Ask::What::Point, "\nSpecify opposite corner: ").from(answer.point));
-      if (!corner.isPoint()) continue;
-      // To the right a window, to the left a crossing.
-      kind = corner.point.x >= answer.point.x ? Region::Kind::Window : Region::Kind::Crossing;
-      chosen.apply(entitiesIn(editor, {kind, {answer.point, corner.point}}));
-    } else if (answer.isKeyword("Remove") || answer.isKeyword("Add")) {
-      chosen.setRemoving(answer.isKeyword("Remove"));
-    } else if (regionOf(answer, kind)) {
-      const Region region = co_await askRegion(in, kind, {});
-      if (region.points.size() >= 2) chosen.apply(entitiesIn(editor, region));
-    } else if (answer.isKeyword("Group")) {
-      const Answer name = co_await in.ask(Ask(Ask::What::Line, "\nEnter group name: "));
-      const GcDbObjectId group = groupNamed(editor.database(), name.text);
-      if (group.isNull()) in.tell("\nCannot find the group.\n");
-      chosen.apply(groupMembers(group));
-    } else {
-      chosen.apply(worded(editor, answer));
-    }
+    if (!co_await applyAnswer(in, answer, chosen)) break;
+    if (once && answer.kind == Answer::Kind::Objects) break;
   }
   if (!chosen.ids().empty()) {
     const SetNumber number = editor.sets().make(chosen.ids());
@@ -123,6 +132,25 @@ Task<Ids> select(CommandInput& in, const char* prompt, bool once) {
 }
 
 }  // namespace
+
+std::vector<GcDbObjectId> selectByPerson(Editor& editor, PersonSelection& how) {
+  constexpr Command kSelecting{"SELECT", "", nullptr};
+  Chosen chosen(editor, true);
+  const auto body = [&](CommandInput& in) -> Task<bool> {
+    for (;;) {
+      const Answer answer = co_await in.ask(Ask(Ask::What::Objects, "\nSelect objects: ").words(kWords));
+      how.cancelled = answer.kind == Answer::Kind::Cancelled;
+      const bool misses = how.single && answer.isPoint() && entityAt(editor, answer.point).isNull();
+      editor.errorNumber = misses ? Editor::kMissedPick : answer.isNone() ? Editor::kEnterPressed : 0;
+      if (misses) co_return true;  // a single pick opens no window
+      if (!co_await applyAnswer(in, answer, chosen) || how.single) co_return true;
+    }
+  };
+  CommandRun run(editor, kSelecting, body);
+  run.start();
+  while (!run.done()) run.feed(InputItem::of(InputItem::Kind::Pause));
+  return how.cancelled ? Ids() : chosen.ids();
+}
 
 Task<Ids> selectObjects(CommandInput& in, const char* prompt) { co_return co_await select(in, prompt, false); }
 

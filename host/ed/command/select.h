@@ -13,4 +13,12 @@ Task<std::vector<GcDbObjectId>> selectObjects(CommandInput& in, const char* prom
 // QAFLAGS has bit 1. A person's selection goes on until Enter.
 Task<std::vector<GcDbObjectId>> selectOnce(CommandInput& in, const char* prompt = "\nSelect objects: ");
 
+// How a program has the person select (ssget).
+struct PersonSelection {
+  bool single = false;     // the first answer is all
+  bool cancelled = false;  // by the person; the result is empty then
+};
+// Locked layers are not kept out, and the previous set stays.
+std::vector<GcDbObjectId> selectByPerson(Editor& editor, PersonSelection& how);
+
 }  // namespace ed

@@ -15,6 +15,11 @@ namespace ed {
 
 namespace {
 
+double distanceFrom(const Ask& ask, GcGePoint3d point) {
+  if (ask.flat) point.z = ask.base.z;
+  return ask.base.distanceTo(point);
+}
+
 using Kind = InputItem::Kind;
 
 const char* complaintOf(Ask::What what) {
@@ -63,7 +68,7 @@ bool acceptPoint(Editor& editor, const Ask& ask, const GcGePoint3d& point, Answe
         answer.wantsSecondPoint = true;
         return givePoint(editor, point, answer);
       }
-      if (ask.what == Ask::What::Distance) return giveNumber(ask, ask.base.distanceTo(point), answer, complaint);
+      if (ask.what == Ask::What::Distance) return giveNumber(ask, distanceFrom(ask, point), answer, complaint);
       return giveNumber(ask, GcGeVector2d(point.x - ask.base.x, point.y - ask.base.y).angle(), answer, complaint);
     case Ask::What::Entity:
       answer.entity = entityAt(editor, point);

@@ -28,6 +28,7 @@ struct Ask {
   bool mayBeEmpty = true;  // Enter is an answer
   bool mayBeZero = true;
   bool mayBeNegative = true;
+  bool flat = false;     // distances to points leave z out of account
   bool anyText = false;  // text that is nothing else is an answer too
 
   Ask(What kind, const char* text) : what(kind), prompt(text, text + std::char_traits<char>::length(text)) {}

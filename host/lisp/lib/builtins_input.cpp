@@ -26,11 +26,10 @@ constexpr int kAnyText = 128;
 // Base point and message of the getXXX functions, in either order, and the rules of the last initget, used up here.
 struct Question {
   Ask ask;
-  bool ignoresZ = false;
 };
 
 Question question(lisp::Args& args, Ask::What what) {
-  Question q{Ask(what, ""), false};
+  Question q{Ask(what, "")};
   while (args.more()) {
     const LispValue value = args.any();
     double at[3];
@@ -48,7 +47,7 @@ Question question(lisp::Args& args, Ask::What what) {
   q.ask.mayBeZero = (rules.bits & kNoZero) == 0;
   q.ask.mayBeNegative = (rules.bits & kNoNegative) == 0;
   q.ask.anyText = (rules.bits & kAnyText) != 0;
-  q.ignoresZ = (rules.bits & kIgnoreZ) != 0;
+  q.ask.flat = (rules.bits & kIgnoreZ) != 0;
   return q;
 }
 

@@ -1,6 +1,5 @@
 // ssget: selections by mode, place and filter.
-#include "host/ap/output.h"
-#include "host/ed/input/ask.h"
+#include "host/ed/command/select.h"
 #include "host/ed/pick.h"
 #include "host/ed/selection.h"
 #include "host/lisp/core/builtin.h"
@@ -60,39 +59,12 @@ Ids at(ed::Editor& editor, const GcGePoint3d& point) {
 
 // "Select objects:" answered by the person: points, windows, words, until Enter.
 Ids asked(lisp::Args& args, ed::Editor& editor, bool single) {
-  using ed::Answer;
-  using ed::Ask;
   args.vm().flush();
-  ed::SelectionSet chosen;
-  for (;;) {
-    const Answer answer =
-        ed::askPerson(editor, Ask(Ask::What::Objects, "\nSelect objects: ")
-                                  .words("Window Last Crossing ALL Fence WPolygon CPolygon Previous"));
-    if (answer.kind == Answer::Kind::Cancelled) lisp::fail("Function cancelled");
-    if (answer.isNone()) break;
-    Ids found;
-    if (answer.isPoint()) {
-      found = at(editor, answer.point);
-      if (found.empty() && !single) {
-        const Answer corner =
-            ed::askPerson(editor, Ask(Ask::What::Point, "\nSpecify opposite corner: ").from(answer.point));
-        const bool window = corner.point.x >= answer.point.x;
-        if (corner.isPoint())
-          found = ed::entitiesIn(
-              editor, {window ? ed::Region::Kind::Window : ed::Region::Kind::Crossing, {answer.point, corner.point}});
-      }
-    } else if (answer.isKeyword("ALL")) {
-      found = ed::visibleEntities(editor);
-    } else if (answer.isKeyword("Last")) {
-      found = {ed::lastEntity(editor)};
-    } else if (answer.isKeyword("Previous") && editor.previousSet().set() != nullptr) {
-      found = editor.previousSet().set()->ids();
-    }
-    for (const GcDbObjectId id : found)
-      if (id.isValid()) chosen.add(id);
-    if (single) break;
-  }
-  return chosen.ids();
+  ed::PersonSelection how;
+  how.single = single;
+  Ids ids = ed::selectByPerson(editor, how);
+  if (how.cancelled) lisp::fail("Function cancelled");
+  return ids;
 }
 
 bool regionKind(const lisp::Text& word, ed::Region::Kind& kind) {
