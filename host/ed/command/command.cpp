@@ -27,9 +27,6 @@ void CommandInput::AskAwaiter::await_suspend(std::coroutine_handle<> waiting) {
 CommandRun::CommandRun(Editor& editor, const Command& command)
     : m_editor(editor), m_command(command), m_input(*this), m_body(command.body(m_input)) {}
 
-CommandRun::CommandRun(Editor& editor, const Command& command, const std::function<Task<bool>(CommandInput&)>& body)
-    : m_editor(editor), m_command(command), m_input(*this), m_body(body(m_input)) {}
-
 void CommandRun::start() { m_body.run(); }
 
 void CommandRun::feed(InputItem item) {
