@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 
 #include "db/database.h"
 #include "db/dictionary.h"
 #include "db/layout.h"
 #include "db/viewport.h"
 #include "host/db/core/viewspace.h"
-#include "host/plot/objectgroups.h"
+#include "host/db/objects/draworder.h"
 
 namespace gc::plot {
 
@@ -101,7 +100,7 @@ void fill(const GcDbViewport& from, Viewport& viewport) {
   viewport.width = from.width();
   viewport.height = from.height();
   viewport.isOn = from.number() == 0 ? !from.isSwitchedOff() : from.isOn();
-  viewport.clipEntity = from.nonRectClipEntityId();
+  if (from.isNonRectClipOn()) viewport.clipEntity = from.nonRectClipEntityId();
   for (const GcDbObjectId layer : from.frozenLayers()) viewport.frozenLayers.push_back(layer);
   viewport.scale = from.customScale();
   const GcGePoint2d seen = from.viewCenter();
@@ -127,32 +126,7 @@ bool readViewport(GcDbObjectId id, Viewport& viewport) {
 
 std::vector<GcDbObjectId> drawOrderOf(GcDbObjectId block) {
   std::vector<GcDbObjectId> order;
-  GcDbBlockTableRecord* record = nullptr;
-  if (gcdbOpenObject(record, block, GcDb::kForRead) != Gcad::eOk) return order;
-  for (const GcDbObjectId id : record->entities()) {
-    if (id.isValid() && !id.isErased()) order.push_back(id);
-  }
-  const GcDbObjectId extension = record->extensionDictionary();
-  ignore(record->close());
-
-  GcDbDictionary* dictionary = nullptr;
-  GcDbObjectId table;
-  if (extension.isNull() || gcdbOpenObject(dictionary, extension, GcDb::kForRead) != Gcad::eOk) return order;
-  ignore(dictionary->getAt(GC_T("ACAD_SORTENTS"), table));
-  ignore(dictionary->close());
-  if (table.isNull()) return order;
-  // Pairs of an entity and the handle it is sorted by; the others are sorted by their own.
-  const ObjectGroups groups(table);
-  std::unordered_map<uint64_t, uint64_t> sortHandles;
-  for (int i = 0, count = std::min(groups.count(331), groups.count(5)); i < count; ++i) {
-    const GcDbObjectId entity = groups.id(331, nullptr, i);
-    if (!entity.isNull()) sortHandles[entity.handle()] = static_cast<uint64_t>(groups.integer(5, 0, nullptr, i));
-  }
-  const auto key = [&](GcDbObjectId id) {
-    const auto at = sortHandles.find(id.handle());
-    return at == sortHandles.end() ? static_cast<uint64_t>(id.handle()) : at->second;
-  };
-  std::stable_sort(order.begin(), order.end(), [&](GcDbObjectId a, GcDbObjectId b) { return key(a) < key(b); });
+  for (const GcDbSortPair& each : gcdbDrawingOrder(block)) order.push_back(each.entity);
   return order;
 }
 

@@ -1,5 +1,7 @@
 #include "host/db/clone/clone.h"
 
+#include <algorithm>
+
 #include "db/blockbegin.h"
 #include "db/dictionary.h"
 #include "host/db/clone/block.h"
@@ -7,8 +9,8 @@
 #include "host/db/core/header.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/core/names.h"
-
 #include "host/db/core/store.h"
+#include "host/db/objects/draworder.h"
 #include "host/rx/view.h"
 
 namespace {
@@ -298,6 +300,24 @@ GcDbObjectId GcDbCloner::translated(GcDbObjectId id, int kind) const {
   return owning ? GcDbObjectId() : id;
 }
 
+// Handles say the drawing order: the copies are sorted by their own handles in the order of their sources.
+void GcDbCloner::sortCopies(GcDbSortentsTable& copy, GcDbObjectId sourceBlock) const {
+  GcDbObjectIdArray order;
+  std::vector<uint64_t> handles;
+  for (const GcDbSortPair& each : gcdbDrawingOrder(sourceBlock)) {
+    const GcDbObjectId value = m_map.valueOf(each.entity);
+    if (value.isNull()) continue;
+    order.append(value);
+    handles.push_back(value.handle());
+  }
+  std::sort(handles.begin(), handles.end());
+  GcArray<GcDbSortPair> pairs;
+  for (int i = 0; i < order.length(); ++i)
+    if (handles[static_cast<size_t>(i)] != order[i].handle())
+      pairs.append({order[i], static_cast<int64_t>(handles[static_cast<size_t>(i)])});
+  ignore(copy.setPairs(pairs));
+}
+
 Gcad::ErrorStatus GcDbCloner::fill(const Pending& pending) {
   GcDbObject* copy = pending.copy.stub()->object;
   const GcDbObjectId owner = copy->ownerId();
@@ -339,6 +359,7 @@ Gcad::ErrorStatus GcDbCloner::fill(const Pending& pending) {
       return crossing() ? uint64_t{0} : handle;
     });
   }
+  if (auto* order = GcDbSortentsTable::cast(copy)) sortCopies(*order, GcDbSortentsTable::cast(&*source)->blockId());
   copy->subLoaded();
   return status;
 }
@@ -400,15 +421,12 @@ Gcad::ErrorStatus GcDbDatabase::insert(GcDbObjectId& blockId, const GCHAR* block
   if (status != Gcad::eOk) return status;
   blockId = block->objectId();
   GcDbObjectIdArray ids;
-  {
-    Reading<GcDbBlockTableRecord> space(source->modelSpaceId());
-    if (!space) {
-      ignore(block->close());
-      return Gcad::eInvalidInput;
-    }
-    for (const GcDbObjectId id : space->entities())
-      if (!id.isErased()) ids.append(id);
+  if (!source->modelSpaceId().isValid()) {
+    ignore(block->close());
+    return Gcad::eInvalidInput;
   }
+  // Copies stand in the order in which their sources are drawn.
+  for (const GcDbSortPair& each : gcdbDrawingOrder(source->modelSpaceId())) ids.append(each.entity);
   ignore(block->setOrigin(source->header().point(GC_T("$INSBASE"))));
   ignore(block->close());
   GcDbIdMapping map;

@@ -8,6 +8,8 @@
 #include "db/database.h"
 #include "db/idmapping.h"
 
+class GcDbSortentsTable;
+
 class GcDbCloner {
  public:
   // Deep clone within one database when `source` is `target`, wblock clone otherwise.
@@ -37,6 +39,7 @@ class GcDbCloner {
   void replaceRecord(GcDbObjectId source, GcDbObjectId existing);
   Gcad::ErrorStatus attach(GcDbObjectId copy, GcDbObjectId source, GcDbObjectId owner);
   Gcad::ErrorStatus fill(const Pending& pending);
+  void sortCopies(GcDbSortentsTable& copy, GcDbObjectId sourceBlock) const;
   GcDbObjectId translated(GcDbObjectId id, int kind) const;
 
   GcDbDatabase& m_source;

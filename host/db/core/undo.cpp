@@ -3,8 +3,11 @@
 #include <iterator>
 
 #include "db/database.h"
+#include "db/layoutmanager.h"
+#include "host/db/core/header.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/core/store.h"
+#include "host/db/objects/layouts.h"
 
 void GcDbUndo::setOn(bool on) {
   m_on = on;
@@ -34,8 +37,9 @@ void GcDbUndo::keep(Change change) {
 }
 
 GcDbUndo::Change GcDbUndo::change(What what, GcDbObjectId id) {
-  static const State kStates[] = {{What::Modified, {}}, {What::Appended, {}}, {What::Unappended, {}},
-                                  {What::Erased, {}},   {What::Unerased, {}}, {What::Replaced, {}}};
+  static const State kStates[] = {{What::Modified, {}},   {What::Appended, {}},  {What::Unappended, {}},
+                                  {What::Erased, {}},     {What::Unerased, {}},  {What::Replaced, {}},
+                                  {What::ModelShown, {}}, {What::SheetShown, {}}};
   return {id, std::unique_ptr<const State, Release>(&kStates[static_cast<int>(what)])};
 }
 
@@ -46,8 +50,18 @@ GcDbUndo::Change GcDbUndo::change(What what, const GcDbObject& object) {
 
 void GcDbUndo::record(What what, const GcDbObject& object) {
   if (m_applying || (!m_on && m_transactions == 0)) return;
+<<<<<<< HEAD
   const bool hasImage = what == What::Modified || what == What::Replaced;
   Change made = hasImage ? change(what, object) : change(what, object.objectId());
+=======
+  Change change{what, object.objectId(), {}};
+  if (what == What::Modified || what == What::Replaced) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
+  if (what == What::Replaced) change.kind = object.isA();
+  record(std::move(change));
+}
+
+void GcDbUndo::record(Change change) {
+>>>>>>> 920f344 (db, ed: the layout that was shown comes back with U; drawing order goes with copies; layouts are copied, viewports clipped by objects, refusals told)
   if (m_transactions > 0)
     m_open.push_back(std::move(made));
   else
@@ -87,6 +101,23 @@ void GcDbUndo::recordErased(const GcDbObject& object, bool erasing) {
 
 void GcDbUndo::recordReplaced(const GcDbObject& object) { record(What::Replaced, object); }
 
+GcDbUndo::Change GcDbUndo::layoutNow() const {
+  const bool isModel = m_database.header().integer(GC_T("$TILEMODE"), 1) != 0;
+  return change(isModel ? What::ModelShown : What::SheetShown, m_database.paperSpaceId());
+}
+
+void GcDbUndo::recordLayout() {
+  if (!m_applying && (m_on || m_transactions > 0)) record(layoutNow());
+}
+
+void GcDbUndo::showLayout(const Change& change) {
+  gcdbShowPaperBlock(m_database, change.id);
+  GcDbLayoutManager* manager = gcdbHostApplicationServices()->layoutManager();
+  const bool isModel = change.state->what == What::ModelShown;
+  const GcString sheet = manager->getActiveLayoutName(false, &m_database);
+  ignore(manager->setCurrentLayout(isModel ? kModelLayout : sheet.c_str(), &m_database));
+}
+
 void GcDbUndo::putBack(const Change& change, Group& inverse) {
   GcDbStub* stub = change.id.stub();
   auto* fresh = static_cast<GcDbObject*>(change.state->kind->create());
@@ -99,10 +130,17 @@ void GcDbUndo::putBack(const Change& change, Group& inverse) {
 }
 
 void GcDbUndo::applyOne(const Change& change, Group& inverse) {
+  if (change.state->what == What::ModelShown || change.state->what == What::SheetShown) {
+    inverse.changes.push_back(layoutNow());
+    showLayout(change);
+    return;
+  }
   GcDbStub* stub = change.id.stub();
   GcDbObject* object = stub->object;
   if (object == nullptr) return;
   switch (change.state->what) {
+    case What::ModelShown:
+    case What::SheetShown: break;
     case What::Replaced: putBack(change, inverse); break;
     case What::Modified:
       inverse.changes.push_back(GcDbUndo::change(What::Modified, *object));

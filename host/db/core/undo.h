@@ -41,9 +41,12 @@ class GcDbUndo {
   void recordErased(const GcDbObject& object, bool erasing);
   // Before an object of another class takes the object's place under its id.
   void recordReplaced(const GcDbObject& object);
+  // Before another layout is shown.
+  void recordLayout();
 
  private:
-  enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased, Replaced };
+  // The last two: the layout shown before was model space, or the sheet; the id is the block of the sheet.
+  enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased, Replaced, ModelShown, SheetShown };
   struct State {
     What what;
     std::vector<uint8_t> image;       // Modified, Replaced: the state before
@@ -68,6 +71,9 @@ class GcDbUndo {
   void record(What what, const GcDbObject& object);
   static Change change(What what, GcDbObjectId id);           // without an image
   static Change change(What what, const GcDbObject& object);  // with its state now
+  void record(Change made);
+  [[nodiscard]] Change layoutNow() const;
+  void showLayout(const Change& change);
   void keep(Change change);
   // Applies a group backwards; returns the group that takes this back again.
   Group apply(const Group& group);

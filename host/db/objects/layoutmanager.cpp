@@ -8,6 +8,7 @@
 #include "host/db/core/header.h"
 #include "host/db/core/names.h"
 #include "host/db/core/store.h"
+#include "host/db/core/undo.h"
 #include "host/db/objects/layouts.h"
 #include "host/rx/view.h"
 
@@ -109,12 +110,13 @@ Gcad::ErrorStatus GcDbLayoutManager::setCurrentLayout(const GCHAR* name, GcDbDat
   const bool isModel = equalNoCase(view(name), kModelLayout) ||
                        (layout != nullptr && layout->getBlockTableRecordId() == database->modelSpaceId());
   if (layout == nullptr && !isModel) return Gcad::eKeyNotFound;
+  if (!isModel && !layout->getBlockTableRecordId().isValid()) return Gcad::eKeyNotFound;
+  if (findActiveLayout(true, database) != id) database->undo().recordLayout();
   if (!isModel) {
-    if (!layout->getBlockTableRecordId().isValid()) return Gcad::eKeyNotFound;
     gcdbShowPaperBlock(*database, layout->getBlockTableRecordId());
     const auto* block = GcDbBlockTableRecord::cast(layout->getBlockTableRecordId().stub()->object);
     if (block != nullptr) gcdbNumberViewports(*block, true);
-    gcdbAddSheetViewport(*database, *layout);
+    if (!database->undo().isApplying()) gcdbAddSheetViewport(*database, *layout);
   }
   database->header().setInteger(GC_T("$TILEMODE"), isModel ? 1 : 0);
   const GcString shown = getActiveLayoutName(true, database);
@@ -185,6 +187,7 @@ Gcad::ErrorStatus GcDbLayoutManager::deleteLayout(const GCHAR* name, GcDbDatabas
       GcDbObjectId made;
       ignore(createLayout(getNextNewLayoutName(database).c_str(), made, next, database));
     }
+    database->undo().recordLayout();
     gcdbShowPaperBlock(*database, next);
   }
   GcDbDictionary* layouts = nullptr;

@@ -16,8 +16,7 @@ GcDbObjectId gcdbAddPaperBlock(GcDbDatabase& database);
 // Gives a sheet the viewport that stands for it, unless it has one.
 void gcdbAddSheetViewport(GcDbDatabase& database, const GcDbLayout& layout);
 
-// Makes a block "*Paper_Space"; the one that was takes its name. Undo does not follow: what is shown is no change of
-// the drawing.
+// Makes a block "*Paper_Space"; the one that was takes its name. Undo knows layouts, not names of their blocks.
 void gcdbShowPaperBlock(GcDbDatabase& database, GcDbObjectId block);
 
 // Some files do not say the numbers of viewports: gives every one of the drawing that has none the next of its layout;

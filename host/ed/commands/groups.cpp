@@ -2,11 +2,10 @@
 #include "host/ed/groups.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "db/dictionary.h"
-#include "host/db/objects/standard.h"
+#include "host/db/objects/draworder.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
 #include "host/ed/contents.h"
@@ -22,56 +21,37 @@ using Ids = std::vector<GcDbObjectId>;
 
 // ---- DRAWORDER
 
-constexpr const GCHAR* kSortKey = GC_T("ACAD_SORTENTS");
-
-// The table of a block's drawing order; null, or a new one, where the block has none.
-GcDbObjectId sortTable(GcDbObjectId blockId, bool make) {
+// The table of a block's drawing order, made when there is none.
+GcDbObjectId needSortTable(GcDbObjectId blockId) {
   GcDbBlockTableRecord* block = nullptr;
-  GcDbObjectId id;
-  if (gcdbOpenObject(block, blockId, make ? GcDb::kForWrite : GcDb::kForRead) != Gcad::eOk) return id;
-  if (make) ignore(block->createExtensionDictionary());
+  GcDbObjectId id = gcdbSortTableOf(blockId);
+  if (!id.isNull() || gcdbOpenObject(block, blockId, GcDb::kForWrite) != Gcad::eOk) return id;
+  ignore(block->createExtensionDictionary());
   GcDbDictionary* dictionary = nullptr;
   const GcDbObjectId extension = block->extensionDictionary();
   ignore(block->close());
-  if (gcdbOpenObject(dictionary, extension, make ? GcDb::kForWrite : GcDb::kForRead) != Gcad::eOk) return id;
-  if (dictionary->getAt(kSortKey, id) != Gcad::eOk && make) {
-    auto* table = new GcDbSortentsTable;
-    if (dictionary->setAt(kSortKey, table, id) == Gcad::eOk) {
-      ignore(table->setBlockId(blockId));
-      ignore(table->close());
-    } else {
-      delete table;
-    }
+  if (gcdbOpenObject(dictionary, extension, GcDb::kForWrite) != Gcad::eOk) return id;
+  auto* table = new GcDbSortentsTable;
+  if (dictionary->setAt(kSortTable, table, id) == Gcad::eOk) {
+    ignore(table->setBlockId(blockId));
+    ignore(table->close());
+  } else {
+    delete table;
   }
   ignore(dictionary->close());
   return id;
 }
 
-// Entities of a block in drawing order, each with the handle it is sorted by.
-std::vector<GcDbSortPair> drawingOrder(GcDbObjectId block) {
-  std::unordered_map<GcDbStub*, int64_t> sorted;
-  GcDbSortentsTable* table = nullptr;
-  if (gcdbOpenObject(table, sortTable(block, false), GcDb::kForRead) == Gcad::eOk) {
-    for (const GcDbSortPair& pair : table->pairs()) sorted[pair.entity.stub()] = pair.sortedAs;
-    ignore(table->close());
-  }
-  std::vector<GcDbSortPair> order;
-  for (const GcDbObjectId id : entitiesOf(block)) {
-    const auto at = sorted.find(id.stub());
-    order.push_back({id, at != sorted.end() ? at->second : static_cast<int64_t>(static_cast<uint64_t>(id.handle()))});
-  }
-  std::stable_sort(order.begin(), order.end(),
-                   [](const GcDbSortPair& a, const GcDbSortPair& b) { return a.sortedAs < b.sortedAs; });
-  return order;
-}
-
 bool setDrawingOrder(GcDbObjectId block, const std::vector<GcDbSortPair>& former, const Ids& wanted) {
+  std::vector<int64_t> handles;
+  for (const GcDbSortPair& each : former) handles.push_back(each.sortedAs);
+  std::sort(handles.begin(), handles.end());
   GcArray<GcDbSortPair> pairs;
   for (size_t i = 0; i < wanted.size(); ++i)
-    if (static_cast<int64_t>(static_cast<uint64_t>(wanted[i].handle())) != former[i].sortedAs)
-      pairs.append({wanted[i], former[i].sortedAs});
+    if (static_cast<int64_t>(static_cast<uint64_t>(wanted[i].handle())) != handles[i])
+      pairs.append({wanted[i], handles[i]});
   GcDbSortentsTable* table = nullptr;
-  if (gcdbOpenObject(table, sortTable(block, true), GcDb::kForWrite) != Gcad::eOk) return false;
+  if (gcdbOpenObject(table, needSortTable(block), GcDb::kForWrite) != Gcad::eOk) return false;
   const bool good = table->setPairs(pairs) == Gcad::eOk;
   ignore(table->close());
   return good;
@@ -81,7 +61,7 @@ enum class Place : uint8_t { Front, Back, Above, Under };
 
 // The entities, in the order they have among each other, at their new place.
 bool reorder(GcDbObjectId block, const Ids& moved, const Ids& references, Place place) {
-  const std::vector<GcDbSortPair> former = drawingOrder(block);
+  const std::vector<GcDbSortPair> former = gcdbDrawingOrder(block);
   std::unordered_set<GcDbStub*> moving, beside;
   for (const GcDbObjectId id : moved) moving.insert(id.stub());
   for (const GcDbObjectId id : references) beside.insert(id.stub());

@@ -173,6 +173,9 @@ bool saveView(Editor& editor, const GcText& name, const EditorView& shown) {
     }
   }
   fillView(*record, shown);
+  constexpr int kOfPaper = 1;
+  const int others = record->flags() & ~kOfPaper;
+  ignore(record->setFlags(static_cast<int16_t>(editor.inPaperSpace() ? others | kOfPaper : others)));
   ignore(record->close());
   return true;
 }
