@@ -7,6 +7,7 @@
 #include "db/line.h"
 #include "db/xrecord.h"
 #include "host/db/core/store.h"
+#include "host/db/objects/draworder.h"
 #include "host/rx/view.h"
 
 namespace {
@@ -169,6 +170,77 @@ TEST(Insert, MakesTheOtherModelSpaceABlock) {
     EXPECT_EQ(live, 1);
   });
   EXPECT_EQ(target.insert(block, GC_T("a<b"), &source), Gcad::eInvalidInput);
+}
+
+// ---- drawing order -----------------------------------------------------------------------------------------
+
+std::vector<double> drawn(GcDbObjectId block) {
+  std::vector<double> ends;
+  for (const GcDbSortPair& each : gcdbDrawingOrder(block)) {
+    GcDbLine* line = nullptr;
+    EXPECT_EQ(gcdbOpenObject(line, each.entity, GcDb::kForRead), Gcad::eOk);
+    ends.push_back(line->endPoint().x);
+    EXPECT_EQ(line->close(), Gcad::eOk);
+  }
+  return ends;
+}
+
+// Sorts the entities of a block by the handles of one another, the last one first.
+void turnOrder(GcDbObjectId blockId) {
+  const std::vector<GcDbSortPair> order = gcdbDrawingOrder(blockId);
+  GcArray<GcDbSortPair> pairs;
+  for (size_t i = 0; i < order.size(); ++i) pairs.append({order[i].entity, order[order.size() - 1 - i].sortedAs});
+  GcDbObjectId extension;
+  change<GcDbBlockTableRecord>(blockId, [&](GcDbBlockTableRecord& block) {
+    EXPECT_EQ(block.createExtensionDictionary(), Gcad::eOk);
+    extension = block.extensionDictionary();
+  });
+  change<GcDbDictionary>(extension, [&](GcDbDictionary& dictionary) {
+    auto* table = new GcDbSortentsTable;
+    GcDbObjectId id;
+    EXPECT_EQ(dictionary.setAt(kSortTable, table, id), Gcad::eOk);
+    EXPECT_EQ(table->setBlockId(blockId), Gcad::eOk);
+    EXPECT_EQ(table->setPairs(pairs), Gcad::eOk);
+    EXPECT_EQ(table->close(), Gcad::eOk);
+  });
+}
+
+TEST(DrawingOrder, GoesWithABlockIntoAnotherDrawing) {
+  GcDbDatabase source, target;
+  addLine(target, {9, 0, 0});  // the same handles are taken there
+  GcDbBlockTable* blocks = nullptr;
+  ASSERT_EQ(source.getSymbolTable(blocks, GcDb::kForWrite), Gcad::eOk);
+  auto* block = new GcDbBlockTableRecord;
+  GcDbObjectId blockId;
+  EXPECT_EQ(block->setName(GC_T("LAYERED")), Gcad::eOk);
+  ASSERT_EQ(blocks->add(blockId, block), Gcad::eOk);
+  for (const double x : {1.0, 2.0, 3.0}) {
+    auto* line = new GcDbLine({0, 0, 0}, {x, 0, 0});
+    EXPECT_EQ(block->appendGcDbEntity(line), Gcad::eOk);
+    EXPECT_EQ(line->close(), Gcad::eOk);
+  }
+  EXPECT_EQ(block->close(), Gcad::eOk);
+  EXPECT_EQ(blocks->close(), Gcad::eOk);
+  turnOrder(blockId);
+  ASSERT_EQ(drawn(blockId), (std::vector<double>{3, 2, 1}));
+  GcDbObjectIdArray ids;
+  ids.append(blockId);
+  GcDbIdMapping map;
+  ASSERT_EQ(source.wblockCloneObjects(ids, target.blockTableId(), map, GcDb::kDrcReplace), Gcad::eOk);
+  const GcDbObjectId copy = map.valueOf(blockId);
+  EXPECT_EQ(drawn(copy), (std::vector<double>{3, 2, 1}));
+  EXPECT_FALSE(gcdbSortTableOf(copy).isNull());
+  for (const GcDbSortPair& each : gcdbDrawingOrder(copy))  // by handles of the copies only
+    EXPECT_TRUE(each.sortedAs != 0);
+}
+
+TEST(DrawingOrder, OfAWholeDrawingIsThatOfItsBlock) {
+  GcDbDatabase source, target;
+  for (const double x : {1.0, 2.0, 3.0}) addLine(source, {x, 0, 0});
+  turnOrder(source.modelSpaceId());
+  GcDbObjectId block;
+  ASSERT_EQ(target.insert(block, GC_T("WHOLE"), &source, true), Gcad::eOk);
+  EXPECT_EQ(drawn(block), (std::vector<double>{3, 2, 1}));
 }
 
 }  // namespace

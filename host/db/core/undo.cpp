@@ -50,18 +50,11 @@ GcDbUndo::Change GcDbUndo::change(What what, const GcDbObject& object) {
 
 void GcDbUndo::record(What what, const GcDbObject& object) {
   if (m_applying || (!m_on && m_transactions == 0)) return;
-<<<<<<< HEAD
   const bool hasImage = what == What::Modified || what == What::Replaced;
-  Change made = hasImage ? change(what, object) : change(what, object.objectId());
-=======
-  Change change{what, object.objectId(), {}};
-  if (what == What::Modified || what == What::Replaced) change.image = gcdbImageOf(object, GcDb::kUndoFiler);
-  if (what == What::Replaced) change.kind = object.isA();
-  record(std::move(change));
+  record(hasImage ? change(what, object) : change(what, object.objectId()));
 }
 
-void GcDbUndo::record(Change change) {
->>>>>>> 920f344 (db, ed: the layout that was shown comes back with U; drawing order goes with copies; layouts are copied, viewports clipped by objects, refusals told)
+void GcDbUndo::record(Change made) {
   if (m_transactions > 0)
     m_open.push_back(std::move(made));
   else

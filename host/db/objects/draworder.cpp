@@ -4,7 +4,9 @@
 #include <unordered_map>
 
 #include "db/dictionary.h"
+#include "db/entity.h"
 #include "db/symboltable.h"
+#include "host/db/core/store.h"
 
 GcDbObjectId gcdbSortTableOf(GcDbObjectId blockId) {
   GcDbObjectId id;
@@ -40,4 +42,18 @@ std::vector<GcDbSortPair> gcdbDrawingOrder(GcDbObjectId blockId) {
   std::stable_sort(order.begin(), order.end(),
                    [](const GcDbSortPair& a, const GcDbSortPair& b) { return a.sortedAs < b.sortedAs; });
   return order;
+}
+
+void gcdbSortAsDrawn(std::vector<GcDbObjectId>& ids) {
+  const GcDbEntity* first = nullptr;
+  if (ids.empty() || !ids[0].isValid() || (first = GcDbEntity::cast(ids[0].stub()->object)) == nullptr) return;
+  const GcDbObjectId block = first->ownerId();
+  if (gcdbSortTableOf(block).isNull()) return;
+  std::unordered_map<GcDbStub*, size_t> ranks;
+  for (const GcDbSortPair& each : gcdbDrawingOrder(block)) ranks.emplace(each.entity.stub(), ranks.size());
+  const auto rankOf = [&](GcDbObjectId id) {
+    const auto at = ranks.find(id.stub());
+    return at != ranks.end() ? at->second : ranks.size();
+  };
+  std::stable_sort(ids.begin(), ids.end(), [&](GcDbObjectId a, GcDbObjectId b) { return rankOf(a) < rankOf(b); });
 }

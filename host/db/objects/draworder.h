@@ -12,3 +12,6 @@ GcDbObjectId gcdbSortTableOf(GcDbObjectId block);
 
 // The entities that live, in the order they are drawn, each with the handle it is sorted by.
 std::vector<GcDbSortPair> gcdbDrawingOrder(GcDbObjectId block);
+
+// Puts entities of one block into the order they are drawn, where the block says one: copies then stand in it.
+void gcdbSortAsDrawn(std::vector<GcDbObjectId>& ids);

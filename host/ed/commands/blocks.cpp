@@ -3,6 +3,7 @@
 #include "db/idmapping.h"
 #include "host/ap/paths.h"
 #include "host/ap/profile.h"
+#include "host/db/objects/draworder.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
@@ -169,7 +170,8 @@ Task<bool> block(CommandInput& in) {
   }
   const Answer base = co_await in.ask(Ask(What::Point, "\nSpecify insertion base point: "));
   if (!base.isPoint()) co_return false;
-  const std::vector<GcDbObjectId> ids = co_await selectObjects(in);
+  std::vector<GcDbObjectId> ids = co_await selectObjects(in);
+  gcdbSortAsDrawn(ids);
   co_return defineBlock(in.editor(), name.text, in.toWorld(base.point), ids);
 }
 

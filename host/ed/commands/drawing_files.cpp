@@ -6,6 +6,7 @@
 #include "host/ap/profile.h"
 #include "host/db/core/fileformats.h"
 #include "host/db/core/undo.h"
+#include "host/db/objects/draworder.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
@@ -164,6 +165,7 @@ Task<bool> wblock(CommandInput& in) {
     const Answer point = co_await in.ask(Ask(What::Point, "\nSpecify insertion base point: "));
     base = in.toWorld(point.point);
     selected = co_await selectObjects(in);
+    gcdbSortAsDrawn(selected);
     for (const GcDbObjectId id : selected) ids.append(id);
   } else {
     GcDbBlockTableRecord* block = nullptr;
@@ -173,9 +175,8 @@ Task<bool> wblock(CommandInput& in) {
       co_return false;
     }
     base = block->origin();
-    for (const GcDbObjectId entity : block->entities())
-      if (entity.isValid() && !entity.isErased()) ids.append(entity);
     ignore(block->close());
+    for (const GcDbSortPair& each : gcdbDrawingOrder(id)) ids.append(each.entity);
   }
   GcDbDatabase other;
   GcDbIdMapping map;
