@@ -101,8 +101,11 @@ Task<bool> copyOfLayout(CommandInput& in) {
   const GcString current = manager().getActiveLayoutName(true, &in.database());
   const GcString source = from.text.empty() ? current : toGcString(from.text);
   const GcDbObjectId id = manager().findLayoutNamed(source.c_str(), &in.database());
-  const bool isSheet = !id.isNull() && !equalNoCase(::view(source), GC_T("Model"));
-  if (!isSheet) co_return done(in, Gcad::eKeyNotFound, ::view(source));
+  if (equalNoCase(::view(source), GC_T("Model"))) {
+    in.tell("\nModel space cannot be copied.\n");
+    co_return false;
+  }
+  if (id.isNull()) co_return done(in, Gcad::eKeyNotFound, ::view(source));
   const GcString made = name.text.empty() ? manager().getNextNewLayoutName(&in.database()) : toGcString(name.text);
   co_return done(in, copyLayout(in.database(), id, made.c_str()), ::view(made));
 }
