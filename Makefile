@@ -19,11 +19,11 @@ run: build
 	@tools/run-example
 
 test:
-	@tools/setup build tests check
+	@tools/setup build tests page check
 	@tools/test
 
 test-all:
-	@tools/setup build tests windows fuzz check kernel
+	@tools/setup build tests page windows fuzz check kernel
 	@tools/test --all
 
 windows:

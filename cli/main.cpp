@@ -14,6 +14,7 @@
 #include "cli/repl.h"
 #include "cli/run.h"
 #include "cli/terminal.h"
+#include "cli/view.h"
 #include "host/rx/text/utf.h"
 
 namespace {
@@ -36,6 +37,7 @@ int carryOut(const std::vector<std::string>& arguments) {
     case cli::Options::Command::Plot: return cli::plot(terminal, options.plot);
     case cli::Options::Command::Batch: return cli::batch(terminal, options.batch);
     case cli::Options::Command::Repl: return cli::repl(terminal, options.run);
+    case cli::Options::Command::View: return cli::view(terminal, options.run, options.view);
     default: return cli::kUsage;
   }
 }

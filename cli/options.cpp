@@ -194,6 +194,20 @@ void addOthers(CLI::App& app, Options& options) {
   plot.add_flag("-f,--force", options.plot.force, "Overwrite an existing picture");
 }
 
+void addView(CLI::App& app, Options& options, std::vector<std::string>& scripts) {
+  CLI::App& sub = *app.add_subcommand("view", "The drawing, the command line and drags on a page in the browser");
+  sub.add_option("drawing", options.run.drawing, "Drawing to open; default: a new one")->type_name("DRAWING");
+  sub.add_option("-l,--load", scripts, "LISP file to load first")->type_name("SCRIPT.lsp")->allow_extra_args(false);
+  sub.add_option("--port", options.view.port, "Port to listen on; default: any free one")
+      ->type_name("N")
+      ->check(CLI::Range(0, 65535));
+  addSessionOptions(sub, options.run);
+  sub.footer(
+      "Prints the page's address, to be opened in a browser on this machine; it holds a key that is good for this "
+      "run.\n"
+      "The page shows the drawing, takes LISP and commands, and drags with the mouse. Ctrl-C ends.");
+}
+
 Options::Command commandOf(const std::string& name) {
   if (name == "run") return Options::Command::Run;
   if (name == "repl") return Options::Command::Repl;
@@ -201,6 +215,7 @@ Options::Command commandOf(const std::string& name) {
   if (name == "audit") return Options::Command::Audit;
   if (name == "info") return Options::Command::Info;
   if (name == "batch") return Options::Command::Batch;
+  if (name == "view") return Options::Command::View;
   if (name == "functions") return Options::Command::Functions;
   return Options::Command::Plot;
 }
@@ -227,6 +242,8 @@ int parseOptions(const std::vector<std::string>& arguments, Options& options, st
   BatchParser batchParser;
   addBatch(app, options.batch, batchParser);
   addOthers(app, options);
+  std::vector<std::string> viewScripts;
+  addView(app, options, viewScripts);
 
   std::vector<std::string> own = arguments;
   const auto dashes = std::find(own.begin(), own.end(), "--");
@@ -261,6 +278,7 @@ int parseOptions(const std::vector<std::string>& arguments, Options& options, st
     message = "gcad: only run and batch take arguments behind --\n";
     return kUsage;
   }
+  for (const std::string& script : viewScripts) options.run.sources.push_back({Source::Kind::Script, script});
   if (options.command == Options::Command::Run) {
     parser.collect(options.run);
     options.run.hasLogLevel = chosen.count("--log-level") > 0;

@@ -89,6 +89,10 @@ struct PlotOptions {
   bool force = false;
 };
 
+struct ViewOptions {
+  int port = 0;  // 0: any free one
+};
+
 struct Options {
   enum class Command : uint8_t {
     None,
@@ -99,15 +103,17 @@ struct Options {
     Info,
     Functions,
     Plot,
-    Batch
+    Batch,
+    View
   } command = Command::None;
-  RunOptions run;  // also repl
+  RunOptions run;  // also repl and view
   ConvertOptions convert;
   AuditOptions audit;
   BatchOptions batch;
   InfoOptions info;
   FunctionsOptions functions;
   PlotOptions plot;
+  ViewOptions view;
 };
 
 // Parses the arguments (without the program's name). Returns -1 when `options` is to be carried out, else the exit

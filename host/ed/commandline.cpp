@@ -143,10 +143,15 @@ FeedStatus CommandLine::runWhole(std::vector<InputItem> items) {
   return status == FeedStatus::Done && !succeeded ? FeedStatus::Refused : status;
 }
 
+bool CommandLine::readTyped(GcText& line, const InputWish& wish) {
+  if (m_source == nullptr) return false;
+  m_source->expect(wish);
+  return m_source->readLine(line);
+}
+
 void CommandLine::type(GcView text) {
   for (size_t at = 0; at < text.size();) {
-    const Ask* question = isBusy() ? m_running.back()->question() : nullptr;
-    const bool wholeLine = question != nullptr && question->what == Ask::What::Line;
+    const bool wholeLine = question() != nullptr && question()->what == Ask::What::Line;
     if (!wholeLine && text[at] == GC_T('(')) {
       const size_t end = endOfForm(text, at);
       beginGroup();

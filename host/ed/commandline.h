@@ -40,7 +40,9 @@ class CommandLine {
 
   // Where lines come from when a command or a program asks the person; null: nowhere.
   void setSource(InputSource* source) { m_source = source; }
-  bool readTyped(GcText& line) { return m_source != nullptr && m_source->readLine(line); }
+  bool readTyped(GcText& line, const InputWish& wish = {});
+  // What the running command waits for; null when it waits for nothing or none is running.
+  [[nodiscard]] const Ask* question() const { return isBusy() ? m_running.back()->question() : nullptr; }
   [[nodiscard]] bool wasInterrupted() const { return m_source != nullptr && m_source->interrupted(); }
 
   void rememberPoint(const GcGePoint3d& point);

@@ -12,8 +12,6 @@ namespace ed {
 
 namespace {
 
-constexpr double kScreenPixels = 1080;
-
 struct Flat {
   double x, y;
 };
@@ -61,7 +59,7 @@ std::vector<GcDbObjectId> find(Editor& editor, const GcGePoint3d& user, int pixe
   std::vector<GcDbObjectId> found;
   const GcGeMatrix3d toDisplay = displayToWorld(editor).inverse();
   const Flat at = flat(toDisplay, ucsToWorld(editor) * user);
-  const double pixel = editor.view().height / kScreenPixels;
+  const double pixel = editor.view().height / editor.view().pixels;
   const double reach = std::max(pixels, 1) * pixel;
   GcDbBlockTableRecord* space = nullptr;
   if (gcdbOpenObject(space, editor.currentSpace(), GcDb::kForRead) != Gcad::eOk) return found;
@@ -99,7 +97,7 @@ class NestedSearch {
   NestedSearch(Editor& editor, const GcGePoint3d& user)
       : m_toDisplay(displayToWorld(editor).inverse()),
         m_at(flat(m_toDisplay, ucsToWorld(editor) * user)),
-        m_pixel(editor.view().height / kScreenPixels),
+        m_pixel(editor.view().height / editor.view().pixels),
         m_reach(std::max(integerVariable(editor, "PICKBOX"), 1) * m_pixel) {}
 
   // The attribute or part under the point; false when only the reference's other attributes lie there.

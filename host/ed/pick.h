@@ -6,8 +6,8 @@
 
 namespace ed {
 
-// The newest entity of the current space that passes within the pick box (PICKBOX pixels of a 1080 pixel screen showing
-// the current view) of the point, user coordinates. Null when there is none.
+// The newest entity of the current space that passes within the pick box (PICKBOX pixels of the screen showing the current
+// view) of the point, user coordinates. Null when there is none.
 [[nodiscard]] GcDbObjectId entityAt(Editor& editor, const GcGePoint3d& user);
 
 // All entities of the current space that pass within that many pixels of the point, newest first.

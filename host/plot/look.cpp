@@ -18,7 +18,7 @@ bool isLight(uint32_t rgb) {
 
 }  // namespace
 
-Looks::Looks(GcDbDatabase& database, uint32_t backgroundRgb) : m_database(database) {
+Looks::Looks(GcDbDatabase& database, uint32_t backgroundRgb, For purpose) : m_database(database), m_purpose(purpose) {
   m_outermost.rgb = isLight(backgroundRgb) ? 0 : kWhite;
   m_outermost.widthMm = kDefaultWidthMm;
   m_outermost.linetype = database.continuousLinetype();
@@ -72,7 +72,7 @@ const Looks::Layer& Looks::layer(GcDbObjectId id) {
   if (!record->linetypeObjectId().isNull()) layer.linetype = record->linetypeObjectId();
   layer.lineWeight = record->lineWeight();
   layer.frozen = record->isFrozen();
-  layer.shown = !record->isOff() && record->isPlottable();
+  layer.shown = !record->isOff() && (record->isPlottable() || m_purpose == For::Screen);
   ignore(record->close());
   return layer;
 }

@@ -33,8 +33,10 @@ struct Look {
 
 class Looks {
  public:
+  // What the looks are for: layers that do not plot are seen on a screen.
+  enum class For : uint8_t { Plot, Screen };
   // Colour 7 is black on a light background and white on a dark one.
-  Looks(GcDbDatabase& database, uint32_t backgroundRgb);
+  Looks(GcDbDatabase& database, uint32_t backgroundRgb, For purpose = For::Plot);
 
   // The look of things that say "by block" outside of any block.
   [[nodiscard]] const Look& outermost() const { return m_outermost; }
@@ -43,7 +45,7 @@ class Looks {
   [[nodiscard]] uint32_t rgbOf(const GcCmEntityColor& color, GcDbObjectId layer, const Look& container);
 
   // A frozen layer hides all on it, the contents of inserted blocks included; a layer that is off, only what lies on
-  // it itself; a layer that does not plot likewise.
+  // it itself; on plots a layer that does not plot likewise.
   [[nodiscard]] bool isFrozen(GcDbObjectId layer);
   [[nodiscard]] bool isShown(GcDbObjectId layer);
   // Layers frozen on top, until the next call: those of a viewport.
@@ -67,6 +69,7 @@ class Looks {
   [[nodiscard]] uint32_t rgbOfIndex(int index) const;
 
   GcDbDatabase& m_database;
+  For m_purpose;
   Look m_outermost;
   std::unordered_map<GcDbObjectId, Layer, IdHash> m_layers;
   std::unordered_map<GcDbObjectId, std::vector<double>, IdHash> m_linetypes;

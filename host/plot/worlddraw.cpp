@@ -16,7 +16,6 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 constexpr double kFlatRatio = 1e-6;      // an ellipse flatter than this is seen from its edge
 constexpr double kGreatestRadius = 1e5;  // mm; greater arcs are drawn as Bezier curves
-constexpr double kFinestPeriod = 0.2;    // mm; dashes finer than that are drawn as a solid line
 constexpr double kDeviationMm = 0.01;
 
 bool isFinite(Point p) { return std::isfinite(p.x) && std::isfinite(p.y); }
@@ -299,7 +298,7 @@ void PlotDraw::strokePath(bool mayDash) {
         m_dashesOf = m_look.linetype;
         m_dashesScale = scale;
       }
-      if (!m_dashes.empty()) fitted = fitDashes(m_dashes, lengthOf(m_path), kFinestPeriod);
+      if (!m_dashes.empty()) fitted = fitDashes(m_dashes, lengthOf(m_path), m_projection.finestPeriodMm);
       pen.dashes = fitted;
     }
     m_canvas.stroke(m_path, pen);

@@ -15,9 +15,10 @@ namespace gc::plot {
 
 // From the world to a page or a window on it.
 struct Projection {
-  GcGeMatrix3d toPage;   // x and y are the page's millimetres, y downwards; z is dropped
-  double dashScale = 1;  // page length of one unit of a linetype, before linetype scales
-  Box visible;           // what of the page can be seen: endless lines end there
+  GcGeMatrix3d toPage;          // x and y are the page's millimetres, y downwards; z is dropped
+  double dashScale = 1;         // page length of one unit of a linetype, before linetype scales
+  Box visible;                  // what of the page can be seen: endless lines end there
+  double finestPeriodMm = 0.2;  // dashes finer than that are drawn as a solid line
 };
 
 class PlotDraw : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {

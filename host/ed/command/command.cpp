@@ -114,4 +114,10 @@ const Command* findCommand(GcView typed) {
   return at == commandIndex().end() ? nullptr : at->second;
 }
 
+std::vector<std::string_view> commandNames() {
+  std::vector<std::string_view> names;
+  for (const auto& [name, command] : commandIndex()) names.push_back(name);
+  return names;
+}
+
 }  // namespace ed

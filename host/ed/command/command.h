@@ -58,6 +58,9 @@ struct Command {
 // differ have a row of their own with it), ' (transparent).
 const Command* findCommand(GcView typed);
 
+// Names and further names of all of them, in no order.
+std::vector<std::string_view> commandNames();
+
 // A command while it runs: its queue of input and where it waits.
 class CommandRun {
  public:

@@ -104,8 +104,12 @@ bool takeLine(Editor& editor, const DragQuestion& question, GcView line, DragAns
 void beginDrag(const DragQuestion& question) { ap::print(question.prompt); }
 
 DragAnswer nextDragAnswer(Editor& editor, const DragQuestion& question) {
+  InputWish wish;
+  wish.what = InputWish::What::Drag;
+  wish.prompt = question.prompt;
+  wish.keywords = question.keywords;
   GcText line;
-  while (editor.commandLine().readTyped(line)) {
+  while (editor.commandLine().readTyped(line, wish)) {
     DragAnswer answer;
     if (!takeLine(editor, question, line, answer)) continue;
     if (answer.kind == Kind::Keyword) editor.lastKeyword = answer.word;

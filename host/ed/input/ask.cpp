@@ -213,12 +213,31 @@ bool accept(Editor& editor, const Ask& ask, const InputItem& item, Answer& answe
   return false;
 }
 
+InputWish wishOf(const Ask& ask) {
+  InputWish wish;
+  switch (ask.what) {
+    case Ask::What::Point:
+    case Ask::What::Distance:
+    case Ask::What::Angle:
+    case Ask::What::Direction: wish.what = ask.onEntity ? InputWish::What::Entity : InputWish::What::Point; break;
+    case Ask::What::Entity: wish.what = InputWish::What::Entity; break;
+    case Ask::What::Objects: wish.what = InputWish::What::Objects; break;
+    default: break;
+  }
+  wish.prompt = ask.prompt;
+  wish.keywords = ask.keywords;
+  wish.base = ask.base;
+  wish.hasBase = ask.hasBase;
+  return wish;
+}
+
 Answer askPerson(Editor& editor, const Ask& ask) {
+  const InputWish wish = wishOf(ask);
   Answer answer;
   GcText line;
   for (;;) {
     ap::print(ask.prompt);
-    if (!editor.commandLine().readTyped(line)) {
+    if (!editor.commandLine().readTyped(line, wish)) {
       answer = Answer();
       const bool empty = ask.mayBeEmpty && !editor.commandLine().wasInterrupted();
       answer.kind = empty ? Answer::Kind::None : Answer::Kind::Cancelled;

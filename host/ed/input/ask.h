@@ -3,6 +3,7 @@
 
 #include "host/ed/editor.h"
 #include "host/ed/input/inputitem.h"
+#include "host/ed/input/source.h"
 
 namespace ed {
 
@@ -28,8 +29,9 @@ struct Ask {
   bool mayBeEmpty = true;  // Enter is an answer
   bool mayBeZero = true;
   bool mayBeNegative = true;
-  bool flat = false;     // distances to points leave z out of account
-  bool anyText = false;  // text that is nothing else is an answer too
+  bool flat = false;      // distances to points leave z out of account
+  bool anyText = false;   // text that is nothing else is an answer too
+  bool onEntity = false;  // Point: one on an entity is meant
 
   Ask(What kind, const char* text) : what(kind), prompt(text, text + std::char_traits<char>::length(text)) {}
   Ask& words(const char* list) {
@@ -69,6 +71,9 @@ struct Answer {
 
 // Takes the item as an answer. False: it is none, and `complaint` says so to the person.
 [[nodiscard]] bool accept(Editor& editor, const Ask& ask, const InputItem& item, Answer& answer, GcText& complaint);
+
+// The same question as a source of typed lines understands it.
+[[nodiscard]] InputWish wishOf(const Ask& ask);
 
 // Puts the question to the person: prints the prompt and reads lines until one is an answer. At the end of input the
 // answer is None, or Cancelled where Enter is no answer.

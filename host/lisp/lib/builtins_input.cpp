@@ -95,6 +95,7 @@ LispValue point(lisp::Args& args) { return valueOf(args, put(args, question(args
 LispValue pick(lisp::Args& args, bool& picked, Answer& answer) {
   Question q = question(args, Ask::What::Point);
   if (q.ask.prompt.empty()) q.ask.prompt = GC_T("\nSelect object: ");
+  q.ask.onEntity = true;
   ed::Editor& editor = hostOf(args.vm()).editor();
   answer = put(args, q.ask);
   picked = false;

@@ -92,7 +92,9 @@ LISP_BUILTIN("grread", "(grread [track [bits [cursor]]]) -> (kind value) | nil",
   GcText line;
   LispValue kind = LispValue::integer(2);
   LispValue value = LispValue::integer(13);
-  if (editor.commandLine().readTyped(line) && !line.empty()) {
+  ed::InputWish wish;
+  wish.what = ed::InputWish::What::Point;
+  if (editor.commandLine().readTyped(line, wish) && !line.empty()) {
     ed::Answer answer;
     GcText complaint;
     const bool isPoint =

@@ -1,0 +1,21 @@
+# cmake -DOUT=FILE.cpp -DFILES="a;b" -DFOLDER=DIR -P embed.cmake: writes the source that holds the files as bytes.
+set(text "// Generated from the files of cli/page.\n#include \"cli/page/assets.h\"\n\nnamespace cli::page {\n\nnamespace {\n\n")
+set(table "")
+foreach(file IN LISTS FILES)
+  string(MAKE_C_IDENTIFIER "kFile_${file}" name)
+  file(READ ${FOLDER}/${file} bytes HEX)
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${bytes}")
+  string(APPEND text "constexpr unsigned char ${name}[] = {${bytes}};\n")
+  if(file MATCHES "\\.js$")
+    set(type "text/javascript; charset=utf-8")
+  elseif(file MATCHES "\\.css$")
+    set(type "text/css; charset=utf-8")
+  else()
+    set(type "text/html; charset=utf-8")
+  endif()
+  string(APPEND table "    {\"${file}\", \"${type}\", {reinterpret_cast<const char*>(${name}), sizeof ${name}}},\n")
+endforeach()
+string(APPEND text "\nconst Asset kAssets[] = {\n${table}};\n\n}  // namespace\n\n"
+  "const Asset* findAsset(std::string_view name) {\n  for (const Asset& asset : kAssets)\n"
+  "    if (asset.name == name) return &asset;\n  return nullptr;\n}\n\n}  // namespace cli::page\n")
+file(WRITE ${OUT} "${text}")
