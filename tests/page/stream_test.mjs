@@ -66,7 +66,7 @@ test('nonsense ends the connection that talks it, and no other', async () => {
       assert.notEqual(await Promise.race([stream.ended, late(10000)]), 'late', message.slice(0, 60));
     }));
   }
-  for (const bytes of [Buffer.from([0xff, 0xff, 0xff, 0xff]), Buffer.alloc(4096, 0xa5)]) {
+  for (const bytes of [Buffer.alloc(64, 0xff), Buffer.alloc(4096, 0xa5)]) {
     const stream = await RawStream.open(program.address);
     stream.raw(bytes);
     assert.notEqual(await Promise.race([stream.ended, late(5000)]), 'late');
