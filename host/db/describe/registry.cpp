@@ -41,6 +41,8 @@
 #include "host/db/objects/mleaderstyle.h"
 #include "host/db/objects/mlinestyle.h"
 #include "host/db/objects/standard.h"
+#include "host/db/objects/sun.h"
+#include "host/db/objects/visualstyle.h"
 #include "host/rx/view.h"
 #include "rx/gcassert.h"
 

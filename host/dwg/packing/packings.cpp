@@ -19,6 +19,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addMlines(list);
   addImages(list);
   addMLeaders(list);
+  addVisualStyles(list);
 }
 
 }  // namespace gc::dwg::packing

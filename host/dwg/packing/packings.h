@@ -22,6 +22,7 @@ void addLayouts(std::vector<ClassPacking>& list);
 void addMlines(std::vector<ClassPacking>& list);
 void addImages(std::vector<ClassPacking>& list);
 void addMLeaders(std::vector<ClassPacking>& list);
+void addVisualStyles(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);

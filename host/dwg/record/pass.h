@@ -11,6 +11,7 @@
 //   };
 #pragma once
 
+#include "host/db/describe/indexedcolor.h"
 #include "host/db/describe/recordof.h"
 #include "host/dwg/packing/packings.h"
 #include "host/dwg/record/pieces.h"
@@ -92,6 +93,10 @@ class Pass {
   void cmc(int32_t& bits) {
     const GcCmEntityColor passed = m_io.rec.cmc(GcCmEntityColor::fromBits(static_cast<uint32_t>(bits)));
     if constexpr (!kWriting) bits = static_cast<int32_t>(bitsInFiles(passed));
+  }
+  void cmc(GcDbIndexedColor& color) {
+    const GcCmEntityColor passed = m_io.rec.cmc(color.color());
+    if constexpr (!kWriting) color = GcDbIndexedColor(passed);
   }
   void h(unsigned kind, GcDbObjectId& value) { set(value, m_io.rec.h(kind, value)); }
 
