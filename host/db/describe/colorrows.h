@@ -5,7 +5,7 @@
 #include "host/db/describe/indexedcolor.h"
 
 template <auto Member>
-constexpr GcDbField colorIndex(int code, const char* name) {
+constexpr GcDbField colorIndexRow(int code, const char* name) {
   GcDbField row = field<&GcDbIndexedColor::index>(code, name, Is::Plain);
   row.at = [](void* record) -> void* {
     using Class = typename gcdescribe::MemberOf<decltype(Member)>::Class;
@@ -15,7 +15,7 @@ constexpr GcDbField colorIndex(int code, const char* name) {
 }
 
 template <auto Member>
-constexpr GcDbField colorRgb(int code, const char* name) {
+constexpr GcDbField colorRgbRow(int code, const char* name) {
   GcDbField row = field<&GcDbIndexedColor::rgb>(code, name, Is::Plain, Write::UnlessDefault)
                       .orElse(GcDbIndexedColor::kNoRgb);
   row.at = [](void* record) -> void* {

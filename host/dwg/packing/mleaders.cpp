@@ -10,7 +10,7 @@ struct GcDbRecordOf<GcDbMLeader> {
   static void pass(Pass& pass, GcDbMLeader& m) {
     const int version = pass.version();
     if (version >= gc::dwg::kR2010) pass.bs(m.m_version);
-    pass.list(m.m_roots, Pass::Count::BL, 20, [&](GcDbMLeaderRoot& root) { passRoot(pass, root); });
+    pass.list(m.m_roots, Pass::Count::BL, 8, [&](GcDbMLeaderRoot& root) { passRoot(pass, root); });
     passContent(pass, m);
     if (version >= gc::dwg::kR2010) {
       pass.bs(m.m_actualTop);
@@ -44,7 +44,7 @@ struct GcDbRecordOf<GcDbMLeader> {
     passBreaks(pass, root.breaks);
     pass.bl(root.index);
     pass.bd(root.doglegLength);
-    pass.list(root.lines, Pass::Count::BL, 8, [&](GcDbMLeaderLine& line) {
+    pass.list(root.lines, Pass::Count::BL, 4, [&](GcDbMLeaderLine& line) {
       pass.list(line.points, Pass::Count::BL, 6, [&](GcGePoint3d& point) { pass.bd3(point); });
       pass.list(line.breaks, Pass::Count::BL, 4, [&](GcDbMLeaderLineBreaks& each) {
         pass.bl(each.segment);

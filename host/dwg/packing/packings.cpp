@@ -20,6 +20,10 @@ void addAll(std::vector<ClassPacking>& list) {
   addImages(list);
   addMLeaders(list);
   addVisualStyles(list);
+  addViewStyles(list);
+  addFilters(list);
+  addDimAssocs(list);
+  addSections(list);
 }
 
 }  // namespace gc::dwg::packing

@@ -23,6 +23,10 @@ void addMlines(std::vector<ClassPacking>& list);
 void addImages(std::vector<ClassPacking>& list);
 void addMLeaders(std::vector<ClassPacking>& list);
 void addVisualStyles(std::vector<ClassPacking>& list);
+void addViewStyles(std::vector<ClassPacking>& list);
+void addFilters(std::vector<ClassPacking>& list);
+void addDimAssocs(std::vector<ClassPacking>& list);
+void addSections(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);

@@ -43,8 +43,9 @@ bool isRecordName(std::string_view name) {
   return letters;
 }
 
+// A carriage return before the text is none of the line's: where codes are read it makes the line no code either.
 std::string_view trimmed(const char* from, const char* to) {
-  while (from < to && (isBlank(*from) || *from == '\r')) ++from;
+  while (from < to && isBlank(*from)) ++from;
   while (to > from && (isBlank(to[-1]) || to[-1] == '\r')) --to;
   return {from, static_cast<std::size_t>(to - from)};
 }

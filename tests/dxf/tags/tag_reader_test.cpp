@@ -189,6 +189,17 @@ TEST(TagReader, AfterADamagedCodeTheNextRecordIsFound) {
   EXPECT_EQ(hopeless.next(tag), ReadStatus::End);
 }
 
+// What is no code where codes are read may not be a place to go on at: the reader would stand still.
+TEST(TagReader, ACodeBehindACarriageReturnIsPassedOver) {
+  TagReader reader("0\nLINE\n\r0\nCIRCLE\n0\nEOF\n");
+  Tag tag;
+  ASSERT_EQ(reader.next(tag), ReadStatus::Tag);
+  ASSERT_EQ(reader.next(tag), ReadStatus::BadCode);
+  ASSERT_TRUE(reader.skipToRecord());
+  ASSERT_EQ(reader.next(tag), ReadStatus::Tag);
+  EXPECT_TRUE(tag.is(0, "EOF"));
+}
+
 TEST(TagReader, CodesOutOfAllBoundsAreDamage) {
   for (const char* file : {"99999\nx\n", "99999999999999999999\nx\n", "1.5\nx\n", "-\nx\n", "0x\nx\n", "\n0\nEOF\n"}) {
     EXPECT_TRUE(allTags(file, ReadStatus::BadCode).empty()) << file;
