@@ -24,6 +24,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addFilters(list);
   addDimAssocs(list);
   addSections(list);
+  addUnderlays(list);
 }
 
 }  // namespace gc::dwg::packing

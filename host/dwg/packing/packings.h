@@ -27,6 +27,7 @@ void addViewStyles(std::vector<ClassPacking>& list);
 void addFilters(std::vector<ClassPacking>& list);
 void addDimAssocs(std::vector<ClassPacking>& list);
 void addSections(std::vector<ClassPacking>& list);
+void addUnderlays(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);

@@ -97,6 +97,22 @@ constinit const PackRow kSpline[] = {
     piece(spline<PieceIn>, spline<PieceOut>, {70, 71, 42, 43, 44, 12, 13, -40, -41, -10, -11}),
 };
 
+constinit const PackRow kHelix[] = {
+    section("AcDbSpline"),
+    piece(spline<PieceIn>, spline<PieceOut>, {70, 71, 42, 43, 44, 12, 13, -40, -41, -10, -11}),
+    section("AcDbHelix"),
+    field(Op::BL, 90),
+    field(Op::BL, 91),
+    field(Op::BD3, 10),
+    field(Op::BD3, 11),
+    field(Op::BD3, 12),
+    field(Op::BD, 40),
+    field(Op::BD, 41),
+    field(Op::BD, 42),
+    field(Op::B, 290),
+    field(Op::RC, 280),
+};
+
 // ---- leaders ---------------------------------------------------------------------------------------------
 
 template <class Io>
@@ -144,6 +160,7 @@ constinit const PackRow kTolerance[] = {
 
 void addSplines(std::vector<ClassPacking>& list) {
   list.push_back(packingOf("AcDbSpline", kSpline));
+  list.push_back(packingOf("AcDbHelix", kHelix));
   list.push_back(packingOf("AcDbLeader", kLeader));
   list.push_back(packingOf("AcDbFcf", kTolerance));
 }
