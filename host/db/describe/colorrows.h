@@ -16,8 +16,8 @@ constexpr GcDbField colorIndexRow(int code, const char* name) {
 
 template <auto Member>
 constexpr GcDbField colorRgbRow(int code, const char* name) {
-  GcDbField row = field<&GcDbIndexedColor::rgb>(code, name, Is::Plain, Write::UnlessDefault)
-                      .orElse(GcDbIndexedColor::kNoRgb);
+  GcDbField row =
+      field<&GcDbIndexedColor::rgb>(code, name, Is::Plain, Write::UnlessDefault).orElse(GcDbIndexedColor::kNoRgb);
   row.at = [](void* record) -> void* {
     using Class = typename gcdescribe::MemberOf<decltype(Member)>::Class;
     return &(static_cast<Class*>(record)->*Member).rgb;

@@ -5,7 +5,6 @@
 #include "host/db/describe/indexedcolor.h"
 #include "host/db/describe/recordof.h"
 
-
 class GcDbSection : public GcDbEntity {
  public:
   GCRX_DECLARE_MEMBERS(GcDbSection);

@@ -36,11 +36,11 @@ class GcDbUnderlayReference : public GcDbEntity {
   uint8_t m_fade = 0;
 };
 
-#define GC_UNDERLAY(Class)              \
+#define GC_UNDERLAY(Class)                     \
   class Class : public GcDbUnderlayReference { \
-   public:                              \
-    GCRX_DECLARE_MEMBERS(Class);        \
-    Class() = default;                  \
+   public:                                     \
+    GCRX_DECLARE_MEMBERS(Class);               \
+    Class() = default;                         \
   }
 GC_UNDERLAY(GcDbPdfReference);
 GC_UNDERLAY(GcDbDwfReference);

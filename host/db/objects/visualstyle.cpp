@@ -38,7 +38,7 @@ struct GcDbStyleRows {
     made.at = [](void* record) -> void* { return &(static_cast<Style*>(record)->m_properties[Property].*Member); };
     return made;
   }
-  template <int Property, int32_t GcDbIndexedColor::* Part>
+  template <int Property, int32_t GcDbIndexedColor::*Part>
   static constexpr GcDbField rgbRow(int code, const char* name) {
     GcDbField made = field<Part>(code, name, Is::Plain, Write::UnlessDefault).orElse(GcDbIndexedColor::kNoRgb);
     made.at = [](void* record) -> void* { return &(static_cast<Style*>(record)->m_properties[Property].color.*Part); };
@@ -59,8 +59,7 @@ struct GcDbStyleRows {
   GcDbStyleRows::row<GcDbVisualStyle::k_##p, &GcDbStyleProperty::real>(code, #p suffix)
 #define STYLE_TEXT(p, code, suffix) \
   GcDbStyleRows::row<GcDbVisualStyle::k_##p, &GcDbStyleProperty::text>(code, #p suffix)
-#define STYLE_SOURCE(p, suffix) \
-  GcDbStyleRows::row<GcDbVisualStyle::k_##p, &GcDbStyleProperty::source>(176, #p suffix)
+#define STYLE_SOURCE(p, suffix) GcDbStyleRows::row<GcDbVisualStyle::k_##p, &GcDbStyleProperty::source>(176, #p suffix)
 #define STYLE_INDEX(p, code, suffix) GcDbStyleRows::indexRow<GcDbVisualStyle::k_##p>(code, #p suffix)
 #define STYLE_RGB(p, code, suffix) \
   GcDbStyleRows::rgbRow<GcDbVisualStyle::k_##p, &GcDbIndexedColor::rgb>(rgbCodeOf(code), #p suffix)

@@ -98,18 +98,12 @@ constinit const PackRow kSpline[] = {
 };
 
 constinit const PackRow kHelix[] = {
-    section("AcDbSpline"),
-    piece(spline<PieceIn>, spline<PieceOut>, {70, 71, 42, 43, 44, 12, 13, -40, -41, -10, -11}),
-    section("AcDbHelix"),
-    field(Op::BL, 90),
-    field(Op::BL, 91),
-    field(Op::BD3, 10),
-    field(Op::BD3, 11),
-    field(Op::BD3, 12),
-    field(Op::BD, 40),
-    field(Op::BD, 41),
-    field(Op::BD, 42),
-    field(Op::B, 290),
+    section("AcDbSpline"), piece(spline<PieceIn>, spline<PieceOut>, {70, 71, 42, 43, 44, 12, 13, -40, -41, -10, -11}),
+    section("AcDbHelix"),  field(Op::BL, 90),
+    field(Op::BL, 91),     field(Op::BD3, 10),
+    field(Op::BD3, 11),    field(Op::BD3, 12),
+    field(Op::BD, 40),     field(Op::BD, 41),
+    field(Op::BD, 42),     field(Op::B, 290),
     field(Op::RC, 280),
 };
 

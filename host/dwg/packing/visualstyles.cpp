@@ -43,7 +43,7 @@ struct GcDbRecordOf<GcDbVisualStyle> {
   static void passNew(Pass& pass, GcDbVisualStyle& style) {
     pass.bs(style.m_lightingModel);
     pass.b(style.m_isInternal);
-#define X(name, kind, ...)                        \
+#define X(name, kind, ...)                         \
   kind(pass, style.m_properties[Style::k_##name]); \
   pass.bs(style.m_properties[Style::k_##name].source);
     GC_STYLE_PROPERTIES(X)
