@@ -5,6 +5,7 @@
 
 #include "db/database.h"
 #include "db/zombie.h"
+#include "host/db/core/asgroups.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/groupfiler.h"
 #include "host/db/core/rawbits.h"
@@ -76,16 +77,15 @@ GcDbRawBitsReader& bitsReader() {
 
 bool hasBits(const GcDbZombieData& data) { return data.version != 0; }
 
-// Whether what the zombie kept can be read by the class now. Classes the host describes itself read groups when they are
-// loaded; a proxy may have kept the bits of one all the same.
-bool isAwaited(const GcDbZombieData& data, const GcRxClass& descriptor) {
+// Whether what the zombie kept can be read by its class now.
+bool isAwaited(const GcDbZombieData& data) {
   if (hasBits(data)) return bitsReader() != nullptr && data.recordType == 0;
-  return descriptor.info() == nullptr && !data.groups.isEmpty();
+  return !data.groups.isEmpty();
 }
 
 void wake(GcDbStub* stub, const GcDbZombieData& data) {
   const GcRxClass* descriptor = gcrxFindGcRxClassByDxf(data.dxfName.c_str());
-  if (descriptor == nullptr || !isAwaited(data, *descriptor)) return;
+  if (descriptor == nullptr || !isAwaited(data)) return;
   auto* fresh = static_cast<GcDbObject*>(descriptor->create());
   if (fresh == nullptr) return;
   if (fresh->isKindOf(GcDbEntity::desc()) != stub->object->isKindOf(GcDbEntity::desc())) {
@@ -95,6 +95,7 @@ void wake(GcDbStub* stub, const GcDbZombieData& data) {
   const GcDbZombieData kept = data;
   exchange(stub, fresh, [&](GcDbObject&, GcDbObject& live) {
     if (hasBits(kept)) return bitsReader()(kept, live);
+    if (live.isA()->info() != nullptr) return gcdbFromGroups(live, kept.groups);
     GcDbGroupList groups = kept.groups;
     GcDbGroupFiler filer(groups);
     return isComplete(live.dxfInFields(&filer));

@@ -106,12 +106,14 @@ class Planner {
 
   uint32_t typeOf(const GcDbObject& object) {
     if (const GcDbZombieData* data = zombieDataOf(object)) return typeOfZombie(object, *data);
-    if (!hasPacking(object)) return 0;
     const GcRxClass& rxClass = *object.isA();
-    const uint32_t fixed = ClassMap::fixedTypeOf(view(rxClass.name()));
-    if (fixed != 0) return fixed;
-    if (rxClass.dxfName() == nullptr) return 0;
-    return numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, object.isKindOf(GcDbEntity::desc()));
+    const bool isEntity = object.isKindOf(GcDbEntity::desc());
+    uint32_t type = ClassMap::fixedTypeOf(view(rxClass.name()));
+    if (type == 0 && rxClass.dxfName() != nullptr)
+      type = numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, isEntity);
+    if (type == 0 || hasPacking(object)) return type;
+    // A class that is described but whose record is not goes as a proxy that holds its groups.
+    return isEntity ? kProxyEntity : kProxyObject;
   }
 
   void choose() {

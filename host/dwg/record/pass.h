@@ -95,6 +95,7 @@ class Pass {
     if constexpr (!kWriting) bits = static_cast<int32_t>(bitsInFiles(passed));
   }
   void cmc(GcDbIndexedColor& color) {
+    if (version() < kR2004) return bs(color.index);
     const GcCmEntityColor passed = m_io.rec.cmc(color.color());
     if constexpr (!kWriting) color = GcDbIndexedColor(passed);
   }

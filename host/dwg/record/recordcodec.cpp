@@ -1,6 +1,7 @@
 #include "host/dwg/record/recordcodec.h"
 
 #include "db/zombie.h"
+#include "host/db/core/asgroups.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
@@ -244,6 +245,10 @@ WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint
   } else if (const BoundTable* packing = boundTableOf(*object.isA())) {
     uint32_t registers[kRegisters] = {};
     packRows(record, *packing, &changeable, registers);
+  } else if (object.isA()->info() != nullptr) {
+    GcDbZombieData groups = gcdbAsGroups(object);
+    groups.recordType = static_cast<uint16_t>(ClassMap::fixedTypeOf(view(object.isA()->name())));
+    putProxy(record, groups, context.classes.numberFor(groups));
   } else {
     FilerOut filer(record);
     ignore(object.dwgOutFields(&filer));

@@ -8,8 +8,10 @@
 
 #include "db/symboltable.h"
 #include "db/zombie.h"
+#include "host/db/core/asgroups.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/describe/classinfo.h"
+#include "host/db/objects/zombiedata.h"
 #include "host/dwg/record/recordcodec.h"
 #include "host/rx/view.h"
 #include "tests/db/generate.h"
@@ -54,6 +56,25 @@ bool isLeftOut(const GcRxClass& kind) {
   return kind.isDerivedFrom(GcDbSymbolTable::desc()) || kind.isDerivedFrom(GcDbSymbolTableRecord::desc());
 }
 
+// Classes whose records are not described go as proxies that hold their groups, and come to life from them.
+void expectSameAsProxy(RecordContext& context, const GcDbObject& object) {
+  const bool isEntity = object.isKindOf(GcDbEntity::desc());
+  const WrittenRecord written = writeRecord(context, object, isEntity ? kProxyEntity : kProxyObject, {});
+  const ReadRecord back = readRecord(context, written.body, written.handleBits);
+  ASSERT_NE(back.object, nullptr) << back.trouble;
+  const GcDbZombieData* kept = nullptr;
+  if (const auto* zombie = GcDbZombieEntity::cast(back.object.get())) kept = &zombie->data();
+  if (const auto* zombie = GcDbZombieObject::cast(back.object.get())) kept = &zombie->data();
+  ASSERT_NE(kept, nullptr);
+  EXPECT_EQ(view(kept->dxfName), view(object.isA()->dxfName()));
+  auto* copy = static_cast<GcDbObject*>(object.isA()->create());
+  GcDbObjectId id;
+  ASSERT_EQ(context.database.addGcDbObject(id, copy), Gcad::eOk);
+  EXPECT_TRUE(gcdbFromGroups(*copy, kept->groups));
+  EXPECT_TRUE(gcdbAsGroups(*copy).groups == gcdbAsGroups(object).groups);
+  ignore(copy->close());
+}
+
 TEST_P(RecordLaw, WhatIsReadBackMakesTheSameRecord) {
   const GcRxClass* kind = GetParam();
   const bool isZombie = kind == GcDbZombieObject::desc() || kind == GcDbZombieEntity::desc();
@@ -75,8 +96,12 @@ TEST_P(RecordLaw, WhatIsReadBackMakesTheSameRecord) {
       auto* object = static_cast<GcDbObject*>(GetParam()->create());
       GcDbObjectId id;
       ASSERT_EQ(database.addGcDbObject(id, object), Gcad::eOk);
-      ASSERT_TRUE(hasPacking(*object));
       generator.fill(*object);
+      if (!hasPacking(*object)) {
+        if (version >= kR2000) expectSameAsProxy(context, *object);
+        ignore(object->close());
+        continue;
+      }
       const WrittenRecord written = writeRecord(context, *object, type, {});
       const ReadRecord back = readRecord(context, written.body, written.handleBits);
       ASSERT_NE(back.object, nullptr) << back.trouble;
