@@ -81,7 +81,7 @@ Gcad::ErrorStatus GcDbPolyline::reverseCurve() {
   return Gcad::eOk;
 }
 
-// Pieces and parallels of a polyline are polylines, with its one width if it has one.
+// Pieces and parallels of a polyline are lightweight polylines, with its one width if it has one.
 GcDbCurve* GcDbPolyline::subFromPath(const GcGePath& path) const {
   auto* made = static_cast<GcDbPolyline*>(gcdbPolylineFromPath(path, m_normal));
   if (made == nullptr) return nullptr;
@@ -90,4 +90,24 @@ GcDbCurve* GcDbPolyline::subFromPath(const GcGePath& path) const {
   ignore(made->setThickness(m_thickness));
   made->setPlinegen(hasPlinegen());
   return made;
+}
+
+GcDbCurve* GcDb2dPolyline::subFromPath(const GcGePath& path) const {
+  auto* made = static_cast<GcDbPolyline*>(gcdbPolylineFromPath(path, m_normal));
+  if (made == nullptr) return GcDbCurve::subFromPath(path);
+  const double width = oneWidth();
+  if (width > 0) ignore(made->setConstantWidth(width));
+  ignore(made->setThickness(m_thickness));
+  return made;
+}
+
+// The width of all segments; 0 when they differ.
+double GcDb2dPolyline::oneWidth() const {
+  double width = -1;
+  gcsequence::forEach<GcDb2dVertex>(*this, [&](const GcDb2dVertex& v) {
+    if (v.vertexType() == GcDb2dVertex::k2dSplineCtlVertex) return;
+    const bool same = v.startWidth() == v.endWidth() && (width < 0 || v.startWidth() == width);
+    width = same ? v.startWidth() : 0;
+  });
+  return std::max(width, 0.0);
 }

@@ -181,8 +181,8 @@ void GcDbText::mirrorReadably(const GcGeMatrix3d& transform) {
 Gcad::ErrorStatus GcDbText::transformExactly(const GcGeMatrix3d& transform) {
   const GcGeVector3d normal = gcplanar::normalOfImage(transform, m_normal);
   if (normal.isZeroLength()) return Gcad::eCannotScaleNonUniformly;
-  const GcGeVector3d along = transform * gcplanar::directionAt(m_rotationRad, m_normal);
-  const GcGeVector3d up = transform * gcplanar::directionAt(m_rotationRad + gcplanar::kTwoPi / 4, m_normal);
+  const GcGeVector3d way = gcplanar::directionAt(m_rotationRad, m_normal);
+  const GcGeVector3d along = transform * way, up = transform * m_normal.crossProduct(way);
   const GcGeVector3d slanted = up + along * std::tan(m_obliqueRad);
   const double stretch = along.length();
   const GcGeVector3d unit = along / stretch;

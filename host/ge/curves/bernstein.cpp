@@ -39,7 +39,7 @@ double illinois(const double* c, int n, double low, double high, double atLow, d
   int side = 0;
   for (int i = 0; i < 80 && high - low > 1e-14; ++i) {
     const double u = (low * atHigh - high * atLow) / (atHigh - atLow);
-    if (!(u > low && u < high)) break;
+    if (!(u > low && u < high)) return u <= low ? low : high;  // next to an end: it has nearly the value 0
     const double value = valueAt(c, n, u);
     if (value == 0) return u;
     if ((value > 0) == (atHigh > 0)) {

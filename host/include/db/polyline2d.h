@@ -66,9 +66,11 @@ class GcDb2dPolyline : public GcDbCurve {
 
  protected:
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
+  GcDbCurve* subFromPath(const GcGePath& path) const override;
 
  private:
   Gcad::ErrorStatus setFlag(int bit, bool on);
+  [[nodiscard]] double oneWidth() const;
   double m_elevation = 0;
   double m_thickness = 0;
   double m_startWidth = 0;

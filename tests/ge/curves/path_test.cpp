@@ -254,6 +254,22 @@ TEST(Path, ExtendedArcsAndLines) {
   EXPECT_LE((arc.closestTo({-7, 0, 0}).point - GcGeVector3d(0, 2, 0)).length(), 1e-15);
 }
 
+// A foot in the very middle of a leaf, where halving puts an end next to the root.
+TEST(Path, PointsInTheMiddleOfTheCurveAreFound) {
+  FOR_SEEDS(2000) {
+    AnyPath any(seed);
+    GcGePath path = any.ellipse();
+    if (any.upTo(2) == 0) path = any.spline();
+    for (const GcGeSpan& s : path.spans()) {
+      const double parts[] = {0.5, 0.25, 0.75, 0.125, 0.375};
+      const double t = s.t0() + (s.t1() - s.t0()) * (parts[any.upTo(4)] + any.upTo(2) * 1e-16);
+      GcGePoint3d on;
+      ASSERT_TRUE(path.pointAt(t, on));
+      EXPECT_LE(path.closestTo(on).distance, 1e-13 * path.size());
+    }
+  }
+}
+
 TEST(Path, ClosestAlongADirectionIsClosestInTheView) {
   FOR_SEEDS(200) {
     AnyPath any(seed);
