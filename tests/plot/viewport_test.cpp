@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "db/circle.h"
 #include "db/database.h"
 #include "db/layout.h"
 #include "db/layoutmanager.h"
@@ -90,6 +91,38 @@ TEST_F(Sheet, ViewportsShowTheModelAtTheirScaleWithoutTheirFrozenLayers) {
   const std::string one = plot();
   EXPECT_TRUE(has(one, "M105 192L155 192"));
   EXPECT_FALSE(has(one, "M105 187L155 187"));
+}
+
+// The window's outline is the circle's while the clip is on, the rectangle's otherwise.
+TEST_F(Sheet, AViewportIsClippedByItsObject) {
+  add(m_database.modelSpaceId(), new GcDbLine({0, 0, 0}, {100, 0, 0}));
+  GcDbLayoutManager& manager = *gcdbHostApplicationServices()->layoutManager();
+  ASSERT_EQ(manager.setCurrentLayout(GC_T("Layout1"), &m_database), Gcad::eOk);
+  const GcDbObjectId circle = add(m_database.paperSpaceId(), new GcDbCircle({100, 100, 0}, GcGeVector3d::kZAxis, 30));
+  auto* made = new GcDbViewport;
+  ignore(made->setWidth(60));
+  ignore(made->setHeight(60));
+  ignore(made->setCenterPoint({100, 100, 0}));
+  const GcDbObjectId id = add(m_database.paperSpaceId(), made);
+  const auto change = [&](GcDbObjectId clip) {
+    GcDbViewport* viewport = nullptr;
+    ASSERT_EQ(gcdbOpenObject(viewport, id, GcDb::kForWrite), Gcad::eOk);
+    ignore(viewport->setOn());
+    ASSERT_EQ(viewport->setNonRectClipEntityId(clip), Gcad::eOk);
+    ignore(viewport->close());
+  };
+  const auto clipOf = [&] {
+    const std::string picture = plot();
+    const size_t from = picture.find(" d=\"", picture.find("<clipPath"));
+    return picture.substr(from + 4, picture.find('"', from + 4) - from - 4);
+  };
+  // 135 to 75 mm from the left, 105 from the bottom of a sheet of 297 mm.
+  change({});
+  EXPECT_EQ(clipOf(), "M75 162L135 162L135 222L75 222Z");
+  change(circle);
+  const std::string round = clipOf();
+  EXPECT_EQ(round.find('L'), std::string::npos) << round;
+  EXPECT_EQ(round.substr(0, 8), "M135 192") << round;
 }
 
 }  // namespace
