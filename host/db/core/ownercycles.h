@@ -12,14 +12,17 @@ class GcDbOwnerCycles {
   // that returns true.
   template <class Found>
   void search(const GcDbStub* from, const Found& found) {
+    const GcDbStub* owner = ownerOf(from);
+    if (owner == m_known) return;
+    m_known = owner;
+    if (owner == nullptr || m_seenIn.contains(owner)) return;
     ++m_search;
     for (const GcDbStub* at = from; at != nullptr; at = ownerOf(at)) {
       const auto [seen, isNew] = m_seenIn.emplace(at, m_search);
       if (isNew) continue;
-      if (seen->second == m_search) return tell(at, found);
+      if (seen->second == m_search) tell(at, found);
       break;
     }
-    m_seenIn.erase(from);  // most objects own nothing and are never met again
   }
 
  private:
@@ -40,4 +43,5 @@ class GcDbOwnerCycles {
 
   std::unordered_map<const GcDbStub*, int> m_seenIn;  // the search that first met an object
   int m_search = 0;
+  const GcDbStub* m_known = nullptr;  // the owner of the last object: neighbours mostly share one
 };

@@ -1,5 +1,6 @@
 #include "host/dxf/write/class_writer.h"
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -72,7 +73,8 @@ struct Counted {
 
 using Counts = std::map<GcText, Counted>;  // in an order that does not change from run to run
 
-// Objects by type, but for the fixed types. Consecutive objects are mostly of one type.
+// Objects by type, but for the fixed types. A drawing has few types and many objects: what a type is, is looked up
+// where it was found last.
 class Counter {
  public:
   Counts run(GcDbDatabase& database) {
@@ -83,26 +85,30 @@ class Counter {
   }
 
  private:
+  struct Known {
+    const GcRxClass* descriptor = nullptr;
+    GcView type;
+    Counted* counted = nullptr;  // null: of a fixed type
+  };
+
   void count(const GcDbObject& object) {
     const GcRxClass* descriptor = object.isA();
     const GcView type = typeOf(object);
-    if (descriptor != m_descriptor || type != m_type) {
-      m_descriptor = descriptor;
-      m_type = type;
-      m_isCounted = !isFixed(type) && !descriptor->isDerivedFrom(GcDbSymbolTable::desc()) &&
-                    !descriptor->isDerivedFrom(GcDbSymbolTableRecord::desc());
-      if (m_isCounted) m_counted = &m_counts[GcText(type)];
-    }
-    if (!m_isCounted) return;
-    ++m_counted->count;
-    m_counted->example = &object;
+    Known& known = m_known[reinterpret_cast<std::uintptr_t>(descriptor) / sizeof(GcRxClass) % std::size(m_known)];
+    if (known.descriptor != descriptor || known.type != type) known = {descriptor, type, countedOf(*descriptor, type)};
+    if (known.counted == nullptr) return;
+    ++known.counted->count;
+    known.counted->example = &object;
+  }
+
+  Counted* countedOf(const GcRxClass& descriptor, GcView type) {
+    const bool isFixedType = isFixed(type) || descriptor.isDerivedFrom(GcDbSymbolTable::desc()) ||
+                             descriptor.isDerivedFrom(GcDbSymbolTableRecord::desc());
+    return isFixedType ? nullptr : &m_counts[GcText(type)];
   }
 
   Counts m_counts;
-  const GcRxClass* m_descriptor = nullptr;
-  GcView m_type;
-  Counted* m_counted = nullptr;
-  bool m_isCounted = false;
+  Known m_known[64];
 };
 
 void writeRecord(GroupWriter& out, const GcDbClassRecord& record, std::int32_t count) {
