@@ -3,7 +3,7 @@
 #   make run      the main job on the drawing and the program in examples/
 #   make test     what CI runs: format, names, all tests on the release build
 #   make test-all the same, then the tests with sanitizers and under Wine, and a brief fuzz run
-#   make windows  the same product for Windows in build-windows/bin
+#   make windows  the same product for Windows in build-windows/bin, and all of it as a zip in out/
 #   make check    format, names and lint
 #   make bench    the benchmarks, by hand
 #   make clean    removes every build tree
@@ -29,6 +29,7 @@ test-all:
 windows:
 	@tools/setup build tests windows
 	@tools/build windows
+	@tools/windows-zip
 
 check:
 	@tools/setup build tests check
