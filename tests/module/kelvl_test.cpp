@@ -103,10 +103,10 @@ TEST_F(KelVLTest, DwgRecordIsVersionCountAndUnits) {
   set(u"a\U0001F600");
   FailingDwgFiler filer;
   EXPECT_EQ(m_value->dwgOutFields(&filer), Gcad::eOk);
-  EXPECT_EQ(logged(), (Lines{"DEBUG: CKel_VL::dwgOutFields Start",
-                             "INFO: CKel_VL::dwgOutFields Zapisano numer wersji=2",
-                             "DEBUG: CKel_VL::dwgOutFields Zapisano liczbe bajtow=6",
-                             "DEBUG: CKel_VL::dwgOutFields Zapisano dane", "DEBUG: CKel_VL::dwgOutFields End"}));
+  EXPECT_EQ(logged(),
+            (Lines{"DEBUG: CKel_VL::dwgOutFields Start", "INFO: CKel_VL::dwgOutFields Zapisano numer wersji=2",
+                   "DEBUG: CKel_VL::dwgOutFields Zapisano liczbe bajtow=6",
+                   "DEBUG: CKel_VL::dwgOutFields Zapisano dane", "DEBUG: CKel_VL::dwgOutFields End"}));
   const std::vector<uint8_t> wanted{2, 0, 0, 0, 6, 0, 0, 0, 'a', 0, 0x3D, 0xD8, 0x00, 0xDE};
   EXPECT_EQ(filer.bytes(), wanted);
 }
@@ -155,13 +155,13 @@ TEST_F(KelVLTest, DwgRecordsOfVersionZeroAndTwoAreCounted) {
   for (const uint32_t version : {0U, 2U}) {
     FailingDwgFiler in = record(version, u"zażółć");
     EXPECT_EQ(readDwg(in), Gcad::eOk);
-    EXPECT_EQ(logged(), (Lines{"DEBUG: CKel_VL::dwgInFields Start",
-                               "INFO: CKel_VL::dwgInFields Odczytano numer wersji=" + std::to_string(version),
-                               "DEBUG: CKel_VL::dwgInFields Odczytano liczbe bajtow=12",
-                               "DEBUG: CKel_VL::setLData start", "DEBUG: CKel_VL::setLData lData len=6, size=12",
-                               "DEBUG: CKel_VL::setLData m_sLData len=6, size=12, status=0",
-                               "DEBUG: CKel_VL::setLData end", "DEBUG: CKel_VL::dwgInFields Odczytano dane",
-                               "DEBUG: CKel_VL::dwgInFields End"}));
+    EXPECT_EQ(logged(),
+              (Lines{"DEBUG: CKel_VL::dwgInFields Start",
+                     "INFO: CKel_VL::dwgInFields Odczytano numer wersji=" + std::to_string(version),
+                     "DEBUG: CKel_VL::dwgInFields Odczytano liczbe bajtow=12", "DEBUG: CKel_VL::setLData start",
+                     "DEBUG: CKel_VL::setLData lData len=6, size=12",
+                     "DEBUG: CKel_VL::setLData m_sLData len=6, size=12, status=0", "DEBUG: CKel_VL::setLData end",
+                     "DEBUG: CKel_VL::dwgInFields Odczytano dane", "DEBUG: CKel_VL::dwgInFields End"}));
     EXPECT_EQ(text(), "zażółć");
     EXPECT_TRUE(in.atEnd());
   }
@@ -173,8 +173,7 @@ TEST_F(KelVLTest, DwgRecordOfVersionOneIsOneString) {
   out.writeString(GC_T("old text"));
   FailingDwgFiler in(out.bytes());
   EXPECT_EQ(readDwg(in), Gcad::eOk);
-  EXPECT_EQ(logged(), (Lines{"DEBUG: CKel_VL::dwgInFields Start",
-                             "INFO: CKel_VL::dwgInFields Odczytano numer wersji=1",
+  EXPECT_EQ(logged(), (Lines{"DEBUG: CKel_VL::dwgInFields Start", "INFO: CKel_VL::dwgInFields Odczytano numer wersji=1",
                              "DEBUG: CKel_VL::dwgInFields Odczytano dane", "DEBUG: CKel_VL::dwgInFields End"}));
   EXPECT_EQ(text(), "old text");
 }
@@ -298,7 +297,8 @@ TEST_F(KelVLTest, AMissingVersionIsAnErrorAndTheGroupGoesBack) {
 TEST_F(KelVLTest, DxfVersionsOneAndTwoKeepTheLastText) {
   for (const int version : {1, 2}) {
     GroupListFiler filer;
-    filer.groups = {{100, GC_T("CKel_VL"), 0}, {90, {}, version}, {300, GC_T("first"), 0}, {300, GC_T("last"), 0}, {70, {}, 1}};
+    filer.groups = {
+        {100, GC_T("CKel_VL"), 0}, {90, {}, version}, {300, GC_T("first"), 0}, {300, GC_T("last"), 0}, {70, {}, 1}};
     EXPECT_EQ(m_value->dxfInFields(&filer), Gcad::eOk);
     const Lines lines = logged();
     EXPECT_EQ(lines.front(), "DEBUG: CKel_VL::dxfInFields Start");
