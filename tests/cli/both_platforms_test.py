@@ -94,8 +94,8 @@ def main():
             for version in versions:
                 name = f"{version}.{kind}"
                 # Drawn into one drawing, so that nothing depends on when a new one was made.
-                both.compare("drawn", name, ["run", "-d", plan, script, "-s", "{out}", "--as", version])
-                both.compare("converted", name, ["convert", plan, "{out}", "--as", version])
+                both.compare("drawn", name, ["run", "-d", plan, script, "-f", "-s", "{out}", "--as", version])
+                both.compare("converted", name, ["convert", plan, "{out}", "-f", "--as", version])
         both.compare("plotted", "plan.svg", ["plot", plan, "-o", "{out}"])
         print(f"{both.compared} files compared, {len(both.failures)} differ")
         print("\n".join(both.failures))

@@ -60,7 +60,7 @@ class KelVLTest : public testing::Test {
 };
 
 // Records as a filer into memory keeps them.
-FailingDwgFiler record(uint32_t version, const std::u16string& units) {
+FailingDwgFiler record(uint32_t version, const std::basic_string<GCHAR>& units) {
   FailingDwgFiler filer;
   filer.writeUInt32(version);
   filer.writeUInt32(static_cast<uint32_t>(2 * units.size()));
@@ -100,7 +100,7 @@ TEST_F(KelVLTest, NoTextCountsAsLengthZero) {
 // ---- DWG -------------------------------------------------------------------------------------------------
 
 TEST_F(KelVLTest, DwgRecordIsVersionCountAndUnits) {
-  set(u"a\U0001F600");
+  set(GC_T("a\U0001F600"));
   FailingDwgFiler filer;
   EXPECT_EQ(m_value->dwgOutFields(&filer), Gcad::eOk);
   EXPECT_EQ(logged(),
@@ -123,7 +123,7 @@ TEST_F(KelVLTest, AnObjectWithoutTextSavesACountOfNothing) {
 // Deliberate: a count of nothing leaves the text that is there.
 TEST_F(KelVLTest, ACountOfNothingLeavesTheText) {
   set(GC_T("earlier"));
-  FailingDwgFiler in = record(2, u"");
+  FailingDwgFiler in = record(2, GC_T(""));
   EXPECT_EQ(readDwg(in), Gcad::eOk);
   EXPECT_EQ(text(), "earlier");
 }
@@ -153,7 +153,7 @@ TEST_F(KelVLTest, AFilerThatFailedBeforeFailsAtTheBase) {
 
 TEST_F(KelVLTest, DwgRecordsOfVersionZeroAndTwoAreCounted) {
   for (const uint32_t version : {0U, 2U}) {
-    FailingDwgFiler in = record(version, u"zażółć");
+    FailingDwgFiler in = record(version, GC_T("zażółć"));
     EXPECT_EQ(readDwg(in), Gcad::eOk);
     EXPECT_EQ(logged(),
               (Lines{"DEBUG: CKel_VL::dwgInFields Start",
@@ -181,7 +181,7 @@ TEST_F(KelVLTest, DwgRecordOfVersionOneIsOneString) {
 TEST_F(KelVLTest, DwgRecordsOfNewerVersionsStayProxies) {
   for (const uint32_t version : {3U, 0x80000000U, 0xFFFFFFFFU}) {
     set(GC_T("kept"));
-    FailingDwgFiler in = record(version, u"new");
+    FailingDwgFiler in = record(version, GC_T("new"));
     EXPECT_EQ(readDwg(in), Gcad::eMakeMeProxy);
     EXPECT_EQ(logged().back(), "ERROR: CKel_VL::dwgInFields Blad nieprawidlowy numer wersji!");
     EXPECT_EQ(text(), "kept");
@@ -194,7 +194,7 @@ TEST_F(KelVLTest, EveryFailingReadIsItsStatusAndItsLine) {
                          "ERROR: CKel_VL::dwgInFields Blad podczas odczytu liczby bajtow!",
                          "ERROR: CKel_VL::dwgInFields Blad podczas odczytu danych!"};
   for (int call = 0; call < 3; ++call) {
-    FailingDwgFiler in = record(2, u"abc");
+    FailingDwgFiler in = record(2, GC_T("abc"));
     in.failAt(call, Gcad::eFilerError);
     EXPECT_EQ(readDwg(in), Gcad::eFilerError) << call;
     EXPECT_EQ(logged().back(), lines[call]);
@@ -235,7 +235,7 @@ TEST_F(KelVLTest, AnOddCountOfBytesIsRead) {
 // ---- DXF -------------------------------------------------------------------------------------------------
 
 TEST_F(KelVLTest, DxfGroupsAreMarkerVersionAndOneText) {
-  const GcString large(std::u16string(100000, u'x').c_str());
+  const GcString large(std::basic_string<GCHAR>(100000, 'x').c_str());
   set(large.c_str());
   GroupListFiler filer;
   EXPECT_EQ(m_value->dxfOutFields(&filer), Gcad::eOk);

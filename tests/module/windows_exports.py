@@ -10,7 +10,7 @@ import sys
 
 HOST = {"gcad.exe", "gcdb.dll", "gcbase.dll", "gccore.dll"}
 LANGUAGE = {"libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll"}
-SYSTEM = {"kernel32.dll", "msvcrt.dll"}
+SYSTEM = {"kernel32.dll", "user32.dll", "msvcrt.dll"}
 FUNCTIONS = {"gcrxEntryPoint", "gcrxGetApiVersion"}
 # Members, tables and type of CKel_VL as the compiler spells them.
 OF_CLASS = re.compile(r"_Z(N|NK|TV|TI|TS|ThN?\d*_N|TC)?K?7CKel_VL")

@@ -18,8 +18,11 @@ import subprocess
 import sys
 import tempfile
 
+EMULATOR = shlex.split(os.environ.get("GC_EMULATOR", ""))  # runs a Windows program
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 NAME = re.compile(r"<Entity name: ([0-9a-f]+)>")
+# A path as a Windows program says it of a file of this machine; in LISP texts each backslash is doubled.
+WINDOWS_PATH = re.compile(r'Z:(?:\\+[^\\"<>|?*:\s]+)+')
 
 
 class Exchange:
@@ -72,7 +75,7 @@ class Host:
         self.scratch = scratch
         self.at_line_start = True
         environment = dict(os.environ, TMPDIR=scratch, HOME=scratch)
-        command = shlex.split(os.environ.get("GC_EMULATOR", "")) + [gcad, "repl", "--json"]
+        command = EMULATOR + [gcad, "repl", "--json"]
         self.process = subprocess.Popen(command + [self.filled(o) for o in options], stdin=subprocess.PIPE,
                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=scratch, env=environment)
 
@@ -82,6 +85,8 @@ class Host:
     def normal(self, text):
         def number(match):
             return f"<Entity {self.numbers.setdefault(match[1], len(self.numbers) + 1)}>"
+        if EMULATOR:
+            text = WINDOWS_PATH.sub(lambda path: re.sub(r"\\+", "/", path[0][2:]), text)
         return NAME.sub(number, text).replace(self.scratch, "${SCRATCH}").replace(SOURCE, "${SOURCE}")
 
     def perform(self, exchange):
