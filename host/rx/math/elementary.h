@@ -22,6 +22,7 @@ struct SinCos {
 [[nodiscard]] double asin(double x);
 [[nodiscard]] double acos(double x);
 [[nodiscard]] double hypot(double x, double y);
+[[nodiscard]] inline double hypot(double x, double y, double z) { return hypot(hypot(x, y), z); }
 [[nodiscard]] double cbrt(double x);
 
 }  // namespace gc
