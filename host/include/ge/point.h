@@ -9,7 +9,7 @@ struct GcGeVector2d {
   double x = 0, y = 0;
   constexpr GcGeVector2d() = default;
   constexpr GcGeVector2d(double ax, double ay) : x(ax), y(ay) {}
-  [[nodiscard]] double length() const { return std::sqrt(x * x + y * y); }
+  [[nodiscard]] double length() const { return std::hypot(x, y); }
   [[nodiscard]] constexpr double dotProduct(const GcGeVector2d& v) const { return x * v.x + y * v.y; }
   [[nodiscard]] constexpr double crossProduct(const GcGeVector2d& v) const { return x * v.y - y * v.x; }
   [[nodiscard]] constexpr GcGeVector2d perpVector() const { return {-y, x}; }
@@ -31,7 +31,7 @@ struct GcGePoint2d {
   double x = 0, y = 0;
   constexpr GcGePoint2d() = default;
   constexpr GcGePoint2d(double ax, double ay) : x(ax), y(ay) {}
-  [[nodiscard]] double distanceTo(const GcGePoint2d& p) const { return (*this - p).length(); }
+  [[nodiscard]] double distanceTo(const GcGePoint2d& p) const { return std::hypot(x - p.x, y - p.y); }
   [[nodiscard]] constexpr GcGeVector2d asVector() const { return {x, y}; }
   friend constexpr GcGeVector2d operator-(const GcGePoint2d& a, const GcGePoint2d& b) { return {a.x - b.x, a.y - b.y}; }
   friend constexpr GcGePoint2d operator+(const GcGePoint2d& p, const GcGeVector2d& v) { return {p.x + v.x, p.y + v.y}; }
