@@ -1,29 +1,6 @@
 #include "host/dwg/bits/bitreader.h"
 
-#include <bit>
-
 namespace gc::dwg {
-
-namespace {
-
-uint64_t fromBigEndian(uint64_t value) {
-  if constexpr (std::endian::native == std::endian::little) return __builtin_bswap64(value);
-  return value;
-}
-
-double doubleOf(uint64_t bits) {
-  double value = 0;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
-uint64_t bitsOf(double value) {
-  uint64_t bits = 0;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits;
-}
-
-}  // namespace
 
 uint64_t HandleRef::absolute(uint64_t own) const {
   switch (code) {
@@ -54,13 +31,8 @@ void BitReader::setEnd(uint64_t end) {
   if (m_at > m_end) fail();
 }
 
-uint64_t BitReader::window() const {
-  const uint64_t byte = m_at >> 3;
+uint64_t BitReader::windowAtEnd(uint64_t byte) const {
   uint64_t value = 0;
-  if (byte + 8 <= m_size) {
-    std::memcpy(&value, m_data + byte, 8);
-    return fromBigEndian(value);
-  }
   for (uint64_t i = 0; i < 8; ++i) value = value << 8 | (byte + i < m_size ? m_data[byte + i] : 0u);
   return value;
 }
@@ -75,38 +47,6 @@ uint8_t BitReader::bit3() {
   return value;
 }
 
-uint16_t BitReader::rs() {
-  const uint64_t value = bits(16);
-  return static_cast<uint16_t>((value & 0xFF) << 8 | value >> 8);
-}
-
-uint32_t BitReader::rl() { return __builtin_bswap32(static_cast<uint32_t>(bits(32))); }
-
-uint64_t BitReader::rll() {
-  const uint64_t low = rl();
-  return low | static_cast<uint64_t>(rl()) << 32;
-}
-
-double BitReader::rd() { return doubleOf(rll()); }
-
-int16_t BitReader::bs() {
-  switch (bits(2)) {
-    case 0: return static_cast<int16_t>(rs());
-    case 1: return rc();
-    case 2: return 0;
-    default: return m_failed ? int16_t{0} : int16_t{256};
-  }
-}
-
-int32_t BitReader::bl() {
-  switch (bits(2)) {
-    case 0: return static_cast<int32_t>(rl());
-    case 1: return rc();
-    case 2: return 0;
-    default: fail(); return 0;
-  }
-}
-
 uint64_t BitReader::bll() {
   const auto count = static_cast<int>(bits(3));
   uint64_t value = 0;
@@ -114,18 +54,9 @@ uint64_t BitReader::bll() {
   return value;
 }
 
-double BitReader::bd() {
-  switch (bits(2)) {
-    case 0: return rd();
-    case 1: return 1;
-    case 2: return 0;
-    default: fail(); return 0;
-  }
-}
-
 // Code 1 replaces the low four bytes, code 2 bytes 4 and 5 and then the low four.
 double BitReader::dd(double otherwise) {
-  uint64_t value = bitsOf(otherwise);
+  auto value = std::bit_cast<uint64_t>(otherwise);
   switch (bits(2)) {
     case 0: return otherwise;
     case 1: value = (value & 0xFFFFFFFF00000000u) | rl(); break;
@@ -136,7 +67,7 @@ double BitReader::dd(double otherwise) {
     }
     default: return rd();
   }
-  return m_failed ? 0 : doubleOf(value);
+  return m_failed ? 0 : std::bit_cast<double>(value);
 }
 
 double BitReader::bt() { return b() ? 0 : bd(); }
@@ -212,15 +143,6 @@ uint32_t BitReader::ot() {
     case 1: return rc() + 0x1F0u;
     default: return rs();
   }
-}
-
-HandleRef BitReader::h() {
-  HandleRef ref;
-  ref.code = static_cast<uint8_t>(bits(4));
-  const auto count = static_cast<int>(bits(4));
-  if (count > 8) fail();
-  for (int i = 0; i < count && !m_failed; ++i) ref.value = ref.value << 8 | rc();
-  return ref;
 }
 
 bool BitReader::bytes(uint8_t* out, size_t count) {

@@ -4,6 +4,7 @@
 // After a read past the end (or a code that means nothing) the reader stays failed: every later value is zero.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -55,8 +56,8 @@ class BitReader {
   uint8_t bb() { return static_cast<uint8_t>(bits(2)); }
   uint8_t bit3();  // up to three bits, ended by the first zero
   uint8_t rc() { return static_cast<uint8_t>(bits(8)); }
-  uint16_t rs();
-  uint32_t rl();
+  uint16_t rs() { return __builtin_bswap16(static_cast<uint16_t>(bits(16))); }
+  uint32_t rl() { return __builtin_bswap32(static_cast<uint32_t>(bits(32))); }
   uint64_t rll();
   double rd();
   int16_t bs();
@@ -81,7 +82,15 @@ class BitReader {
 
  private:
   // The 64 bits that begin at the byte of the position, zero beyond the end of the bytes.
-  [[nodiscard]] uint64_t window() const;
+  [[nodiscard]] uint64_t window() const {
+    const uint64_t byte = m_at >> 3;
+    if (byte + 8 > m_size) return windowAtEnd(byte);
+    uint64_t value = 0;
+    std::memcpy(&value, m_data + byte, 8);
+    if constexpr (std::endian::native == std::endian::little) value = __builtin_bswap64(value);
+    return value;
+  }
+  [[nodiscard]] uint64_t windowAtEnd(uint64_t byte) const;
 
   const uint8_t* m_data = nullptr;
   uint64_t m_size = 0;  // bytes
@@ -89,5 +98,60 @@ class BitReader {
   uint64_t m_end = 0;
   bool m_failed = false;
 };
+
+inline uint64_t BitReader::rll() {
+  if (m_end - m_at < 64) {
+    fail();
+    return 0;
+  }
+  const auto shift = static_cast<int>(m_at & 7);
+  uint64_t value = window();
+  if (shift != 0) value = value << shift | m_data[(m_at >> 3) + 8] >> (8 - shift);
+  m_at += 64;
+  return __builtin_bswap64(value);
+}
+
+inline double BitReader::rd() { return std::bit_cast<double>(rll()); }
+
+inline int16_t BitReader::bs() {
+  switch (bits(2)) {
+    case 0: return static_cast<int16_t>(rs());
+    case 1: return rc();
+    case 2: return 0;
+    default: return m_failed ? int16_t{0} : int16_t{256};
+  }
+}
+
+inline int32_t BitReader::bl() {
+  switch (bits(2)) {
+    case 0: return static_cast<int32_t>(rl());
+    case 1: return rc();
+    case 2: return 0;
+    default: fail(); return 0;
+  }
+}
+
+inline double BitReader::bd() {
+  switch (bits(2)) {
+    case 0: return rd();
+    case 1: return 1;
+    case 2: return 0;
+    default: fail(); return 0;
+  }
+}
+
+inline HandleRef BitReader::h() {
+  HandleRef ref;
+  ref.code = static_cast<uint8_t>(bits(4));
+  const auto count = static_cast<int>(bits(4));
+  if (count == 8) {
+    ref.value = __builtin_bswap64(rll());
+  } else if (count > 8) {
+    fail();
+  } else if (count > 0) {
+    ref.value = bits(8 * count);
+  }
+  return ref;
+}
 
 }  // namespace gc::dwg

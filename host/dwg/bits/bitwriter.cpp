@@ -1,5 +1,6 @@
 #include "host/dwg/bits/bitwriter.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "host/dwg/bits/bitreader.h"
@@ -18,29 +19,27 @@ uint64_t bitsOf(double value) {
 
 std::vector<uint8_t> BitWriter::take() {
   alignToByte();
+  m_bytes.resize(m_size);
   std::vector<uint8_t> taken;
   taken.swap(m_bytes);
+  m_size = 0;
   return taken;
 }
 
+std::span<const uint8_t> BitWriter::whole() {
+  alignToByte();
+  return {m_bytes.data(), m_size};
+}
+
 void BitWriter::clear() {
-  m_bytes.clear();
+  m_size = 0;
   m_last = 0;
   m_used = 0;
 }
 
-void BitWriter::bits(uint64_t value, int count) {
-  m_last = m_last << count | (value & ((uint64_t{1} << count) - 1));
-  m_used += count;
-  if (m_used < 8) return;
-  const int whole = m_used / 8;
-  const uint64_t top = m_last << (64 - m_used);
-  const uint64_t ordered = __builtin_bswap64(top);
-  const size_t at = m_bytes.size();
-  m_bytes.resize(at + static_cast<size_t>(whole));
-  std::memcpy(m_bytes.data() + at, &ordered, static_cast<size_t>(whole));
-  m_used &= 7;
-  m_last &= (uint64_t{1} << m_used) - 1;
+void BitWriter::grow(size_t more) {
+  constexpr size_t kLeast = 256;
+  m_bytes.resize(std::max({m_size + more, 2 * m_bytes.size(), kLeast}));
 }
 
 void BitWriter::bit3(unsigned value) {
@@ -207,11 +206,21 @@ void BitWriter::h(unsigned code, uint64_t value) {
 }
 
 void BitWriter::bytes(std::span<const uint8_t> source) {
+  if (source.empty()) return;
   if (m_used == 0) {
-    m_bytes.insert(m_bytes.end(), source.begin(), source.end());
+    if (m_size + source.size() > m_bytes.size()) grow(source.size());
+    std::memcpy(m_bytes.data() + m_size, source.data(), source.size());
+    m_size += source.size();
     return;
   }
-  for (const uint8_t byte : source) rc(byte);
+  constexpr size_t kAtOnce = 4;
+  size_t at = 0;
+  for (; at + kAtOnce <= source.size(); at += kAtOnce) {
+    uint32_t word = 0;
+    std::memcpy(&word, source.data() + at, kAtOnce);
+    rl(word);
+  }
+  for (; at < source.size(); ++at) rc(source[at]);
 }
 
 void BitWriter::rest(BitReader reader) {
@@ -221,7 +230,7 @@ void BitWriter::rest(BitReader reader) {
 }
 
 void BitWriter::append(const BitWriter& other) {
-  bytes(other.m_bytes);
+  bytes({other.m_bytes.data(), other.m_size});
   if (other.m_used > 0) bits(other.m_last, other.m_used);
 }
 
@@ -230,13 +239,15 @@ void BitWriter::alignToByte() {
 }
 
 void BitWriter::patchRl(uint64_t position, uint32_t value) {
-  const auto put = [&](uint64_t at, bool one) {
-    uint8_t& byte = m_bytes[at / 8];
-    const auto mask = static_cast<uint8_t>(0x80u >> (at % 8));
-    byte = static_cast<uint8_t>(one ? byte | mask : byte & ~mask);
-  };
-  const uint32_t ordered = __builtin_bswap32(value);
-  for (unsigned i = 0; i < 32; ++i) put(position + i, (ordered >> (31 - i) & 1u) != 0);
+  const auto shift = static_cast<unsigned>(position % 8);
+  const size_t count = shift == 0 ? 4 : 5;
+  const uint64_t ordered = uint64_t{__builtin_bswap32(value)} << (8 * count - 32 - shift);
+  const uint64_t mask = uint64_t{0xFFFFFFFF} << (8 * count - 32 - shift);
+  for (size_t i = 0; i < count; ++i) {
+    uint8_t& byte = m_bytes[position / 8 + i];
+    const size_t down = 8 * (count - 1 - i);
+    byte = static_cast<uint8_t>((byte & ~(mask >> down)) | (ordered >> down & 0xFF));
+  }
 }
 
 }  // namespace gc::dwg

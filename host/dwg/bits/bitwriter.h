@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <vector>
 
@@ -14,13 +15,25 @@ class BitReader;
 
 class BitWriter {
  public:
-  [[nodiscard]] uint64_t position() const { return m_bytes.size() * 8 + static_cast<uint64_t>(m_used); }
+  [[nodiscard]] uint64_t position() const { return m_size * 8 + static_cast<uint64_t>(m_used); }
   // What was written, the last byte filled with zeros.
   [[nodiscard]] std::vector<uint8_t> take();
-  void clear();
+  // The same, until more is written.
+  [[nodiscard]] std::span<const uint8_t> whole();
+  void clear();  // keeps its memory
 
   // Up to 56 bits, the highest first.
-  void bits(uint64_t value, int count);
+  void bits(uint64_t value, int count) {
+    m_last = m_last << count | (value & ((uint64_t{1} << count) - 1));
+    m_used += count;
+    if (m_used < 8) return;
+    if (m_size + 8 > m_bytes.size()) grow(8);
+    const uint64_t ordered = __builtin_bswap64(m_last << (64 - m_used));
+    std::memcpy(m_bytes.data() + m_size, &ordered, 8);
+    m_size += static_cast<size_t>(m_used) / 8;
+    m_used &= 7;
+    m_last &= (uint64_t{1} << m_used) - 1;
+  }
 
   void b(bool value) { bits(value ? 1 : 0, 1); }
   void bb(unsigned value) { bits(value & 3u, 2); }
@@ -55,7 +68,10 @@ class BitWriter {
   void patchRl(uint64_t position, uint32_t value);
 
  private:
-  std::vector<uint8_t> m_bytes;
+  void grow(size_t more);
+
+  std::vector<uint8_t> m_bytes;  // room; what is beyond m_size means nothing
+  size_t m_size = 0;
   uint64_t m_last = 0;  // bits of the byte that is not full yet, at the low end
   int m_used = 0;       // how many: 0..7
 };

@@ -100,14 +100,14 @@ class Builder {
     for (size_t i = 0; i < m_contents.pointedOut.size(); ++i) putHandle(body, i, m_contents.pointedOut[i]);
     body.alignToByte();
     const uint64_t size = body.position() / 8 + 2;  // with the checksum
-    constexpr uint64_t kFrame = 2 * 16 + 8;         // sentinels and what follows the checksum
-    body.patchRl(0, static_cast<uint32_t>(size + kFrame));
+    constexpr uint64_t kBehind = 8;                 // what follows the checksum
+    body.patchRl(0, static_cast<uint32_t>(size + kBehind));
     const std::vector<uint8_t> bytes = body.take();
     ByteWriter out;
     out.append(kSecondHeaderBegin);
     out.append(bytes);
     out.u16(crc16(bytes, kCrcSeed));
-    out.zeros(8);
+    out.zeros(kBehind);
     out.append(closing(kSecondHeaderBegin));
     return std::move(out.bytes);
   }

@@ -10,6 +10,7 @@
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/lz.h"
 #include "host/dwg/file/pages_r2004.h"
+#include "host/dwg/file/sectionframe.h"
 
 namespace gc::dwg {
 
@@ -265,18 +266,19 @@ class Builder {
 
   void writePlainHeader() {
     const auto number = static_cast<unsigned>(gcdbDwgNumberOfVersion(m_context.version));
+    const auto maintenance = static_cast<unsigned>(maintenanceToWrite(m_context.version));
     ByteWriter head;
     head.append({reinterpret_cast<const uint8_t*>(versionText(m_context.version)), 6});
     head.zeros(5);
-    head.u8(0);
+    head.u8(maintenance);
     head.u8(3);
     head.u32(static_cast<uint32_t>(m_previewAt));
     head.u8(number);
-    head.u8(0);
+    head.u8(maintenance);
     head.u16(static_cast<unsigned>(m_contents.codePageNumber));
     head.u8(0);
     head.u8(number);
-    head.u8(0);
+    head.u8(maintenance);
     head.u32(0);
     head.u32(0);
     head.u32(static_cast<uint32_t>(m_summaryAt));

@@ -64,7 +64,7 @@ std::vector<uint8_t> writeClasses(RecordContext& context) {
     record.b(true);
   }
   for (ClassMap::FileClass& each : context.classes.fileClasses()) passClass(record, each);
-  return closeFrame(kClassesBegin, 0, record);
+  return closeFrame(kClassesBegin, record);
 }
 
 }  // namespace gc::dwg

@@ -364,7 +364,7 @@ std::vector<uint8_t> writeHeader(RecordContext& context, uint64_t handseed) {
   HeaderOut header(record, handseed);
   for (const HeaderRow& row : headerRows())
     if (row.isIn(context.version)) header.put(row);
-  return closeFrame(kHeaderBegin, 0, record);
+  return closeFrame(kHeaderBegin, record);
 }
 
 }  // namespace gc::dwg

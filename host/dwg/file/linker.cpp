@@ -1,5 +1,7 @@
 #include "host/dwg/file/linker.h"
 
+#include <algorithm>
+#include <span>
 #include <unordered_set>
 
 #include "db/blockbegin.h"
@@ -7,6 +9,7 @@
 #include "host/db/core/extra.h"
 #include "host/db/core/loader.h"
 #include "host/db/core/store.h"
+#include "host/dwg/file/nearlysorted.h"
 
 namespace gc::dwg {
 
@@ -42,6 +45,7 @@ class Linker {
   }
 
   void linkEntities() {
+    sortOwned();
     for (LoadedLinks::Owner& owner : m_links.owners) {
       if (GcDbSymbolTable::cast(owner.object) != nullptr) continue;
       const GcDbObjectIdArray parts = partsOf(*owner.object, owner.links);
@@ -81,20 +85,42 @@ class Linker {
         if (isEntity(id)) parts.append(id);
       return parts;
     }
-    const auto at = m_links.byOwner.find(owner.handle());
-    std::unordered_set<uint64_t> left;
-    if (at != m_links.byOwner.end())
-      for (const GcDbObjectId id : at->second) left.insert(id.handle());
-    for (uint64_t handle = links.firstPart; handle != 0 && left.erase(handle) > 0;) {
-      parts.append(GcDbObjectId(m_context.database.store().find(handle)));
+    const std::span<const LoadedLinks::Owned> owned = ownedBy(owner.handle());
+    std::vector<bool> taken(owned.size());
+    size_t place = 0;
+    for (uint64_t handle = links.firstPart; handle != 0; handle = owned[place].next) {
+      place = placeOf(handle, owned, place + 1);
+      if (place == owned.size() || taken[place]) break;
+      taken[place] = true;
+      parts.append(owned[place].id);
       if (handle == links.lastPart) break;
-      const auto next = m_links.nextEntity.find(handle);
-      handle = next != m_links.nextEntity.end() ? next->second : handle + 1;
     }
-    if (at == m_links.byOwner.end()) return parts;
-    for (const GcDbObjectId id : at->second)
-      if (left.count(id.handle()) > 0 && !isFrame(id)) parts.append(id);
+    for (size_t i = 0; i < owned.size(); ++i)
+      if (!taken[i]) parts.append(owned[i].id);
     return parts;
+  }
+
+  // By owner, then by handle, as files of most programs have them already.
+  void sortOwned() {
+    sortNearlySorted(m_links.owned, [](const LoadedLinks::Owned& a, const LoadedLinks::Owned& b) {
+      return a.owner != b.owner ? a.owner < b.owner : a.handle < b.handle;
+    });
+  }
+
+  [[nodiscard]] std::span<const LoadedLinks::Owned> ownedBy(uint64_t owner) const {
+    const auto begin = std::lower_bound(m_links.owned.begin(), m_links.owned.end(), owner,
+                                        [](const LoadedLinks::Owned& a, uint64_t b) { return a.owner < b; });
+    const auto end = std::upper_bound(begin, m_links.owned.end(), owner,
+                                      [](uint64_t a, const LoadedLinks::Owned& b) { return a < b.owner; });
+    return {begin, end};
+  }
+
+  // The place of a handle, which is most often the expected one; the end when it is not there.
+  static size_t placeOf(uint64_t handle, std::span<const LoadedLinks::Owned> owned, size_t expected) {
+    if (expected < owned.size() && owned[expected].handle == handle) return expected;
+    const auto at = std::lower_bound(owned.begin(), owned.end(), handle,
+                                     [](const LoadedLinks::Owned& a, uint64_t b) { return a.handle < b; });
+    return at != owned.end() && at->handle == handle ? static_cast<size_t>(at - owned.begin()) : owned.size();
   }
 
   static bool isEntity(GcDbObjectId id) { return id.isValid() && id.stub()->object->isKindOf(GcDbEntity::desc()); }

@@ -15,6 +15,9 @@ constexpr uint32_t kApplicationType = 0x43;
 constexpr uint32_t kViewportHeaderTable = 0x46;
 constexpr uint32_t kViewportHeader = 0x47;
 
+// Begin and end of a block, end of a sequence: owned, but no parts.
+bool isFrame(uint32_t type) { return type >= 4 && type <= 6; }
+
 bool isDropped(uint32_t type) { return type == kViewportHeaderTable || type == kViewportHeader; }
 
 }  // namespace
@@ -39,6 +42,7 @@ void ObjectLoader::loadAll(const std::vector<MapEntry>& map) {
   std::vector<size_t> layers;
   std::vector<size_t> others;
   others.reserve(map.size());
+  if (m_context.version < kR2004) m_links.owned.reserve(map.size());
   for (size_t i = 0; i < map.size(); ++i) {
     const Cut record = cut(map[i], false);
     const uint32_t type = record.ok ? typeOfRecord(m_context.version, record.body) : 0;
@@ -79,9 +83,9 @@ void ObjectLoader::adopt(const MapEntry& entry, ReadRecord record) {
   GcDbObject* object = record.object.release();
   m_context.database.store().adopt(stub, object, record.owner);
   if (record.links.hasParts) m_links.owners.push_back({object, std::move(record.links)});
-  if (m_context.version >= kR2004 || !object->isKindOf(GcDbEntity::desc())) return;
-  m_links.byOwner[record.owner.handle()].push_back(object->objectId());
-  if (!record.links.consecutive && record.links.next != 0) m_links.nextEntity[entry.handle] = record.links.next;
+  if (m_context.version >= kR2004 || isFrame(record.type) || !m_context.classes.typeOf(record.type).isEntity) return;
+  const uint64_t next = !record.links.consecutive && record.links.next != 0 ? record.links.next : entry.handle + 1;
+  m_links.owned.push_back({record.owner.handle(), entry.handle, next, object->objectId()});
 }
 
 }  // namespace gc::dwg

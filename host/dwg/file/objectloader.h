@@ -1,7 +1,6 @@
 // The objects of a file: from records at the places of the object map into the database.
 #pragma once
 
-#include <unordered_map>
 #include <vector>
 
 #include "host/dwg/file/objectmap.h"
@@ -16,9 +15,14 @@ struct LoadedLinks {
     GcDbObject* object;
     RecordLinks links;
   };
-  std::vector<Owner> owners;                          // tables, blocks, polylines, inserts
-  std::unordered_map<uint64_t, uint64_t> nextEntity;  // R13..R2000: neighbours that are not consecutive handles
-  std::unordered_map<uint64_t, std::vector<GcDbObjectId>> byOwner;  // R13..R2000: entities by their owner's handle
+  struct Owned {
+    uint64_t owner;   // handle
+    uint64_t handle;  // of the entity
+    uint64_t next;    // the one behind it in the chain
+    GcDbObjectId id;
+  };
+  std::vector<Owner> owners;  // tables, blocks, polylines, inserts
+  std::vector<Owned> owned;   // R13..R2000: entities but frames, in the order they were read
 };
 
 class ObjectLoader {

@@ -9,12 +9,14 @@
 #include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
+#include "host/dwg/file/nearlysorted.h"
 #include "host/dwg/record/rawrecord.h"
 
 namespace gc::dwg {
 
 namespace {
 
+constexpr uint32_t kBlockRecordType = 0x31;
 constexpr const GCHAR* kUsualApplication = GC_T("ObjectDBX Classes");
 
 class Planner {
@@ -25,9 +27,9 @@ class Planner {
     completeSequences();
     takeClasses();
     choose();
+    sortNearlySorted(m_plan.objects,
+                     [](const PlannedObject& a, const PlannedObject& b) { return a.handle < b.handle; });
     if (m_context.version < kR2004) linkNeighbours();
-    std::sort(m_plan.objects.begin(), m_plan.objects.end(),
-              [](const PlannedObject& a, const PlannedObject& b) { return a.object->handle() < b.object->handle(); });
     return std::move(m_plan);
   }
 
@@ -104,60 +106,94 @@ class Planner {
     return data.recordType;
   }
 
-  uint32_t typeOf(const GcDbObject& object) {
-    if (const GcDbZombieData* data = zombieDataOf(object)) return typeOfZombie(object, *data);
+  // Of objects of a class, which all have the same: looked up once.
+  struct ClassType {
+    uint32_t type = 0;    // of records
+    uint32_t number = 0;  // of the class among those of the file
+    bool isEntity = false;
+    bool isZombie = false;  // each object has a type of its own
+    int32_t count = 0;
+  };
+
+  ClassType& classTypeOf(const GcDbObject& object) {
     const GcRxClass& rxClass = *object.isA();
-    const bool isEntity = object.isKindOf(GcDbEntity::desc());
-    uint32_t type = ClassMap::fixedTypeOf(view(rxClass.name()));
-    if (type == 0 && rxClass.dxfName() != nullptr)
-      type = numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, isEntity);
-    if (type == 0 || hasPacking(object)) return type;
+    if (&rxClass == m_lastClass) return *m_lastType;
+    const auto [at, isNew] = m_classTypes.try_emplace(&rxClass);
+    m_lastClass = &rxClass;
+    m_lastType = &at->second;
+    if (!isNew) return *m_lastType;
+    ClassType& made = at->second;
+    made.isEntity = object.isKindOf(GcDbEntity::desc());
+    made.isZombie = zombieDataOf(object) != nullptr;
+    if (made.isZombie) return made;
+    made.type = ClassMap::fixedTypeOf(view(rxClass.name()));
+    if (made.type == 0 && rxClass.dxfName() != nullptr)
+      made.type = made.number = numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, made.isEntity);
     // A class that is described but whose record is not goes as a proxy that holds its groups.
-    return isEntity ? kProxyEntity : kProxyObject;
+    if (made.type != 0 && !hasPacking(object)) made.type = made.isEntity ? kProxyEntity : kProxyObject;
+    return made;
+  }
+
+  uint32_t typeOf(const GcDbObject& object, ClassType& ofClass) {
+    if (ofClass.isZombie) return typeOfZombie(object, *zombieDataOf(object));
+    ++ofClass.count;
+    return ofClass.type;
+  }
+
+  // The first one of a class was counted when it got its number.
+  void countInstances() {
+    for (const auto& [rxClass, ofClass] : m_classTypes)
+      if (ofClass.number != 0)
+        m_context.classes.fileClasses()[ofClass.number - kFirstFileClass].instanceCount += ofClass.count - 1;
   }
 
   void choose() {
+    m_plan.objects.reserve(m_database.store().size());
     m_database.store().forEach([&](GcDbStub* stub) {
       if (stub->object == nullptr || stub->erased) return;
       PlannedObject planned;
       planned.object = stub->object;
-      planned.type = typeOf(*stub->object);
+      planned.handle = stub->handle;
+      ClassType& ofClass = classTypeOf(*stub->object);
+      planned.type = typeOf(*stub->object, ofClass);
       if (planned.type == 0) {
         m_context.omitted.insert(stub->handle);
         ++m_plan.leftOut;
         return;
       }
-      if (planned.object->isKindOf(GcDbEntity::desc())) planned.links.mode = modeOf(*planned.object);
-      m_plan.objects.push_back(std::move(planned));
+      if (ofClass.isEntity) planned.links.mode = modeOf(*planned.object);
+      m_plan.objects.push_back(planned);
     });
+    countInstances();
   }
 
-  [[nodiscard]] RecordLinks::Mode modeOf(const GcDbObject& entity) const {
-    if (entity.ownerId() == m_context.modelSpace) return RecordLinks::Mode::ModelSpace;
-    if (entity.ownerId() == m_context.paperSpace) return RecordLinks::Mode::PaperSpace;
-    return RecordLinks::Mode::Owner;
+  [[nodiscard]] EntityLinks::Mode modeOf(const GcDbObject& entity) const {
+    if (entity.ownerId() == m_context.modelSpace) return EntityLinks::Mode::ModelSpace;
+    if (entity.ownerId() == m_context.paperSpace) return EntityLinks::Mode::PaperSpace;
+    return EntityLinks::Mode::Owner;
   }
 
   // Files before AC1018 chain the entities of an owner. Neighbours with the handles before and after need not be told.
   void linkNeighbours() {
-    for (size_t i = 0; i < m_plan.objects.size(); ++i) m_places[m_plan.objects[i].object->handle()] = i;
-    for (size_t i = 0; i < m_plan.objects.size(); ++i) {
-      const GcDbObject& object = *m_plan.objects[i].object;
-      if (const auto* block = GcDbBlockTableRecord::cast(&object))
-        chain(block->entities());
-      else if (object.extra() != nullptr)
+    for (const PlannedObject& planned : m_plan.objects) {
+      const GcDbObject& object = *planned.object;
+      if (object.extra() != nullptr && !object.extra()->parts.isEmpty())
         chain(object.extra()->parts);
+      else if (const auto* block = planned.type == kBlockRecordType ? GcDbBlockTableRecord::cast(&object) : nullptr)
+        chain(block->entities());
     }
   }
 
   void chain(const GcDbObjectIdArray& all) {
     std::vector<uint64_t> handles;
+    handles.reserve(static_cast<size_t>(all.length()));
     for (const GcDbObjectId id : all)
-      if (m_context.isWritten(id)) handles.push_back(id.handle());
+      if (m_context.isWritten(id)) handles.push_back(id.stub()->handle);
+    size_t place = 0;
     for (size_t i = 0; i < handles.size(); ++i) {
-      const auto place = m_places.find(handles[i]);
-      if (place == m_places.end()) continue;
-      RecordLinks& links = m_plan.objects[place->second].links;
+      place = placeOf(handles[i], place + 1);
+      if (place == m_plan.objects.size()) continue;
+      EntityLinks& links = m_plan.objects[place].links;
       links.previous = i > 0 ? handles[i - 1] : 0;
       links.next = i + 1 < handles.size() ? handles[i + 1] : 0;
       links.consecutive =
@@ -165,10 +201,21 @@ class Planner {
     }
   }
 
+  // The place of a handle, which is most often the expected one; the end when it is not there.
+  [[nodiscard]] size_t placeOf(uint64_t handle, size_t expected) const {
+    const auto& all = m_plan.objects;
+    if (expected < all.size() && all[expected].handle == handle) return expected;
+    const auto at = std::lower_bound(all.begin(), all.end(), handle,
+                                     [](const PlannedObject& a, uint64_t b) { return a.handle < b; });
+    return at != all.end() && at->handle == handle ? static_cast<size_t>(at - all.begin()) : all.size();
+  }
+
   RecordContext& m_context;
   GcDbDatabase& m_database;
   WritePlan m_plan;
-  std::unordered_map<uint64_t, size_t> m_places;
+  std::unordered_map<const GcRxClass*, ClassType> m_classTypes;
+  const GcRxClass* m_lastClass = nullptr;
+  ClassType* m_lastType = nullptr;
 };
 
 }  // namespace

@@ -9,8 +9,9 @@ namespace gc::dwg {
 
 struct PlannedObject {
   const GcDbObject* object = nullptr;
+  uint64_t handle = 0;
   uint32_t type = 0;
-  RecordLinks links;
+  EntityLinks links;
 };
 
 struct WritePlan {

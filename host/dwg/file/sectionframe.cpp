@@ -47,7 +47,7 @@ bool openFrame(const Sections& sections, std::span<const uint8_t> bytes, const S
   return !record.failed();
 }
 
-std::vector<uint8_t> closeFrame(const Sentinel& begin, int maintenance, RecordOut& record) {
+std::vector<uint8_t> closeFrame(const Sentinel& begin, RecordOut& record) {
   BitWriter content;
   if (record.version() >= kR2007) {
     finishStreams(record);
@@ -61,7 +61,7 @@ std::vector<uint8_t> closeFrame(const Sentinel& begin, int maintenance, RecordOu
     for (int i = 0; i < 4; ++i) out.push_back(static_cast<uint8_t>(value >> (8 * i)));
   };
   put32(static_cast<uint32_t>(body.size()));
-  if (hasLongSize(record.version(), maintenance)) put32(0);
+  if (hasLongSize(record.version(), maintenanceToWrite(record.version()))) put32(0);
   out.insert(out.end(), body.begin(), body.end());
   const uint16_t crc = crc16(std::span<const uint8_t>(out).subspan(begin.size()), kCrcSeed);
   out.push_back(static_cast<uint8_t>(crc));

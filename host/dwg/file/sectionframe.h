@@ -29,6 +29,13 @@ constexpr Sentinel closing(const Sentinel& begin) {
 // Sets the streams up at the first value. False when there is no content; damage is reported with the section's name.
 bool openFrame(const Sections& sections, std::span<const uint8_t> bytes, const Sentinel& begin, const char* name,
                RecordIn& record, GcDbLoadReport& report);
-std::vector<uint8_t> closeFrame(const Sentinel& begin, int maintenance, RecordOut& record);
+std::vector<uint8_t> closeFrame(const Sentinel& begin, RecordOut& record);
+
+// The maintenance release a file of the version says it is from: one that programs of the version have. Readers tell by
+// it whether sizes have two words.
+constexpr int maintenanceToWrite(int version) {
+  if (version == kR2010) return 0x6D;
+  return version == kR2013 ? 0x7D : 0;
+}
 
 }  // namespace gc::dwg

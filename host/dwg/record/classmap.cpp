@@ -2,7 +2,10 @@
 
 #include <iterator>
 
+#include "db/entity.h"
+#include "db/symboltable.h"
 #include "host/db/objects/zombiedata.h"
+#include "host/dwg/record/bound.h"
 
 namespace gc::dwg {
 
@@ -142,7 +145,21 @@ uint32_t ClassMap::numberFor(const GcDbZombieData& data) {
   return described == nullptr ? 0 : described->number;
 }
 
-TypeInfo ClassMap::typeOf(uint32_t number) const {
+const TypeInfo& ClassMap::typeOf(uint32_t number) const {
+  const auto at = m_types.find(number);
+  if (at != m_types.end()) return at->second;
+  TypeInfo info = lookUp(number);
+  if (info.rxClass != nullptr) {
+    info.isMade = info.rxClass->isDerivedFrom(GcDbObject::desc()) &&
+                  info.rxClass->isDerivedFrom(GcDbEntity::desc()) == info.isEntity;
+    info.packing = boundTableOf(*info.rxClass);
+    info.isTable = info.rxClass->isDerivedFrom(GcDbSymbolTable::desc());
+    info.filesItself = info.rxClass->info() == nullptr;
+  }
+  return m_types.emplace(number, std::move(info)).first->second;
+}
+
+TypeInfo ClassMap::lookUp(uint32_t number) const {
   TypeInfo info;
   if (number == kProxyEntity || number == kProxyObject) {
     info.isEntity = number == kProxyEntity;

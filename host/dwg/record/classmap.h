@@ -1,6 +1,7 @@
 // Object types of records: the format's fixed ones and those a file numbers in its class section.
 #pragma once
 
+#include <unordered_map>
 #include <vector>
 
 #include "host/rx/view.h"
@@ -14,11 +15,20 @@ inline constexpr uint32_t kFirstFileClass = 500;
 inline constexpr uint32_t kProxyEntity = 0x1F2;
 inline constexpr uint32_t kProxyObject = 0x1F3;
 
+struct BoundTable;
+
 struct TypeInfo {
-  GcText dxfName;                // group 0 of the type
-  GcRxClass* rxClass = nullptr;  // null: not loaded, or nothing the database knows
+  GcText dxfName;                       // group 0 of the type
+  GcRxClass* rxClass = nullptr;         // null: not loaded, or nothing the database knows
+  const BoundTable* packing = nullptr;  // of the class, when it has one
+  bool isMade = false;                  // the class makes objects that are entities as the type says, or are none
+  bool isTable = false;                 // the class is one of symbol tables
+  bool filesItself = false;             // the class has no description
   bool isEntity = false;
   bool isKnown = false;  // false: a number nobody describes
+
+  // Whether the fields of a record of this type can be read.
+  [[nodiscard]] bool isRead() const { return isTable || packing != nullptr || filesItself; }
 };
 
 class ClassMap {
@@ -37,7 +47,10 @@ class ClassMap {
     int32_t maintenanceVersion = 0;
   };
 
-  void add(FileClass fileClass) { m_fileClasses.push_back(std::move(fileClass)); }
+  void add(FileClass fileClass) {
+    m_fileClasses.push_back(std::move(fileClass));
+    m_types.clear();
+  }
   [[nodiscard]] const std::vector<FileClass>& fileClasses() const { return m_fileClasses; }
   [[nodiscard]] std::vector<FileClass>& fileClasses() { return m_fileClasses; }
   [[nodiscard]] const FileClass* fileClass(uint32_t number) const;
@@ -45,7 +58,8 @@ class ClassMap {
   // The number of a zombie's own class: its fixed type, or that of the file's class of its DXF name; 0 for none.
   [[nodiscard]] uint32_t numberFor(const GcDbZombieData& data);
 
-  [[nodiscard]] TypeInfo typeOf(uint32_t number) const;
+  // What is known of a type. Looked up once: classes are neither loaded nor added while records are read.
+  [[nodiscard]] const TypeInfo& typeOf(uint32_t number) const;
 
   // The fixed type of a class by its run-time name; 0 when it has none.
   static uint32_t fixedTypeOf(GcView className);
@@ -54,7 +68,10 @@ class ClassMap {
   static bool isFixedEntity(uint32_t number);
 
  private:
+  [[nodiscard]] TypeInfo lookUp(uint32_t number) const;
+
   std::vector<FileClass> m_fileClasses;
+  mutable std::unordered_map<uint32_t, TypeInfo> m_types;
 };
 
 }  // namespace gc::dwg

@@ -69,12 +69,12 @@ constexpr unsigned kColorIsRgb = 0x80;
 constexpr unsigned kColorIsObject = 0x40;
 constexpr unsigned kColorIsTransparent = 0x20;
 
-GcCmEntityColor readEntityColor(RecordIn& record, GcDbEntity& entity, GcDbObjectId& colorObject, bool& hasObject) {
+// A colour of its own comes first, the transparency behind it.
+GcCmEntityColor readEntityColor(RecordIn& record, GcDbEntity& entity, bool& hasObject) {
   const auto value = static_cast<uint16_t>(record.data.bs());
   const unsigned flags = value >> 8;
-  GcCmEntityColor color = GcCmEntityColor::fromIndex(value & 0x1FF);
   if (record.version() < kR2004) return GcCmEntityColor::fromIndex(value);
-  if ((flags & kColorIsTransparent) != 0) entity.needExtra().transparency = record.data.bl();
+  GcCmEntityColor color = GcCmEntityColor::fromIndex(value & 0x1FF);
   hasObject = (flags & kColorIsObject) != 0;
   if (!hasObject && (flags & kColorIsRgb) != 0) {
     const auto bits = static_cast<uint32_t>(record.data.bl());
@@ -84,15 +84,16 @@ GcCmEntityColor readEntityColor(RecordIn& record, GcDbEntity& entity, GcDbObject
                                        static_cast<uint8_t>(bits));
     }
   }
+  if ((flags & kColorIsTransparent) != 0) entity.needExtra().transparency = record.data.bl();
   if ((flags & 0x41) == 0x41) entity.needExtra().colorBook = toGcString(record.t({}));
   if ((flags & 0x42) == 0x42) {
     const GcText book = record.t({});
     entity.needExtra().colorBook = toGcString(book + GC_T("$") + GcText(view(entity.extra()->colorBook)));
   }
-  static_cast<void>(colorObject);
   return color;
 }
 
+// Beside a colour of its own stands the nearest one of the palette.
 void writeEntityColor(RecordOut& record, const GcDbEntity& entity) {
   const GcCmEntityColor color = entity.color();
   if (record.version() < kR2004) {
@@ -101,11 +102,10 @@ void writeEntityColor(RecordOut& record, const GcDbEntity& entity) {
   }
   const int32_t transparency = entity.extra() == nullptr ? 0 : entity.extra()->transparency;
   unsigned flags = transparency != 0 ? kColorIsTransparent : 0;
-  const unsigned index = color.isByColor() ? 0u : static_cast<unsigned>(color.colorIndex()) & 0x1FFu;
   if (color.isByColor()) flags |= kColorIsRgb;
-  record.data.bs(static_cast<int>(flags << 8 | index));
-  if (transparency != 0) record.data.bl(transparency);
+  record.data.bs(static_cast<int>(flags << 8 | (static_cast<unsigned>(color.colorIndex()) & 0x1FFu)));
   if (color.isByColor()) record.data.bl(static_cast<int32_t>(color.bits()));
+  if (transparency != 0) record.data.bl(transparency);
 }
 
 // R13 and R14 keep the size of data and references apart in the middle of the record.
@@ -143,8 +143,7 @@ void readProperties(RecordIn& record, GcDbEntity& entity, Properties& p) {
   if (version >= kR2004) p.hasDictionary = !record.data.b();
   if (version < kR2004) record.links.consecutive = record.data.b();
   if (version >= kR2013) record.data.b();  // binary data of a solid stands in a section of its own
-  GcDbObjectId colorObject;
-  setColor(*rows.color, &entity, readEntityColor(record, entity, colorObject, p.hasColorObject));
+  setColor(*rows.color, &entity, readEntityColor(record, entity, p.hasColorObject));
   setReal(*rows.linetypeScale, &entity, record.data.bd());
   if (version >= kR2000) {
     p.linetypeFlags = record.data.bb();

@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "db/database.h"
+#include "host/db/core/store.h"
 #include "host/dwg/record/classmap.h"
 #include "host/dwg/record/packrow.h"
 #include "host/rx/text/drawing_text.h"
@@ -32,7 +33,9 @@ struct RecordContext {
 
   // Whether the file that is written has the object: it is there, not erased and not left out.
   [[nodiscard]] bool isWritten(GcDbObjectId id) const {
-    return id.isValid() && !id.isErased() && (omitted.empty() || omitted.count(id.handle()) == 0);
+    const GcDbStub* stub = id.stub();
+    return stub != nullptr && stub->object != nullptr && !stub->erased &&
+           (omitted.empty() || omitted.count(stub->handle) == 0);
   }
 
   [[nodiscard]] GcDbObjectId idOf(uint64_t handle) const;
@@ -43,13 +46,17 @@ struct RecordContext {
   [[nodiscard]] uint64_t handleOfLayer(GcView name) const;
 };
 
-// Links of an object to others that are no fields of its class.
-struct RecordLinks {
+// How an entity stands among those of its owner.
+struct EntityLinks {
   enum class Mode : uint8_t { Owner = 0, PaperSpace = 1, ModelSpace = 2 };
-  Mode mode = Mode::Owner;  // entities: whether the owner is given or is one of the two spaces
+  Mode mode = Mode::Owner;  // whether the owner is given or is one of the two spaces
   bool consecutive = true;  // R13..R2000: the neighbours have the handles before and after this one
-  uint64_t previous = 0;    // R13..R2000 entities
+  uint64_t previous = 0;    // R13..R2000
   uint64_t next = 0;
+};
+
+// Links of an object to others that are no fields of its class.
+struct RecordLinks : EntityLinks {
   uint64_t firstPart = 0;  // R13..R2000: ends of the chain of owned entities
   uint64_t lastPart = 0;
   GcDbObjectIdArray parts;  // from AC1018 on: the owned entities themselves

@@ -50,46 +50,34 @@ bool endsExactly(const RecordIn& record) {
          record.handles.remaining() < 8;
 }
 
-bool readFields(RecordIn& record, GcDbObject& object) {
-  if (auto* table = GcDbSymbolTable::cast(&object)) {
-    readTable(record, *table);
+bool readFields(RecordIn& record, GcDbObject& object, const TypeInfo& info) {
+  if (info.isTable) {
+    readTable(record, static_cast<GcDbSymbolTable&>(object));
     return endsExactly(record);
   }
-  if (const BoundTable* packing = boundTableOf(*object.isA())) {
+  if (info.packing != nullptr) {
     uint32_t registers[kRegisters] = {};
-    unpackRows(record, *packing, &object, registers);
+    unpackRows(record, *info.packing, &object, registers);
     return endsExactly(record);
   }
-  if (object.isA()->info() != nullptr) return false;
+  if (!info.filesItself) return false;
   FilerIn filer(record);
   return object.dwgInFields(&filer) == Gcad::eOk && endsExactly(record);
 }
 
 std::unique_ptr<GcDbObject> makeObject(const TypeInfo& info) {
-  if (info.rxClass == nullptr) return nullptr;
-  GcRxObject* made = info.rxClass->create();
-  auto* object = GcDbObject::cast(made);
-  if (object == nullptr) {
-    delete made;
-    return nullptr;
-  }
-  const bool isEntity = object->isKindOf(GcDbEntity::desc());
-  if (isEntity != info.isEntity) {
-    delete object;
-    return nullptr;
-  }
-  return std::unique_ptr<GcDbObject>(object);
+  return std::unique_ptr<GcDbObject>(info.isMade ? static_cast<GcDbObject*>(info.rxClass->create()) : nullptr);
 }
 
 // The part all objects have; leaves the streams at the first field of the class.
-void readCommon(RecordIn& record, GcDbObject& object, ReadRecord& result) {
+void readCommon(RecordIn& record, GcDbObject& object, bool isEntity, ReadRecord& result) {
   GcDbGroupList xdata;
   bool damaged = false;
   readXData(record, xdata, damaged);
   if (damaged) result.trouble = "part of its extended data means nothing and was left out";
   if (!xdata.isEmpty()) object.needExtra().xdata = xdata;
-  if (auto* entity = GcDbEntity::cast(&object))
-    readCommonEntity(record, *entity, result.owner);
+  if (isEntity)
+    readCommonEntity(record, static_cast<GcDbEntity&>(object), result.owner);
   else
     readCommonObject(record, object, result.owner);
 }
@@ -125,7 +113,7 @@ ReadRecord readRaw(RecordContext& context, std::span<const uint8_t> body, uint64
     result.object.reset(new GcDbZombieEntity);
   else
     result.object.reset(new GcDbZombieObject);
-  readCommon(record, *result.object, result);
+  readCommon(record, *result.object, info.isEntity, result);
   if (record.failed()) {
     result.object.reset();
     result.trouble = "cut off or damaged";
@@ -173,18 +161,17 @@ ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uin
     result.trouble = "its sizes are wrong";
     return result;
   }
-  const TypeInfo info = context.classes.typeOf(preamble.type);
+  const TypeInfo& info = context.classes.typeOf(preamble.type);
   if (!info.isKnown) {
     result.trouble = "no class has its number";
     return result;
   }
   result.object = makeObject(info);
   if (result.object == nullptr) return readRaw(context, body, handleBits, info);
-  const bool isKnown = GcDbSymbolTable::cast(result.object.get()) != nullptr ||
-                       boundTableOf(*result.object->isA()) != nullptr || result.object->isA()->info() == nullptr;
+  const bool isKnown = info.isRead();
   if (isKnown) {
-    readCommon(record, *result.object, result);
-    if (!record.failed() && readFields(record, *result.object)) {
+    readCommon(record, *result.object, info.isEntity, result);
+    if (!record.failed() && readFields(record, *result.object, info)) {
       result.links = std::move(record.links);
       return result;
     }
@@ -210,15 +197,22 @@ bool readKeptBits(const GcDbZombieData& data, GcDbObject& object) {
   const uint64_t end = references.position();
   const std::vector<uint8_t> kept = references.take();
   record.handles = BitReader(kept, 0, end);
-  return !record.failed() && readFields(record, object);
+  TypeInfo info;
+  info.packing = boundTableOf(*object.isA());
+  info.isTable = GcDbSymbolTable::cast(&object) != nullptr;
+  info.filesItself = object.isA()->info() == nullptr;
+  return !record.failed() && readFields(record, object, info);
 }
 
-WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const RecordLinks& links) {
+WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links) {
   RecordOut record(context, object.handle());
-  record.links.mode = links.mode;
-  record.links.consecutive = links.consecutive;
-  record.links.previous = links.previous;
-  record.links.next = links.next;
+  const RecordView written = writeRecord(record, object, type, links);
+  return {{written.body.begin(), written.body.end()}, written.handleBits};
+}
+
+RecordView writeRecord(RecordOut& record, const GcDbObject& object, uint32_t type, const EntityLinks& links) {
+  record.restart(object.handle());
+  static_cast<EntityLinks&>(record.links) = links;
   const int version = record.version();
   if (version >= kR2010)
     record.data.ot(type);
@@ -237,7 +231,7 @@ WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint
   auto& changeable = const_cast<GcDbObject&>(object);  // the loop over rows is one for both directions
   if (const GcDbZombieData* raw = zombieDataOf(object)) {
     if (isProxied(*raw, version))
-      putProxy(record, *raw, context.classes.numberFor(*raw));
+      putProxy(record, *raw, record.context.classes.numberFor(*raw));
     else
       putRaw(record, *raw);
   } else if (const auto* table = GcDbSymbolTable::cast(&object)) {
@@ -248,18 +242,17 @@ WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint
   } else if (object.isA()->info() != nullptr) {
     GcDbZombieData groups = gcdbAsGroups(object);
     groups.recordType = static_cast<uint16_t>(ClassMap::fixedTypeOf(view(object.isA()->name())));
-    putProxy(record, groups, context.classes.numberFor(groups));
+    putProxy(record, groups, record.context.classes.numberFor(groups));
   } else {
     FilerOut filer(record);
     ignore(object.dwgOutFields(&filer));
   }
   finishStreams(record);
-  WrittenRecord written;
   const uint64_t dataEnd = record.data.position();
-  if (version < kR2010) record.data.patchRl(sizePosition, static_cast<uint32_t>(dataEnd));
   record.data.append(record.handles);
-  record.data.alignToByte();
-  written.body = record.data.take();
+  if (version < kR2010) record.data.patchRl(sizePosition, static_cast<uint32_t>(dataEnd));
+  RecordView written;
+  written.body = record.data.whole();
   written.handleBits = written.body.size() * 8 - dataEnd;
   return written;
 }

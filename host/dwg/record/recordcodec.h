@@ -48,8 +48,15 @@ struct WrittenRecord {
   uint64_t handleBits = 0;
 };
 
+// The same in the memory of a record that is written over and over: valid until the next one.
+struct RecordView {
+  std::span<const uint8_t> body;
+  uint64_t handleBits = 0;
+};
+RecordView writeRecord(RecordOut& record, const GcDbObject& object, uint32_t type, const EntityLinks& links);
+
 // `type`: the number of the object's class in the file. `links`: mode, neighbours.
-WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const RecordLinks& links);
+WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links);
 
 // Whether objects of the class can be written in records of their own class.
 bool hasPacking(const GcDbObject& object);

@@ -151,7 +151,7 @@ GcCmEntityColor RecordOut::cmc(GcCmEntityColor value) {
 }
 
 GcDbObjectId RecordOut::h(unsigned code, GcDbObjectId id) {
-  handles.h(code, context.isWritten(id) ? uint64_t(id.handle()) : 0);
+  handles.h(code, context.isWritten(id) ? id.stub()->handle : 0);
   return id;
 }
 

@@ -74,6 +74,16 @@ class RecordOut {
   bool isRaw = false;     // the data already hold the texts and their size
   bool rawTexts = false;  // whether they do hold texts
 
+  // Begins another record in the memory of the last one.
+  void restart(uint64_t handle) {
+    own = handle;
+    data.clear();
+    texts.clear();
+    handles.clear();
+    links = RecordLinks();
+    hasTexts = isRaw = rawTexts = false;
+  }
+
   [[nodiscard]] int version() const { return context.version; }
   [[nodiscard]] static bool failed() { return false; }
 

@@ -1,6 +1,7 @@
 // Whole files: parts in memory and, where they are at hand, drawings that other programs wrote.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -17,6 +18,7 @@
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/file/lz.h"
 #include "host/dwg/file/objectmap.h"
+#include "host/dwg/file/sectionframe.h"
 #include "host/dwg/record/packrow.h"
 #include "host/rx/file/file_view.h"
 #include "host/rx/view.h"
@@ -190,6 +192,44 @@ TEST(File, NewDrawingWithLinesInEveryVersion) {
     ignore(space->close());
     EXPECT_GE(uint64_t(back.handseed()), uint64_t(database.handseed()));
   }
+}
+
+// Readers take the number of words of a section's size from the maintenance release: files of AC1024 and AC1027 come from
+// releases above 3 and have two.
+TEST(File, SizesHaveTheWordsTheReleaseSays) {
+  for (const int version : {kR2010, kR2013, kR2018}) {
+    GcDbDatabase database;
+    std::vector<uint8_t> bytes;
+    std::string message;
+    ASSERT_EQ(writeBytes(database, version, bytes, message), Gcad::eOk) << message;
+    if (version != kR2018) {
+      EXPECT_GT(bytes[11], 3) << version;
+      EXPECT_EQ(bytes[18], bytes[11]) << version;
+    }
+    Sections sections;
+    sections.version = version;
+    GcDbLoadReport report;
+    ASSERT_TRUE(openR2004(bytes, sections, report));
+    for (const std::span<const uint8_t> section : {sections.header, sections.classes}) {
+      const uint64_t frame = 16 + 8 + 2 + 16;  // marks, size, checksum
+      const uint64_t size = section[16] | section[17] << 8 | section[18] << 16;
+      EXPECT_EQ(section.size(), size + frame) << version;
+    }
+  }
+}
+
+// The size of the second header is what lies between its marks.
+TEST(File, SecondHeaderEndsWhereItsSizeSays) {
+  GcDbDatabase database;
+  std::vector<uint8_t> bytes;
+  std::string message;
+  ASSERT_EQ(writeBytes(database, kR2000, bytes, message), Gcad::eOk) << message;
+  const auto at = std::search(bytes.begin(), bytes.end(), kSecondHeaderBegin.begin(), kSecondHeaderBegin.end());
+  ASSERT_NE(at, bytes.end());
+  const Sentinel mark = closing(kSecondHeaderBegin);
+  const auto end = std::search(at, bytes.end(), mark.begin(), mark.end());
+  ASSERT_NE(end, bytes.end());
+  EXPECT_EQ(end - at - 16, at[16] | at[17] << 8);
 }
 
 TEST(File, VersionsNobodyWrites) {

@@ -139,6 +139,26 @@ TEST(Record, HandlesInExtendedData) {
   EXPECT_TRUE(found);
 }
 
+// A colour of its own stands before the transparency, beside it the nearest one of the palette: so files of other
+// programs have it.
+TEST(Record, ColorThenTransparency) {
+  Bench bench(kR2004);
+  auto* line = bench.add(new GcDbLine({1, 2, 3}, {4, 5, 6}));
+  line->needExtra().transparency = 0x020000E5;
+  ignore(line->setColor(GcCmColor::fromRgb(26, 228, 100)));
+  bench.expectSame(*line);
+  const WrittenRecord written = writeRecord(bench.context, *line, 0x13, {});
+  const int nearest = line->colorIndex();
+  ignore(line->close());
+  bool found = false;
+  for (uint64_t at = 0; at + 90 <= written.body.size() * 8 && !found; ++at) {
+    BitReader in(written.body, at, written.body.size() * 8);
+    found = static_cast<uint16_t>(in.bs()) == (0xA000 | nearest) && static_cast<uint32_t>(in.bl()) == 0xC21AE464 &&
+            in.bl() == 0x020000E5;
+  }
+  EXPECT_TRUE(found);
+}
+
 // Plot styles came with R2000.
 static void takePlotStyle(GcDbLayerTableRecord& layer) {
   const GcDbClassInfo& info = *gcdbInfoOf(layer);
