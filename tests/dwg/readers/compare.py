@@ -13,7 +13,8 @@ DEFAULTS = {
     ("INSERT", 41): 1.0, ("INSERT", 42): 1.0, ("INSERT", 43): 1.0, ("INSERT", 70): 1, ("INSERT", 71): 1,
     ("LEADER", 211): 1.0, ("LEADER", 71): 1, ("LEADER", 74): 1, ("SPLINE", 42): 1e-7, ("SPLINE", 43): 1e-7, ("SPLINE", 44): 1e-10,
     ("DIMSTYLE", 40): 1.0, ("DIMSTYLE", 50): 45.0, ("MTEXT", 44): 1.0, ("MTEXT", 72): 5, ("MTEXT", 73): 1, ("VIEWPORT", 170): 0, ("TEXT", 7): "STANDARD",
-    ("LAYER", 290): 1, ("HATCH", 463): 1.0, ("MLEADERSTYLE", 293): 1,
+    ("LAYER", 290): 1, **{(f"{kind}UNDERLAY", code): 1.0 for kind in ("PDF", "DWF", "DGN") for code in (41, 42, 43)},
+    ("HATCH", 463): 1.0, ("MLEADERSTYLE", 293): 1,
 }
 # Vectors and settings of views that a drawing made by ezdxf does not give.
 VIEW_DEFAULTS = {60: 3, 61: 5, 63: 250, 111: 1.0, 122: 1.0, 282: 1, 292: 1}
