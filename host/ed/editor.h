@@ -62,6 +62,7 @@ class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
   GcText lastKeyword;
   int walkHint = 0;                             // where the last walk through a space stood
   std::vector<GcDbObjectId> layersSwitchedOff;  // by the last isolation of layers
+  std::vector<GcDbObjectId> lastErased;         // by the last ERASE
   std::vector<GcText> undefinedCommands;        // answer only behind a dot
 
  private:

@@ -76,7 +76,8 @@ const CommandIndex& commandIndex() {
           arrayCommands(),      drawingFileCommands(),    recordCommands(),       inquiryCommands(),
           annotationCommands(), spaceCommands(),          layerToolCommands(),    attributeCommands(),
           groupCommands(),      reshapeCommands(),        settingCommands(),      clipboardCommands(),
-          cornerCommands(),     spaceTransformCommands(), outsideCommands()}) {
+          cornerCommands(),     spaceTransformCommands(), outsideCommands(),      linetypeCommands(),
+          plotCommands(),       furtherCurveCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

@@ -36,6 +36,9 @@ std::span<const Command> clipboardCommands();
 std::span<const Command> cornerCommands();
 std::span<const Command> spaceTransformCommands();
 std::span<const Command> outsideCommands();
+std::span<const Command> linetypeCommands();
+std::span<const Command> plotCommands();
+std::span<const Command> furtherCurveCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

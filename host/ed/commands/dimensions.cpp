@@ -8,6 +8,7 @@
 #include "db/line.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/described.h"
 
@@ -295,6 +296,113 @@ Task<bool> angular(CommandInput& in) {
   co_return false;
 }
 
+// ---- further linear dimensions, on from the last one or from its first origin
+
+// The last linear or aligned dimension of the space, user coordinates.
+struct Former {
+  Origins origins;
+  GcGePoint3d line;  // on the dimension line
+  double rotationRad = 0;
+};
+
+bool takeFormer(CommandInput& in, GcDbObjectId id, Former& former) {
+  GcDbDimension* dimension = nullptr;
+  if (gcdbOpenObject(dimension, id, GcDb::kForRead) != Gcad::eOk) return false;
+  const GcGeMatrix3d toUser = ucsToWorld(in.editor()).inverse();
+  const auto take = [&](const auto& linear) {
+    former.origins.first = toUser * linear.xLine1Point();
+    former.origins.second = toUser * linear.xLine2Point();
+    former.line = toUser * linear.dimLinePoint();
+    former.origins.given = true;
+  };
+  if (const auto* turned = GcDbRotatedDimension::cast(dimension)) {
+    take(*turned);
+    former.rotationRad = turned->rotation();
+  } else if (const auto* straight = GcDbAlignedDimension::cast(dimension)) {
+    take(*straight);
+    const GcGeVector3d along = former.origins.second - former.origins.first;
+    former.rotationRad = std::atan2(along.y, along.x);
+  }
+  ignore(dimension->close());
+  return former.origins.given;
+}
+
+bool findFormer(CommandInput& in, Former& former) {
+  const std::vector<GcDbObjectId> all = entitiesOf(in.editor().currentSpace());
+  for (auto id = all.rbegin(); id != all.rend(); ++id)
+    if (takeFormer(in, *id, former)) return true;
+  return false;
+}
+
+// Baseline: each measures from the first origin, DIMDLI farther out. Continued: each from where the last one ended.
+Task<bool> further(CommandInput& in, bool fromBaseline) {
+  Former former;
+  bool known = findFormer(in, former);
+  bool any = false;
+  for (;;) {
+    const Answer next = co_await in.ask(
+        Ask(What::Point, "\nSpecify second extension line origin or [Undo/Select] <Select>: ").words("Undo Select"));
+    if (next.isKeyword("Select") || (next.isNone() && !any) || !known) {
+      const Answer picked = co_await in.ask(Ask(What::Entity, "\nSelect base dimension: "));
+      if (picked.kind != Answer::Kind::Entity || !takeFormer(in, picked.entity, former)) co_return any;
+      known = true;
+      continue;
+    }
+    if (next.isKeyword("Undo")) continue;
+    if (!next.isPoint()) co_return any;
+    const GcGePoint3d start = fromBaseline ? former.origins.first : former.origins.second;
+    GcGeVector3d across(-std::sin(former.rotationRad), std::cos(former.rotationRad), 0);
+    if (fromBaseline) {
+      if (across.dotProduct(former.line - former.origins.first) < 0) across = -across;
+      former.line =
+          former.line + across * (realVariable(in.editor(), "DIMDLI") * realVariable(in.editor(), "DIMSCALE"));
+    }
+    const GcGePoint3d at = next.point + across * (former.line - next.point).dotProduct(across);
+    appendFromUser(in.editor(), new GcDbRotatedDimension(former.rotationRad, start, next.point, at));
+    former = {{start, next.point, true}, at, former.rotationRad};
+    any = true;
+  }
+}
+
+Task<bool> baseline(CommandInput& in) { co_return co_await further(in, true); }
+Task<bool> continued(CommandInput& in) { co_return co_await further(in, false); }
+
+// ---- coordinates of a point
+
+Task<bool> ordinate(CommandInput& in) {
+  const Answer feature = co_await in.ask(Ask(What::Point, "\nSpecify feature location: ").needed());
+  if (!feature.isPoint()) co_return false;
+  bool given = false;
+  bool ofX = false;
+  Place place;
+  for (;;) {
+    const Answer end =
+        co_await in.ask(Ask(What::Point, "\nSpecify leader endpoint or [Xdatum/Ydatum/Mtext/Text/Angle]: ")
+                            .from(feature.point)
+                            .words("Xdatum Ydatum Mtext Text Angle"));
+    if (end.isKeyword("Xdatum") || end.isKeyword("Ydatum")) {
+      given = true;
+      ofX = end.isKeyword("Xdatum");
+    } else if (end.isKeyword("Text") || end.isKeyword("Mtext")) {
+      place.text = (co_await in.ask(Ask(What::Line, "\nEnter dimension text <>: "))).text;
+    } else if (end.isPoint()) {
+      // A leader that runs up or down tells of X.
+      const GcGeVector3d run = end.point - feature.point;
+      if (!given) ofX = std::fabs(run.y) > std::fabs(run.x);
+      auto* made = new GcDbOrdinateDimension;
+      fill(*made,
+           {markerGroup(GC_T("AcDbDimension")), GcDbGroup::ofPoint(10, {}), GcDbGroup::ofPoint(11, end.point),
+            GcDbGroup::ofInt(70, ofX ? 6 + 64 : 6), GcDbGroup::ofReal(42, ofX ? feature.point.x : feature.point.y),
+            markerGroup(GC_T("AcDbOrdinateDimension")), GcDbGroup::ofPoint(13, feature.point),
+            GcDbGroup::ofPoint(14, end.point)});
+      add(in, made, place);
+      co_return true;
+    } else {
+      co_return false;
+    }
+  }
+}
+
 // One dimension of a kind that is asked for.
 Task<bool> dim1(CommandInput& in) {
   const Answer kind = co_await in.ask(
@@ -309,9 +417,16 @@ Task<bool> dim1(CommandInput& in) {
 }
 
 constexpr Command kCommands[] = {
-    {"DIMLINEAR", "DLI", linear}, {"DIMALIGNED", "DAL", aligned},   {"DIMROTATED", "", rotated},
-    {"DIMRADIUS", "DRA", radius}, {"DIMDIAMETER", "DDI", diameter}, {"DIMANGULAR", "DAN", angular},
+    {"DIMLINEAR", "DLI", linear},
+    {"DIMALIGNED", "DAL", aligned},
+    {"DIMROTATED", "", rotated},
+    {"DIMRADIUS", "DRA", radius},
+    {"DIMDIAMETER", "DDI", diameter},
+    {"DIMANGULAR", "DAN", angular},
     {"DIM1", "", dim1},
+    {"DIMBASELINE", "DBA", baseline},
+    {"DIMCONTINUE", "DCO", continued},
+    {"DIMORDINATE", "DOR", ordinate},
 };
 
 }  // namespace

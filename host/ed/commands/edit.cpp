@@ -14,6 +14,7 @@ using Ids = std::vector<GcDbObjectId>;
 Task<bool> erase(CommandInput& in) {
   const Ids ids = co_await selectObjects(in);
   for (const GcDbObjectId id : ids) eraseEntity(id);
+  if (!ids.empty()) in.editor().lastErased = ids;
   co_return !ids.empty();
 }
 

@@ -1,4 +1,4 @@
-// Common properties: of entities (CHPROP, CHANGE), and those new entities get (COLOR, -LINETYPE, -STYLE).
+// Common properties: of entities (CHPROP, CHANGE), and those new entities get (COLOR, -STYLE).
 #include "db/textstyle.h"
 #include "host/ed/colors.h"
 #include "host/ed/command/families.h"
@@ -93,20 +93,6 @@ Task<bool> color(CommandInput& in) {
   co_return setVariable(in.editor(), GC_T("CECOLOR"), VariableValue::of(GcView(answer.text))) == VariableStatus::Done;
 }
 
-Task<bool> linetype(CommandInput& in) {
-  for (;;) {
-    const Answer option =
-        co_await in.ask(Ask(What::Keyword, "\nEnter an option [?/Create/Load/Set]: ").words("Create Load Set"));
-    if (option.kind != Answer::Kind::Keyword) break;
-    const Answer name = co_await in.ask(Ask(What::Line, "\nSpecify linetype name: "));
-    if (option.isKeyword("Set"))
-      static_cast<void>(setVariable(in.editor(), GC_T("CELTYPE"), VariableValue::of(GcView(name.text))));
-    else
-      static_cast<void>(co_await in.ask(Ask(What::Line, "\nEnter linetype file name: ")));
-  }
-  co_return true;
-}
-
 GcDbObjectId needStyle(GcDbDatabase& database, const GcText& name) {
   GcDbObjectId id = recordNamed(database.textStyleTableId(), name);
   GcDbTextStyleTable* styles = nullptr;
@@ -142,8 +128,9 @@ Task<bool> style(CommandInput& in) {
 }
 
 constexpr Command kCommands[] = {
-    {"CHPROP", "", chprop},         {"CHANGE", "-CH", changeCommand},
-    {"COLOR", "-COLOR COL", color}, {"-LINETYPE", "LINETYPE LT -LT", linetype},
+    {"CHPROP", "", chprop},
+    {"CHANGE", "-CH", changeCommand},
+    {"COLOR", "-COLOR COL", color},
     {"-STYLE", "STYLE ST", style},
 };
 
