@@ -1,8 +1,10 @@
 // -LAYER and its kin.
 #include "host/ed/colors.h"
 #include "host/ed/command/families.h"
+#include "host/ed/contents.h"
 #include "host/ed/patterns.h"
 #include "host/ed/records.h"
+#include "host/rx/text/utf.h"
 
 namespace ed {
 
@@ -90,6 +92,30 @@ Task<bool> askWeight(CommandInput& in) {
   co_return true;
 }
 
+Task<bool> askPlotting(CommandInput& in) {
+  const Answer plots =
+      co_await in.ask(Ask(What::Keyword, "\nEnter a plotting preference [Plot/No plot] <Plot>: ").words("Plot No"));
+  const GcText names = orCurrent(in, co_await askNames(in, "\nEnter layer name(s) for this plot preference: "));
+  for (const GcDbObjectId id : recordsOf(in.database().layerTableId()))
+    if (matchesName(nameOfRecord(id), names)) setGroups(id, {GcDbGroup::ofInt(290, plots.isKeyword("No") ? 0 : 1)});
+  co_return true;
+}
+
+Task<bool> listLayers(CommandInput& in) {
+  const GcText names = co_await askNames(in, "\nEnter layer name(s) to list <*>: ");
+  const GcText pattern = names.empty() ? GcText(GC_T("*")) : names;
+  forLayers(in.database(), pattern, [&](GcDbLayerTableRecord& layer) {
+    std::string line =
+        "\n\"" + gc::toUtf8(view(layer.getName())) + "\"  color " + std::to_string(layer.color().colorIndex());
+    if (layer.isOff()) line += "  off";
+    if (layer.isFrozen()) line += "  frozen";
+    if (layer.isLocked()) line += "  locked";
+    in.tell(line.c_str());
+  });
+  in.tell("\n");
+  co_return true;
+}
+
 using Change = void (*)(GcDbLayerTableRecord& layer);
 struct Switch {
   const char* word;
@@ -111,7 +137,7 @@ Task<bool> layer(CommandInput& in) {
   constexpr const char* kPrompt =
       "\nEnter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/Plot/Freeze/Thaw/LOck/Unlock/Description]: ";
   constexpr const char* kWords =
-      "Make Set New Rename ON OFF Color Ltype LWeight MATerial Plot Freeze Thaw LOck Unlock stAte Description";
+      "? Make Set New Rename ON OFF Color Ltype LWeight MATerial Plot Freeze Thaw LOck Unlock stAte Description";
   for (;;) {
     const Answer option = co_await in.ask(Ask(What::Keyword, kPrompt).words(kWords));
     if (option.kind != Answer::Kind::Keyword) break;
@@ -130,9 +156,14 @@ Task<bool> layer(CommandInput& in) {
       static_cast<void>(co_await askLinetype(in));
     } else if (option.isKeyword("LWeight")) {
       static_cast<void>(co_await askWeight(in));
-    } else if (option.isKeyword("Plot") || option.isKeyword("Description")) {
+    } else if (option.isKeyword("Plot")) {
+      static_cast<void>(co_await askPlotting(in));
+    } else if (option.isKeyword("?")) {
+      static_cast<void>(co_await listLayers(in));
+    } else if (option.isKeyword("Description") || option.isKeyword("MATerial")) {
       static_cast<void>(co_await in.ask(Ask(What::Line, "\nEnter value: ")));
       static_cast<void>(co_await askNames(in, "\nEnter layer name(s): "));
+      in.tell("\nDescriptions and materials of layers are not kept.\n");
     }
     for (const Switch& each : kSwitches) {
       if (!option.isKeyword(each.word)) continue;

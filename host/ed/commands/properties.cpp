@@ -1,8 +1,13 @@
 // Common properties: of entities (CHPROP, CHANGE), and those new entities get (COLOR, -STYLE).
+#include "db/blockreference.h"
+#include "db/circle.h"
+#include "db/line.h"
+#include "db/text.h"
 #include "db/textstyle.h"
 #include "host/ed/colors.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
+#include "host/ed/contents.h"
 #include "host/ed/records.h"
 
 namespace ed {
@@ -79,13 +84,49 @@ Task<bool> chprop(CommandInput& in) {
   co_return co_await askProperties(in, ids);
 }
 
+// The nearer end of a line goes to the point, a circle passes through it, texts and blocks move there.
+void changeToPoint(GcDbObjectId id, const GcGePoint3d& to) {
+  forEach<GcDbLine>({id}, [&](GcDbLine& line) {
+    const bool end = to.distanceTo(line.endPoint()) <= to.distanceTo(line.startPoint());
+    ignore(end ? line.setEndPoint(to) : line.setStartPoint(to));
+  });
+  forEach<GcDbCircle>({id}, [&](GcDbCircle& circle) {
+    if (to.distanceTo(circle.center()) > 0) ignore(circle.setRadius(to.distanceTo(circle.center())));
+  });
+  forEach<GcDbText>({id}, [&](GcDbText& text) {
+    ignore(text.isDefaultAlignment() ? text.setPosition(to) : text.setAlignmentPoint(to));
+    ignore(text.adjustAlignment());
+  });
+  forEach<GcDbBlockReference>({id}, [&](GcDbBlockReference& block) { ignore(block.setPosition(to)); });
+}
+
+// What a line of text is asked besides its place.
+Task<bool> askText(CommandInput& in, GcDbObjectId id) {
+  if (!id.isValid() || id.objectClass() != GcDbText::desc()) co_return false;
+  const Answer style = co_await in.ask(Ask(What::Line, "\nEnter new text style: "));
+  const Answer height = co_await in.ask(Ask(What::Distance, "\nSpecify new height: ").positive());
+  const Answer angle = co_await in.ask(Ask(What::Direction, "\nSpecify new rotation angle: "));
+  const Answer contents = co_await in.ask(Ask(What::Line, "\nEnter new text: "));
+  const GcDbObjectId styleId = recordNamed(in.database().textStyleTableId(), style.text);
+  forEach<GcDbText>({id}, [&](GcDbText& text) {
+    if (!styleId.isNull()) ignore(text.setTextStyle(styleId));
+    if (height.kind == Answer::Kind::Number) ignore(text.setHeight(height.number));
+    if (angle.kind == Answer::Kind::Number) ignore(text.setRotation(angle.number));
+    if (!contents.text.empty()) ignore(text.setTextString(contents.text.c_str()));
+  });
+  co_return true;
+}
+
 Task<bool> changeCommand(CommandInput& in) {
   const Ids ids = co_await selectObjects(in);
   if (ids.empty()) co_return false;
   const Answer option =
       co_await in.ask(Ask(What::Point, "\nSpecify change point or [Properties]: ").words("Properties"));
-  if (!option.isKeyword("Properties")) co_return false;
-  co_return co_await askProperties(in, ids);
+  if (option.isKeyword("Properties")) co_return co_await askProperties(in, ids);
+  if (option.isPoint())
+    for (const GcDbObjectId id : ids) changeToPoint(id, in.toWorld(option.point));
+  for (const GcDbObjectId id : ids) static_cast<void>(co_await askText(in, id));
+  co_return true;
 }
 
 Task<bool> color(CommandInput& in) {
