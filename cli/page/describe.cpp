@@ -58,8 +58,11 @@ std::string valueOf(const GcDbGroup& group) {
 // The values of one row as text.
 class RowText final : public GcDbGroupSink {
  public:
+  // Of records (vertices, say) the points tell enough.
+  explicit RowText(bool pointsOnly) : m_pointsOnly(pointsOnly) {}
   void put(const GcDbGroup& group) override {
-    if (++m_count > kMostValues) return;
+    const bool isPoint = group.kind == GcDbGroupKind::Point2d || group.kind == GcDbGroupKind::Point3d;
+    if ((m_pointsOnly && !isPoint) || ++m_count > kMostValues) return;
     if (!m_text.empty()) m_text += m_count > 1 ? "; " : "";
     m_text += valueOf(group);
   }
@@ -69,6 +72,7 @@ class RowText final : public GcDbGroupSink {
   [[nodiscard]] bool isEmpty() const { return m_count == 0; }
 
  private:
+  bool m_pointsOnly;
   std::string m_text;
   size_t m_count = 0;
 };
@@ -135,8 +139,10 @@ void addOwnRows(const GcDbEntity& entity, Rows& rows) {
       isOwn = row.name != nullptr && std::string_view(row.name) != "AcDbEntity";
       continue;
     }
-    if (!isOwn || row.name == nullptr || row.is == Is::Count || row.isEcho) continue;
-    RowText text;
+    if (!isOwn || row.name == nullptr || row.isEcho) continue;
+    const bool isRecords = row.records != nullptr;
+    if (row.is == Is::Count && !isRecords) continue;
+    RowText text(isRecords && !row.isPart);
     gcdbRowsOut(&entity, &row, 1, text, GcDb::kDHL_Current, entity.database(), For::List);
     if (!text.isEmpty()) rows.emplace_back(spaced(row.name), text.text());
   }

@@ -260,7 +260,7 @@ Desk::Answer Desk::answerFrom(const PageEvent& event, GcText& line) {
   } else if (event.kind == Kind::Pick && m_wish.what != What::Text) {
     line = pointText(event.x, event.y);
     m_state.addText("\n");
-  } else if (event.kind == Kind::Box && m_wish.what == What::Objects) {
+  } else if (event.kind == Kind::Window && m_wish.what == What::Objects) {
     const std::vector<GcText> words = boxWords(event);
     line = words[0];
     m_ahead.assign(words.begin() + 1, words.end());
@@ -341,7 +341,7 @@ void Desk::whenIdle(PageEvent event) {
     case Kind::Escape:
     case Kind::Stop: escape(); break;
     case Kind::Pick: clicked(event); break;
-    case Kind::Box: boxed(event); break;
+    case Kind::Window: boxed(event); break;
     default: break;
   }
 }

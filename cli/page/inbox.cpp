@@ -50,7 +50,7 @@ struct Form {
 constexpr Form kForms[] = {
     {"line", Kind::Line, true, false, false, false},       {"esc", Kind::Escape, false, false, false, false},
     {"stop", Kind::Stop, false, false, false, false},      {"move", Kind::Move, false, false, true, false},
-    {"pick", Kind::Pick, false, false, true, false},       {"box", Kind::Box, false, false, true, true},
+    {"pick", Kind::Pick, false, false, true, false},       {"box", Kind::Window, false, false, true, true},
     {"layer", Kind::Layer, true, true, false, false},      {"layout", Kind::Layout, true, false, false, false},
     {"complete", Kind::Complete, true, true, false, false}};
 
@@ -135,7 +135,7 @@ Inbox::Taken Inbox::take(PageEvent& event, std::chrono::milliseconds patience, b
 void Inbox::dropClicks() {
   const std::lock_guard lock(m_mutex);
   std::erase_if(m_events, [](const PageEvent& event) {
-    return event.kind == Kind::Move || event.kind == Kind::Pick || event.kind == Kind::Box;
+    return event.kind == Kind::Move || event.kind == Kind::Pick || event.kind == Kind::Window;
   });
 }
 

@@ -19,7 +19,7 @@ struct PageEvent {
     Stop,      // of whatever runs
     Move,      // x, y: the cursor
     Pick,      // x, y: a click
-    Box,       // x, y to x2, y2, dragged open; to the left a crossing
+    Window,    // x, y to x2, y2, dragged open; to the left a crossing
     Layer,     // text: its name; number: what is set, `on`: to what
     Layout,    // text: its name
     Complete,  // text: the start of a word; number: of the question
@@ -29,7 +29,7 @@ struct PageEvent {
   double x = 0, y = 0, x2 = 0, y2 = 0;  // of the scene
   double reach = 0;                     // Pick: of the pick box, scene units
   int number = 0;
-  bool on = false;  // Pick, Box: adds to the selection
+  bool on = false;  // Pick, Window: adds to the selection
 };
 
 // Reads a page's message that is an event. False when it is none.

@@ -162,7 +162,7 @@ const act = {
   layout: (text) => send({t: 'layout', text}),
 };
 const line = new CommandLine(act);
-const panels = new Panels(act);
+const panels = new Panels(act, colors);
 new Pointer(overlay.canvas, overlay, {
   view, moveBy, zoomAt, fit, send, toScene,
   mode: () => prompt.mode,
@@ -185,6 +185,7 @@ document.getElementById('side-toggle').addEventListener('click', ({target}) => {
   target.setAttribute('aria-pressed', String(!side.hidden));
 });
 colors.onChange(() => {
+  panels.repaint();
   picture.change();
   overlay.ask();
 });

@@ -32,11 +32,47 @@ export class RawStream {
     if (!socket) throw new Error(`refused: ${status}`);
     const stream = new RawStream();
     stream.socket = socket;
-    stream.bytes = head?.length ?? 0;
+    stream.bytes = 0;
+    stream.rest = Buffer.alloc(0);
+    stream.messages = [];  // that nobody has looked at
+    stream.waiting = null;
     stream.ended = new Promise((resolve) => socket.on('close', resolve));
-    socket.on('data', (data) => { stream.bytes += data.length; });
+    socket.on('data', (data) => stream.take(data));
     socket.on('error', () => {});
+    stream.take(head);
     return stream;
+  }
+
+  // Frames of a server are neither masked nor cut in pieces here.
+  take(data) {
+    this.bytes += data.length;
+    this.rest = Buffer.concat([this.rest, data]);
+    for (;;) {
+      const {rest} = this;
+      const short = rest.length < 2 ? 0 : rest[1] & 127;
+      const head = short === 126 ? 4 : short === 127 ? 10 : 2;
+      if (rest.length < head) return;
+      const length = short === 126 ? rest.readUInt16BE(2) : short === 127 ? Number(rest.readBigUInt64BE(2)) : short;
+      if (rest.length < head + length) return;
+      const payload = rest.subarray(head, head + length);
+      this.rest = rest.subarray(head + length);
+      const opcode = rest[0] & 15;
+      if (opcode === 1) this.messages.push(JSON.parse(payload));
+      if (opcode === 2) this.messages.push(payload);
+      if (opcode === 8) this.socket.end();
+      this.waiting?.();
+    }
+  }
+
+  // The next message that is wanted; those before it are passed over.
+  async message(isWanted) {
+    for (;;) {
+      while (this.messages.length > 0) {
+        const message = this.messages.shift();
+        if (isWanted(message)) return message;
+      }
+      await new Promise((resolve) => { this.waiting = resolve; });
+    }
   }
 
   // A frame as browsers send it; opcode 1 is text, 2 bytes.
