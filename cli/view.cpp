@@ -1,7 +1,7 @@
 #include "cli/view.h"
 
-#include <atomic>
 #include <cmath>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "cli/exitcode.h"
@@ -16,6 +16,7 @@ namespace cli {
 namespace {
 
 constexpr int kMostPixels = 1 << 15;
+constexpr int kMostTimesAsked = 3;
 
 // The network's side: hands on what pages say, and gives them what they lack.
 class Network final : public page::PageServer::Client {
@@ -52,7 +53,9 @@ class Network final : public page::PageServer::Client {
     return true;
   }
   bool nextMessage(page::PageId page, page::PageMessage& message) override { return m_state.next(page, message); }
+  // What does not end when it is asked (builtins are not interrupted) is ended.
   void endAsked() override {
+    if (++m_timesAsked >= kMostTimesAsked) std::_Exit(kInterrupted);
     stop();
     m_inbox.end();
   }
@@ -81,6 +84,7 @@ class Network final : public page::PageServer::Client {
 
   page::PageState& m_state;
   page::Inbox& m_inbox;
+  int m_timesAsked = 0;
   std::mutex m_mutex;
   lisp::Interpreter* m_running = nullptr;
 };

@@ -27,7 +27,7 @@ class PageServer {
     virtual bool messageCame(PageId page, std::string_view text) = 0;
     // The next message for the page, asked for whenever its connection is free; false when there is none.
     virtual bool nextMessage(PageId page, PageMessage& message) = 0;
-    // Ctrl-C at the terminal.
+    // Ctrl-C at the terminal, each time.
     virtual void endAsked() = 0;
   };
 

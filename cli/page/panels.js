@@ -81,6 +81,7 @@ export class Panels {
       tab.addEventListener('click', () => this.act.layout(name));
       return tab;
     }));
+    this.layouts.querySelector('[aria-selected="true"]')?.scrollIntoView({block: 'nearest', inline: 'nearest'});
     if (focused !== undefined) this.layouts.querySelector(`[data-layout="${CSS.escape(focused)}"]`)?.focus();
   }
 

@@ -74,7 +74,7 @@ const Shape* Scene::find(ShapeId id) const {
 Box Scene::extents() const {
   Box box;
   for (const Slot& slot : m_slots) {
-    if (!slot.used) continue;
+    if (!slot.used || slot.shape.window != 0) continue;
     box.add({slot.shape.bounds.minX, slot.shape.bounds.minY});
     box.add({slot.shape.bounds.maxX, slot.shape.bounds.maxY});
   }

@@ -30,7 +30,7 @@ class Scene {
   // Null for an id that has no shape.
   [[nodiscard]] const Shape* find(ShapeId id) const;
   [[nodiscard]] size_t size() const { return m_count; }
-  // Of all shapes; empty when there are none.
+  // Of all shapes but those seen through windows, which are clipped; empty when there are none.
   [[nodiscard]] Box extents() const;
 
   // The shapes whose bounds overlap the region, large ones first; of those smaller than `pixel` one for each pixel.

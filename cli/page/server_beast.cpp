@@ -1,5 +1,6 @@
 // The server over Boost.Beast: the only place that speaks to a network, and only to the loopback device.
 #ifdef GC_HAVE_BEAST
+#include <atomic>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
@@ -220,7 +221,7 @@ class FileConnection : public std::enable_shared_from_this<FileConnection> {
     if (websocket::is_upgrade(request)) return upgrade(path, known);
     if (request.method() != http::verb::get && request.method() != http::verb::head)
       return refuse(http::status::method_not_allowed, "Only GET.\n");
-    if (path == "/" && !known)
+    if ((path == "/" || path == "/index.html") && !known)
       return refuse(http::status::forbidden, "This is not the address that gcad told: its token is missing or old.\n");
     const Asset* asset = findAsset(path == "/" ? "index.html" : path.substr(1));
     if (asset == nullptr) return refuse(http::status::not_found, "There is no such file.\n");
@@ -294,9 +295,7 @@ class BeastServer final : public PageServer {
     }
     accept();
     tick();
-    m_signals.async_wait([this](beast::error_code failed, int) {
-      if (!failed) m_shared.client.endAsked();
-    });
+    waitForSignal();
     m_thread = std::thread([this] { m_context.run(); });
     return true;
   }
@@ -328,6 +327,13 @@ class BeastServer final : public PageServer {
   void writeAll() {
     const std::map<PageId, PageConnection*> pages = m_shared.pages;
     for (const auto& [id, page] : pages) page->write();
+  }
+  void waitForSignal() {
+    m_signals.async_wait([this](beast::error_code failed, int) {
+      if (failed) return;
+      m_shared.client.endAsked();
+      waitForSignal();
+    });
   }
   // What was changed without waking anybody goes out soon too.
   void tick() {

@@ -148,6 +148,14 @@ test('a drag that moves: preview and rubber band follow the pointer, the click i
     await tab.until('no band', 'gcad.overlay.lines.length === 0 && gcad.overlay.drag === null');
     const [x, y, z] = (await printedBehind(tab, 'Where to: ')).match(/\(([^)]*)\)/)[1].split(' ').map(Number);
     assert.ok(Math.abs(x - 90) < 0.6 && Math.abs(y - 30) < 0.6 && z === 0, `the point: ${x} ${y} ${z}`);
+
+    await tab.type('(setq r (kel_ssdragmove_x (ssadd e) \'(0.0 0.0 0.0) "There: "))');  // the host's own drag
+    await tab.mode('drag');
+    await tab.moveTo(80, 40);
+    await tab.until('the frame of the place', 'gcad.overlay.drag && Math.abs(gcad.overlay.drag[4] - 80) < 0.6');
+    await tab.click(70, 50);
+    await tab.mode('idle');
+    assert.match(await printedBehind(tab, 'There: '), /\((69|70)\.?\d* (49|50)\.?\d* 0\.0\)/);
   });
 });
 

@@ -145,6 +145,10 @@ TEST(SceneTest, ExtentsFollowChanges) {
   EXPECT_EQ(scene.extents().minX, 0);
   scene.put(3, line(1, 1, 2, 2));
   EXPECT_EQ(scene.extents().maxY, 2);
+  Shape behind = line(0, 0, 1000, 1000);  // seen through a window that shows little of it
+  behind.window = 1;
+  scene.put(4, std::move(behind));
+  EXPECT_EQ(scene.extents().maxY, 2);
   scene.remove(12345);
   scene.clear();
   EXPECT_EQ(scene.size(), 0U);

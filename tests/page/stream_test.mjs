@@ -26,13 +26,14 @@ test('the page is given to its own address alone', async () => {
   assert.match(good.text, /<canvas/);
   assert.match(good.headers['content-security-policy'], /default-src 'none'/);
   assert.equal((await ask(program.address, '/')).status, 403);
+  assert.equal((await ask(program.address, '/index.html')).status, 403);
   assert.equal((await ask(program.address, '/?token=')).status, 403);
   assert.equal((await ask(program.address, `/?token=${'0'.repeat(40)}`)).status, 403);
   assert.equal((await ask(program.address, '/?token=short')).status, 403);
   const path = new URL(program.address).search.replace('?', '/?');
   assert.equal((await ask(program.address, path, {Host: 'example.org'})).status, 403);
   assert.equal((await ask(program.address, '/page.css')).status, 200);
-  for (const absent of ['/../options.cpp', '/etc/passwd', '/page/main.js', '/index.html/x'])
+  for (const absent of ['/../options.cpp', '/etc/passwd', '/page/main.js', '/page.css/x'])
     assert.equal((await ask(program.address, absent)).status, 404, absent);
 });
 
