@@ -155,6 +155,11 @@ LISP_BUILTIN("vl-load-com", "(vl-load-com) -> nil", "Makes the vl functions avai
   return LispValue::nil();
 }
 
+LISP_BUILTIN("vl-load-reactors", "(vl-load-reactors) -> nil",
+             "Loads what reactors of programs need; there are none, and their functions say so when called.") {
+  return LispValue::nil();
+}
+
 LISP_BUILTIN("vl-load-all", "(vl-load-all file) -> nil", "Loads a file into every document.") {
   const LispValue name = args.stringValue();
   for (Vm* vm : args.vm().shared().members) {
