@@ -91,7 +91,6 @@ void writeExtra(GcDbDwgFiler& filer, const GcDbObjectExtra& extra) {
   ignore(filer.writeHardPointerId(extra.material));
   for (const GcDbObjectId style : extra.visualStyles) ignore(filer.writeHardPointerId(style));
   ignore(filer.writeString(extra.colorBook));
-  ignore(filer.writeString(extra.plotStyleName));
   ignore(filer.writeInt32(extra.transparency));
   ignore(filer.writeInt16(extra.plotStyleFlags));
   ignore(filer.writeInt16(extra.materialFlags));
@@ -132,7 +131,6 @@ void readExtra(GcDbDwgFiler& filer, GcDbObjectExtra& extra) {
   ignore(filer.readHardPointerId(&extra.material));
   for (GcDbObjectId& style : extra.visualStyles) ignore(filer.readHardPointerId(&style));
   ignore(filer.readString(extra.colorBook));
-  ignore(filer.readString(extra.plotStyleName));
   ignore(filer.readInt32(&extra.transparency));
   readFlag(filer, extra.plotStyleFlags);
   readFlag(filer, extra.materialFlags);

@@ -5,7 +5,9 @@
 
 #include "db/curve.h"
 #include "db/database.h"
+#include "db/dictionary.h"
 #include "host/db/core/extra.h"
+#include "host/db/core/header.h"
 #include "host/db/core/names.h"
 #include "host/db/describe/fieldio.h"
 
@@ -81,6 +83,7 @@ const GcDbField GcDbEntity::kFields[] = {
     GcDbEntityAccess::trueColor(),
     GcDbEntityAccess::row<&GcDbObjectExtra::colorBook>(430, "colorBook", Is::Plain).from(GcDb::kDHL_AC1018),
     GcDbEntityAccess::row<&GcDbObjectExtra::transparency>(440, "transparency", Is::Plain).from(GcDb::kDHL_AC1018),
+    GcDbEntityAccess::row<&GcDbObjectExtra::plotStyleFlags>(380, "plotStyleType", Is::Plain).from(GcDb::kDHL_AC1015),
     GcDbEntityAccess::row<&GcDbObjectExtra::plotStyle>(390, "plotStyle", Is::HardPointer).from(GcDb::kDHL_AC1015),
     GcDbEntityAccess::row<&GcDbObjectExtra::shadowFlags>(284, "shadowFlags", Is::Plain).from(GcDb::kDHL_AC1021),
 };
@@ -205,15 +208,67 @@ Gcad::ErrorStatus GcDbEntity::setLineWeight(GcDb::LineWeight weight, bool doSube
   return Gcad::eOk;
 }
 
+namespace {
+
+constexpr int8_t kPlotStyleByBlock = 1;
+
+// The drawing's plot styles by name.
+class PlotStyles {
+ public:
+  explicit PlotStyles(const GcDbDatabase* database) {
+    GcDbDictionary* root = nullptr;
+    GcDbObjectId id;
+    if (database == nullptr || gcdbOpenObject(root, database->namedObjectsDictionaryId(), GcDb::kForRead) != Gcad::eOk)
+      return;
+    ignore(root->getAt(GC_T("ACAD_PLOTSTYLENAME"), id));
+    ignore(root->close());
+    ignore(gcdbOpenObject(m_styles, id, GcDb::kForRead));
+  }
+  PlotStyles(const PlotStyles&) = delete;
+  PlotStyles& operator=(const PlotStyles&) = delete;
+  ~PlotStyles() {
+    if (m_styles != nullptr) ignore(m_styles->close());
+  }
+  [[nodiscard]] GcString nameOf(GcDbObjectId style) const {
+    GcString name;
+    if (m_styles != nullptr) ignore(m_styles->nameAt(style, name));
+    return name;
+  }
+  [[nodiscard]] GcDbObjectId find(const GCHAR* name) const {
+    GcDbObjectId id;
+    if (m_styles == nullptr || !m_styles->has(name)) return id;
+    ignore(m_styles->getAt(name, id));
+    return id;
+  }
+
+ private:
+  GcDbDictionary* m_styles = nullptr;
+};
+
+}  // namespace
+
 GcString GcDbEntity::plotStyleName() const {
-  if (extra() == nullptr || extra()->plotStyleName.isEmpty()) return GC_T("ByLayer");
-  return extra()->plotStyleName;
+  const GcDbObjectExtra* rare = extra();
+  if (rare == nullptr) return GC_T("ByLayer");
+  if (!rare->plotStyle.isNull()) {
+    const GcString name = PlotStyles(database()).nameOf(rare->plotStyle);
+    return name.isEmpty() ? GcString(GC_T("ByLayer")) : name;
+  }
+  return rare->plotStyleFlags == kPlotStyleByBlock ? GC_T("ByBlock") : GC_T("ByLayer");
 }
 
+// Where plot styles follow from colours, entities have none of their own.
 Gcad::ErrorStatus GcDbEntity::setPlotStyleName(const GCHAR* name, bool doSubents) {
   if (name == nullptr || name[0] == 0) return Gcad::eInvalidInput;
+  const GcDbDatabase* home = databaseOf(*this);
+  if (home == nullptr) return Gcad::eNoDatabase;
+  if (home->header().integer(GC_T("$PSTYLEMODE"), 1) != 0) return Gcad::eNotApplicable;
+  const bool byLayer = equalNoCase(view(name), GC_T("ByLayer")), byBlock = equalNoCase(view(name), GC_T("ByBlock"));
+  const GcDbObjectId style = byLayer || byBlock ? GcDbObjectId() : PlotStyles(home).find(name);
+  if (!byLayer && !byBlock && style.isNull()) return Gcad::eKeyNotFound;
   assertWriteEnabled();
-  needExtra().plotStyleName = name;
+  needExtra().plotStyle = style;
+  needExtra().plotStyleFlags = byBlock ? kPlotStyleByBlock : int8_t{0};
   onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setPlotStyleName(name)); });
   return Gcad::eOk;
 }
@@ -237,8 +292,11 @@ Gcad::ErrorStatus GcDbEntity::setPropertiesFrom(const GcDbEntity& other, bool do
   m_color = other.m_color;
   m_lineWeight = other.m_lineWeight;
   m_invisible = other.m_invisible;
-  if (other.extra() != nullptr && !other.extra()->plotStyleName.isEmpty())
-    needExtra().plotStyleName = other.extra()->plotStyleName;
+  const GcDbObjectExtra* rare = other.extra();
+  if (rare != nullptr && (!rare->plotStyle.isNull() || rare->plotStyleFlags != 0)) {
+    needExtra().plotStyle = rare->plotStyle;
+    needExtra().plotStyleFlags = rare->plotStyleFlags;
+  }
   onSubEntities(*this, doSubents, [&](GcDbEntity& part) { ignore(part.setPropertiesFrom(other, false)); });
   return Gcad::eOk;
 }

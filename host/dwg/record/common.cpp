@@ -192,7 +192,8 @@ void readEntityReferences(RecordIn& record, GcDbEntity& entity, const Properties
   if (p.materialFlags == kByHandle) entity.needExtra().material = record.h(kHardPointer, {});
   if (p.materialFlags != 0) entity.needExtra().materialFlags = static_cast<int8_t>(p.materialFlags);
   if (p.plotStyleFlags == kByHandle) entity.needExtra().plotStyle = record.h(kHardPointer, {});
-  if (p.plotStyleFlags != 0) entity.needExtra().plotStyleFlags = static_cast<int8_t>(p.plotStyleFlags);
+  if (p.plotStyleFlags != 0 && p.plotStyleFlags != kByHandle)
+    entity.needExtra().plotStyleFlags = static_cast<int8_t>(p.plotStyleFlags);
   for (int i = 0; i < 3; ++i)
     if (p.hasStyle[i]) entity.needExtra().visualStyles[i] = record.h(kHardPointer, {});
 }
