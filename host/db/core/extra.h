@@ -25,8 +25,8 @@ struct GcDbObjectExtra {
   GcDbObjectId material;         // 347
   GcDbObjectId visualStyles[3];  // 348 full, face, edge
   GcString colorBook;            // 430
-  int32_t transparency = 0;   // 440; 0: none given
-  int8_t plotStyleFlags = 0;  // 380; 1: by block
+  int32_t transparency = 0;      // 440; 0: none given
+  int8_t plotStyleFlags = 0;     // 380; 1: by block
   int8_t materialFlags = 0;
   int8_t shadowFlags = 0;          // 284
   GcArray<uint8_t> proxyGraphics;  // 310 with 92/160
