@@ -40,6 +40,7 @@
 #include "host/db/entities/mline.h"
 #include "host/db/entities/rasterimage.h"
 #include "host/db/entities/section.h"
+#include "host/db/entities/solid3d.h"
 #include "host/db/entities/subdmesh.h"
 #include "host/db/entities/table.h"
 #include "host/db/entities/underlay.h"
