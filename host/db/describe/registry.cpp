@@ -47,6 +47,7 @@
 #include "host/db/objects/dimassoc.h"
 #include "host/db/objects/filters.h"
 #include "host/db/objects/imagedef.h"
+#include "host/db/objects/material.h"
 #include "host/db/objects/mleaderstyle.h"
 #include "host/db/objects/mlinestyle.h"
 #include "host/db/objects/sectionsettings.h"

@@ -25,6 +25,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addDimAssocs(list);
   addSections(list);
   addUnderlays(list);
+  addMaterials(list);
 }
 
 }  // namespace gc::dwg::packing
