@@ -25,7 +25,8 @@ struct Entries {
   }
 };
 
-template <class Io>
+// Before R2000 only dictionaries with a default say how duplicates are merged.
+template <class Io, bool kHasDefault>
 void dictionary(Io& io) {
   Elements elements = io.elements(0);
   const GcDbField& key = *elements.row(3);
@@ -33,7 +34,7 @@ void dictionary(Io& io) {
   std::vector<int> living;
   if constexpr (Io::kWriting) living = Entries(io.rec.context, elements).living;
   const int count = io.rec.count(io.rec.bl(static_cast<int32_t>(living.size())), 8);
-  if (io.version() >= kR2000) io.bs(1);
+  if (kHasDefault || io.version() >= kR2000) io.bs(1);
   io.rc(2);
   if constexpr (!Io::kWriting) elements.reserve(count);
   for (int i = 0; i < count && !io.rec.failed(); ++i) {
@@ -86,12 +87,12 @@ void xrecordReferences(Io& io) {
 
 constinit const PackRow kDictionary[] = {
     section("AcDbDictionary"),
-    piece(dictionary<PieceIn>, dictionary<PieceOut>, {-3, 281, 280}),
+    piece(dictionary<PieceIn, false>, dictionary<PieceOut, false>, {-3, 281, 280}),
 };
 
 constinit const PackRow kDictionaryWithDefault[] = {
     section("AcDbDictionary"),
-    piece(dictionary<PieceIn>, dictionary<PieceOut>, {-3, 281, 280}),
+    piece(dictionary<PieceIn, true>, dictionary<PieceOut, true>, {-3, 281, 280}),
     section("AcDbDictionaryWithDefault"),
     field(Op::H, 340).as(5),
 };
