@@ -1,5 +1,6 @@
 // The paged file of AC1018 and of AC1024 on. A header hidden under a fixed sequence of bytes gives the map of pages and
 // the map of sections; both are pages themselves. Sections are cut into pages of at most 0x7400 bytes, compressed.
+#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
@@ -18,6 +19,7 @@ using namespace r2004;
 constexpr uint64_t kMaintenanceAt = 11;
 constexpr uint64_t kCodePageAt = 19;
 constexpr uint32_t kMostSystemPage = 0x4000000;
+constexpr uint64_t kLeastRoom = 0x1000000;
 
 struct Page {
   uint64_t at = 0;
@@ -85,8 +87,9 @@ class Opener {
       const uint32_t size = u32(map, i + 4);
       i += 8;
       if (id < 0) i += kGapRestSize;  // a gap tells its place in a tree of gaps
-      if (id > 0) m_pages[static_cast<uint32_t>(id)] = {address, size};
+      if (id > 0 && size >= kDataHeaderSize) m_pages[static_cast<uint32_t>(id)] = {address, size};
       address += size;
+      if (address >= m_file.size()) break;
     }
     return !m_pages.empty();
   }
@@ -115,16 +118,20 @@ class Opener {
     const std::string name(text, strnlen(text, kNameSize));
     if (name.empty()) return;
     // What pages can hold bounds what the section can be, whatever it says.
-    if (mostPerPage == 0 || mostPerPage > kMostPageSize || size > uint64_t{pages} * mostPerPage) {
+    if (mostPerPage == 0 || mostPerPage > kMostPageSize || size > uint64_t{pages} * mostPerPage || size > m_room ||
+        pages > m_pages.size()) {
       note(m_report, GcDbLoadAction::Skipped, 0, 0, "section " + name + " gives a wrong size: " + std::to_string(size));
       return;
     }
+    m_room -= size;
     std::vector<uint8_t> bytes(size);
-    for (uint32_t i = 0; i < pages; ++i) {
+    uint64_t unpacked = 0;
+    for (uint32_t i = 0; i < pages && unpacked <= size; ++i) {
       const uint64_t entry = at + kDescriptionSize + uint64_t{i} * kPageEntrySize;
       const uint64_t start = u64(map, entry + 8);
       if (start >= size) continue;
       const auto room = std::span<uint8_t>(bytes).subspan(start, std::min<uint64_t>(size - start, mostPerPage));
+      unpacked += room.size();
       dataPage(u32(map, entry), name, isPacked, room);
     }
     m_sections.owned.push_back(std::move(bytes));
@@ -173,6 +180,8 @@ class Opener {
   Sections& m_sections;
   GcDbLoadReport& m_report;
   std::unordered_map<uint32_t, Page> m_pages;
+  // What all sections together may take: a byte of packed data tells of 255 at most.
+  uint64_t m_room = std::max<uint64_t>(kLeastRoom, 256 * m_file.size());
 };
 
 }  // namespace

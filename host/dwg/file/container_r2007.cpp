@@ -1,6 +1,7 @@
 // The paged file of AC1021. Everything is coded by Reed and Solomon's code: blocks of 255 bytes, of which 239 (pages of
 // the file's own) or 251 (data) are the message and the rest its checks; the bytes of the blocks of a page take turns.
 // The code is systematic: the message is read as it stands, errors are left to the checksums of what is in it.
+#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
@@ -12,6 +13,7 @@ namespace gc::dwg {
 
 namespace {
 
+constexpr uint64_t kLeastRoom = 0x1000000;
 constexpr uint64_t kMaintenanceAt = 11;
 constexpr uint64_t kCodePageAt = 19;
 constexpr uint64_t kHeaderAt = 0x80;
@@ -116,8 +118,9 @@ class Opener {
       const uint64_t size = u64(map, i);
       const auto id = static_cast<int64_t>(u64(map, i + 8));
       if (size > m_file.size()) break;
-      if (id > 0) m_pages[static_cast<uint64_t>(id)] = {address, size};
+      if (id > 0 && size > 0) m_pages[static_cast<uint64_t>(id)] = {address, size};
       address += size;
+      if (address >= m_file.size()) break;
     }
     return !m_pages.empty() || missing("the page map");
   }
@@ -151,16 +154,19 @@ class Opener {
     constexpr uint64_t kMostPerPage = 0x100000;
     const uint64_t count = pages.size() / kPageEntry;
     if (name.empty() || size == 0) return;
-    if (size > count * kMostPerPage) {
+    if (size > count * kMostPerPage || size > m_room || count > m_pages.size()) {
       note(m_report, GcDbLoadAction::Skipped, 0, 0, "section " + name + " gives a wrong size");
       return;
     }
+    m_room -= size;
     std::vector<uint8_t> bytes(size);
-    for (uint64_t i = 0; i < count; ++i) {
+    uint64_t filled = 0;
+    for (uint64_t i = 0; i < count && filled <= size; ++i) {
       const auto entry = pages.subspan(i * kPageEntry, kPageEntry);
       const uint64_t start = u64(entry, 0);
       const uint64_t unpacked = u64(entry, 24);
       if (start >= size || unpacked > kMostPerPage) continue;
+      filled += unpacked;
       const std::vector<uint8_t> page = dataPage(u64(entry, 16), u64(entry, 32), unpacked, name);
       const uint64_t room = size - start;
       if (!page.empty()) std::memcpy(bytes.data() + start, page.data(), page.size() < room ? page.size() : room);
@@ -202,6 +208,8 @@ class Opener {
   GcDbLoadReport& m_report;
   std::vector<uint8_t> m_header;
   std::unordered_map<uint64_t, Page> m_pages;
+  // What all sections together may take: a byte of packed data tells of 255 at most.
+  uint64_t m_room = std::max<uint64_t>(kLeastRoom, 256 * m_file.size());
 };
 
 }  // namespace

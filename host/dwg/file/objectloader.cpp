@@ -56,8 +56,22 @@ void ObjectLoader::loadAll(const std::vector<MapEntry>& map) {
   for (const size_t i : others) load(map[i]);
 }
 
+// Records of a file do not overlap; those of one made to take long may, and each could be as long as the file.
+bool ObjectLoader::isBelievable(const MapEntry& entry, const Cut& record) {
+  if (headOfRecord(m_context.version, record.body).handle != entry.handle) {
+    note(m_report, GcDbLoadAction::Skipped, entry.offset, entry.handle, "the record there is another object's");
+    return false;
+  }
+  m_bytesRead += record.body.size();
+  if (m_bytesRead <= 2 * m_sections.objects.size()) return true;
+  note(m_report, GcDbLoadAction::Skipped, entry.offset, entry.handle, "records lie over each other");
+  return false;
+}
+
 void ObjectLoader::load(const MapEntry& entry) {
-  const Cut record = cut(entry, true);
+  Cut record = cut(entry, false);
+  if (record.ok && !isBelievable(entry, record)) return;
+  record = cut(entry, true);
   if (!record.ok) {
     note(m_report, GcDbLoadAction::Missing, entry.offset, entry.handle, "its record is not in the file");
     return;
@@ -67,10 +81,6 @@ void ObjectLoader::load(const MapEntry& entry) {
     note(m_report, read.object == nullptr ? GcDbLoadAction::Skipped : GcDbLoadAction::Noted, entry.offset, entry.handle,
          read.trouble + (read.type != 0 ? " (type " + std::to_string(read.type) + ")" : ""));
   if (read.object == nullptr) return;
-  if (read.handle != entry.handle) {
-    note(m_report, GcDbLoadAction::Skipped, entry.offset, entry.handle, "the record there is another object's");
-    return;
-  }
   adopt(entry, std::move(read));
 }
 

@@ -41,6 +41,7 @@ class ObjectLoader {
     bool ok = false;
   };
   Cut cut(const MapEntry& entry, bool checkSum);
+  bool isBelievable(const MapEntry& entry, const Cut& record);
   void load(const MapEntry& entry);
   void adopt(const MapEntry& entry, ReadRecord record);
 
@@ -48,6 +49,7 @@ class ObjectLoader {
   RecordContext& m_context;
   GcDbLoadReport& m_report;
   LoadedLinks& m_links;
+  uint64_t m_bytesRead = 0;
 };
 
 }  // namespace gc::dwg

@@ -10,6 +10,7 @@
 #include "db/database.h"
 #include "db/line.h"
 #include "db/zombie.h"
+#include "host/db/core/fileparts.h"
 #include "host/db/core/header.h"
 #include "host/db/core/loadreport.h"
 #include "host/db/core/memoryfiler.h"
@@ -17,6 +18,7 @@
 #include "host/db/objects/zombiedata.h"
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/file/lz.h"
+#include "host/dwg/file/objectloader.h"
 #include "host/dwg/file/objectmap.h"
 #include "host/dwg/file/sectionframe.h"
 #include "host/dwg/record/packrow.h"
@@ -245,6 +247,119 @@ TEST(File, OldVersionsAreRefusedWithAReason) {
   EXPECT_EQ(read(database, std::string("AC1009") + std::string(200, '\0')), Gcad::eUnsupportedVersion);
   EXPECT_NE(reportOf(database).find("R11"), std::string::npos);
   EXPECT_FALSE(isDwg("  0\nSECTION\n"));
+}
+
+// A wrong checksum of a record is told with the place and the handle, and every object is read all the same.
+TEST(File, WrongChecksumsAreToldAndReadingGoesOn) {
+  GcDbDatabase database;
+  std::vector<uint8_t> bytes;
+  std::string message;
+  ASSERT_EQ(writeBytes(database, kR2000, bytes, message), Gcad::eOk) << message;
+  Sections sections;
+  sections.version = kR2000;
+  GcDbLoadReport report;
+  ASSERT_TRUE(openR2000(bytes, sections, report));
+  const std::vector<MapEntry> map = readObjectMap(sections.handles, report);
+  ASSERT_GT(map.size(), 3U);
+  const MapEntry& damaged = map[map.size() / 2];
+  const uint64_t next =
+      std::min_element(map.begin(), map.end(), [&](const MapEntry& a, const MapEntry& b) {
+        const auto behind = [&](const MapEntry& e) { return e.offset > damaged.offset ? e.offset : UINT64_MAX; };
+        return behind(a) < behind(b);
+      })->offset;
+  const auto from = static_cast<uint64_t>(sections.objects.data() - bytes.data());
+  bytes[from + next - 1] ^= 0x40;  // the checksum's second byte
+  GcDbDatabase back(false, true);
+  ASSERT_EQ(read(back, viewOf(bytes)), Gcad::eOk);
+  ASSERT_EQ(back.loadReport().entries().size(), 1U) << reportOf(back);
+  const GcDbLoadEntry& told = back.loadReport().entries()[0];
+  EXPECT_EQ(told.handle, damaged.handle);
+  EXPECT_EQ(told.offset, damaged.offset);
+  EXPECT_NE(told.text.find("checksum"), std::string::npos);
+  expectSame(database, back, "damaged", false);
+}
+
+// Records that lie over each other could make a small file take long: each as long as the rest of it.
+TEST(File, RecordsOverEachOtherAreNotFollowed) {
+  constexpr size_t kHead = 16;
+  constexpr size_t kCount = 20000;
+  std::vector<uint8_t> objects(kHead * kCount);
+  std::vector<MapEntry> map;
+  for (size_t i = 0; i + 1 < kCount; ++i) {
+    BitWriter head;
+    head.ms(static_cast<uint32_t>(objects.size() - i * kHead - 6));
+    head.bs(0x13);
+    head.rl(0);
+    head.h(0, 0x1000 + i);
+    const std::span<const uint8_t> bytes = head.whole();
+    ASSERT_LE(bytes.size(), kHead);
+    std::copy(bytes.begin(), bytes.end(), objects.begin() + static_cast<int64_t>(i * kHead));
+    map.push_back({0x1000 + i, i * kHead});
+  }
+  GcDbDatabase database(false, true);
+  RecordContext context(database);
+  Sections sections;
+  sections.version = kR2000;
+  sections.objects = objects;
+  LoadedLinks links;
+  ObjectLoader(sections, context, database.loadReport(), links).loadAll(map);
+  EXPECT_NE(reportOf(database).find("records lie over each other"), std::string::npos);
+  EXPECT_EQ(database.store().size(), 0U);
+}
+
+// The pages of the newer container have checksums too.
+TEST(File, WrongChecksumsOfPagesAreTold) {
+  GcDbDatabase database;
+  std::vector<uint8_t> bytes;
+  std::string message;
+  ASSERT_EQ(writeBytes(database, kR2018, bytes, message), Gcad::eOk) << message;
+  bytes[0x100 + 28] ^= 1;  // the first page's
+  GcDbDatabase back(false, true);
+  ASSERT_EQ(read(back, viewOf(bytes)), Gcad::eOk);
+  EXPECT_NE(reportOf(back).find("the checksum of page 1 is wrong"), std::string::npos) << reportOf(back);
+  expectSame(database, back, "damaged", false);
+}
+
+// The preview picture and what the summary says come through a save, whatever the version.
+TEST(File, PreviewAndSummaryAreKept) {
+  const std::vector<uint8_t> picture = {0x42, 0x4D, 1, 2, 3, 4, 5, 6, 7, 8};
+  for (const int version : kWritten) {
+    GcDbDatabase database;
+    std::vector<uint8_t> preview(kPreviewBegin.begin(), kPreviewBegin.end());
+    const auto put32 = [&](uint32_t value) {
+      for (int i = 0; i < 4; ++i) preview.push_back(static_cast<uint8_t>(value >> (8 * i)));
+    };
+    put32(static_cast<uint32_t>(1 + 9 + picture.size()));
+    preview.push_back(1);  // one picture, of kind 2
+    preview.push_back(2);
+    put32(16 + 4 + 1 + 9);
+    put32(static_cast<uint32_t>(picture.size()));
+    preview.insert(preview.end(), picture.begin(), picture.end());
+    const Sentinel end = closing(kPreviewBegin);
+    preview.insert(preview.end(), end.begin(), end.end());
+    std::vector<uint8_t> summary(60, 7);
+    database.fileParts().dwgSections.push_back({"AcDb:Preview", preview, version});
+    database.fileParts().dwgSections.push_back({"AcDb:SummaryInfo", summary, version});
+    std::vector<uint8_t> bytes;
+    std::string message;
+    ASSERT_EQ(writeBytes(database, version, bytes, message), Gcad::eOk) << message;
+    // The head of the file tells where the preview is, the preview where its picture is.
+    const uint64_t at = bytes[13] | bytes[14] << 8 | bytes[15] << 16;
+    ASSERT_LT(at + 30, bytes.size());
+    EXPECT_TRUE(std::equal(kPreviewBegin.begin(), kPreviewBegin.end(), bytes.begin() + static_cast<int64_t>(at)));
+    const uint64_t place = bytes[at + 22] | bytes[at + 23] << 8 | bytes[at + 24] << 16;
+    ASSERT_LT(place + picture.size(), bytes.size()) << version;
+    EXPECT_TRUE(std::equal(picture.begin(), picture.end(), bytes.begin() + static_cast<int64_t>(place))) << version;
+    GcDbDatabase back(false, true);
+    ASSERT_EQ(read(back, viewOf(bytes)), Gcad::eOk);
+    const auto has = [&](const char* name, const std::vector<uint8_t>& content) {
+      for (const GcDbDwgSection& each : back.fileParts().dwgSections)
+        if (each.name == name) return each.bytes.size() == content.size() && (name[5] == 'P' || each.bytes == content);
+      return false;
+    };
+    EXPECT_TRUE(has("AcDb:Preview", preview)) << version;
+    EXPECT_EQ(has("AcDb:SummaryInfo", summary), version >= kR2004) << version;
+  }
 }
 
 TEST(File, DrawingsOfOthersAreReadWhole) {
