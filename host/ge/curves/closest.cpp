@@ -71,8 +71,9 @@ class Nearest {
       const double u = squared > 0 ? s.b.dotProduct(m_p - s.a) / squared : any;
       return offer(leaf.span, u > leaf.u1 ? leaf.u1 : u > leaf.u0 ? u : leaf.u0);
     }
-    offer(leaf.span, leaf.u0);
-    offer(leaf.span, leaf.u1);
+    const GcGePole* ends = m_tree->poles.data() + leaf.firstPole;  // the tree has the leaf's ends at hand
+    offer(leaf.span, leaf.u0, ends[0].point());
+    offer(leaf.span, leaf.u1, ends[s.kind == GcGeSpan::Kind::Arc ? 2 : s.degree].point());
     if (s.kind == GcGeSpan::Kind::Arc && s.circular) return tryCircle(leaf, s);
     tryFeet(index, leaf, s);
   }
@@ -85,7 +86,16 @@ class Nearest {
     const double from = std::min(s.sweep * leaf.u0, s.sweep * leaf.u1);
     angle -= kTwoPi * std::floor((angle - from) / kTwoPi);
     const double u = angle / s.sweep;
-    if (u > leaf.u0 && u < leaf.u1) offer(leaf.span, u);
+    if (!(u > leaf.u0 && u < leaf.u1)) return;
+    if (m_anyWillDo && isFartherFromCircle(s, q)) return;
+    offer(leaf.span, u);
+  }
+
+  // Whether the circle is clearly no nearer than the best: its distance is that of the radii, but for their rounding.
+  [[nodiscard]] bool isFartherFromCircle(const GcGeSpan& s, const GcGeVector3d& q) const {
+    const double radius = s.b.length(), away = (q + s.b).length();
+    const double least = std::abs(away - radius) - 1e-12 * (away + radius);
+    return least > 0 && least * least > m_bestSquared;
   }
 
   void tryFeet(int index, const GcGeLeaf& leaf, const GcGeSpan& s) {

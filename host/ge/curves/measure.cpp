@@ -1,6 +1,7 @@
 #include "host/ge/curves/measure.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "host/ge/curves/quadrature.h"
 
@@ -43,17 +44,30 @@ Lengths bothLengths(const GcGeSpan& s, const GcGePole* poles, double from, doubl
   return {gauss * half, kronrod * half};
 }
 
+// What rounding does to the speed by u: where the terms of a flat curve's derivative cancel, no more of it is known.
+double speedNoise(const GcGeSpan& s, const GcGePole* poles) {
+  constexpr double kRounding = 8 * std::numeric_limits<double>::epsilon();
+  if (s.kind == GcGeSpan::Kind::Arc) return kRounding * std::abs(s.sweep) * (s.b.length() + s.c.length());
+  double most = 0;
+  for (int i = 0; i < s.degree; ++i) {
+    const GcGePole &p = poles[s.firstPole + i], &q = poles[s.firstPole + i + 1];
+    most = std::max(most, (q.point() - p.point()).lengthSqrd());
+  }
+  return kRounding * s.degree * std::sqrt(most);
+}
+
 constexpr int kMostHalvings = 50;
 
-// Calls f(from, to, length) for pieces on which the Gauss rule is good to `relative`.
+// Calls f(from, to, length) for pieces on which the Gauss rule is good to `relative`, or to the noise of the speed.
 template <class F>
-void halve(const GcGeSpan& s, const GcGePole* poles, double from, double to, double relative, int depth, const F& f) {
+void halve(const GcGeSpan& s, const GcGePole* poles, double from, double to, double relative, double noise, int depth,
+           const F& f) {
   const Lengths got = bothLengths(s, poles, from, to);
-  const bool good = std::abs(got.gauss - got.kronrod) <= relative * got.kronrod;
+  const bool good = std::abs(got.gauss - got.kronrod) <= relative * got.kronrod + noise * (to - from);
   if (good || depth == kMostHalvings || !std::isfinite(got.kronrod)) return f(from, to, got.kronrod);
   const double middle = (from + to) / 2;
-  halve(s, poles, from, middle, relative, depth + 1, f);
-  halve(s, poles, middle, to, relative, depth + 1, f);
+  halve(s, poles, from, middle, relative, noise, depth + 1, f);
+  halve(s, poles, middle, to, relative, noise, depth + 1, f);
 }
 
 // Newton on the length within one piece, held by a bracket; the first guess is the cubic that has the inverse
@@ -102,7 +116,7 @@ GcGeMeasure::GcGeMeasure(const GcGePath& path) {
       continue;
     }
     constexpr double kGaussGood = 1e-13;
-    halve(s, poles, s.u0, s.u1, kGaussGood, 0, [&](double from, double to, double length) {
+    halve(s, poles, s.u0, s.u1, kGaussGood, speedNoise(s, poles), 0, [&](double from, double to, double length) {
       pieces.push_back({span, from, to, before, length, gcgeSpeedAt(s, poles, from), gcgeSpeedAt(s, poles, to)});
       before += length;
     });
@@ -110,13 +124,13 @@ GcGeMeasure::GcGeMeasure(const GcGePath& path) {
   firstOfSpan.push_back(static_cast<int>(pieces.size()));
 }
 
-// The Kronrod rule's error is far below the difference of the two rules: a difference of 1e-9 leaves it below
-// 1e-13 for these integrands.
+// The Kronrod rule's error is below the difference of the two rules, far below but at a sharp turn.
 double gcgeLengthOf(const GcGeSpan& span, const GcGePole* poles, double u0, double u1) {
   if (isUniform(span)) return uniformSpeed(span) * (u1 - u0);
-  constexpr double kKronrodGood = 1e-9;
+  constexpr double kKronrodGood = 1e-11;
   double sum = 0;
-  halve(span, poles, u0, u1, kKronrodGood, 0, [&](double, double, double length) { sum += length; });
+  halve(span, poles, u0, u1, kKronrodGood, speedNoise(span, poles), 0,
+        [&](double, double, double length) { sum += length; });
   return sum;
 }
 

@@ -51,12 +51,14 @@ GcGeVector3d spanArea(const GcGeSpan& s, const GcGePole* poles, const GcGeVector
     return p0.crossProduct(p1 - p0) * 0.5 + s.b.crossProduct(s.c) * (0.5 * gcgeAngleMinusSine(angle));
   }
   const double sign = s.u1 < s.u0 ? -1 : 1;
+  double reach = 0;  // of the terms of the integrand: what they cancel to is known to their rounding only
+  for (int i = 0; i <= s.degree; ++i) reach = std::max(reach, (poles[s.firstPole + i].point() - from).lengthSqrd());
   return gcgeIntegrateVector(
              [&](double u) {
                const GcGeJet jet = gcgeJetAt(s, poles, u);
                return (jet.point - from).crossProduct(jet.first) * 0.5;
              },
-             std::min(s.u0, s.u1), std::max(s.u0, s.u1), p0.lengthSqrd() + p1.lengthSqrd()) *
+             std::min(s.u0, s.u1), std::max(s.u0, s.u1), reach) *
          sign;
 }
 

@@ -38,7 +38,7 @@ Estimate estimate(const GcGeFunction<GcGeVector3d>& f, double from, double to) {
 GcGeVector3d integrate(const GcGeFunction<GcGeVector3d>& f, double from, double to, double bound, int depth) {
   const Estimate whole = estimate(f, from, to);
   constexpr int kMostHalvings = 40;
-  if (whole.error <= bound || depth == kMostHalvings) return whole.kronrod;
+  if (whole.error <= bound || depth == kMostHalvings || !std::isfinite(whole.error)) return whole.kronrod;
   const double middle = (from + to) / 2;
   return integrate(f, from, middle, bound, depth + 1) + integrate(f, middle, to, bound, depth + 1);
 }

@@ -9,14 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "db/arc.h"
-#include "db/circle.h"
-#include "db/ellipse.h"
-#include "db/leader.h"
-#include "db/line.h"
-#include "db/polyline.h"
-#include "db/spline.h"
-#include "db/xline.h"
+#include "tests/db/curves/any_curve.h"
 
 namespace {
 
@@ -222,23 +215,47 @@ void askShapes(const GcDbCurve& c) {
   }
 }
 
+void askAll(const GcDbCurve& c) {
+  static_cast<void>(c.isClosed());
+  static_cast<void>(c.isPeriodic());
+  static_cast<void>(c.isPlanar());
+  expectSound<double>("startParam", [&](auto& v) { return c.getStartParam(v); });
+  expectSound<double>("endParam", [&](auto& v) { return c.getEndParam(v); });
+  expectSound<GcGePoint3d>("startPoint", [&](auto& v) { return c.getStartPoint(v); });
+  expectSound<GcGePoint3d>("endPoint", [&](auto& v) { return c.getEndPoint(v); });
+  expectSound<double>("area", [&](auto& v) { return c.getArea(v); });
+  for (const double t : kOdd) askNumbers(c, t);
+  for (const GcGePoint3d& p : {GcGePoint3d(0, 0, 0), GcGePoint3d(1, 1, 0), GcGePoint3d(1e308, 0, 0),
+                               GcGePoint3d(kNaN, 0, 0), GcGePoint3d(kInf, 0, 0), GcGePoint3d(2, -3, 1e15)})
+    askPoints(c, p);
+  askShapes(c);
+}
+
 TEST(DegenerateCurve, EveryQuestionEndsSoundly) {
   for (const Case& each : allCases()) {
     SCOPED_TRACE(each.name);
-    const GcDbCurve& c = *each.curve;
-    static_cast<void>(c.isClosed());
-    static_cast<void>(c.isPeriodic());
-    static_cast<void>(c.isPlanar());
-    expectSound<double>("startParam", [&](auto& v) { return c.getStartParam(v); });
-    expectSound<double>("endParam", [&](auto& v) { return c.getEndParam(v); });
-    expectSound<GcGePoint3d>("startPoint", [&](auto& v) { return c.getStartPoint(v); });
-    expectSound<GcGePoint3d>("endPoint", [&](auto& v) { return c.getEndPoint(v); });
-    expectSound<double>("area", [&](auto& v) { return c.getArea(v); });
-    for (const double t : kOdd) askNumbers(c, t);
-    for (const GcGePoint3d& p : {GcGePoint3d(0, 0, 0), GcGePoint3d(1, 1, 0), GcGePoint3d(1e308, 0, 0),
-                                 GcGePoint3d(kNaN, 0, 0), GcGePoint3d(kInf, 0, 0), GcGePoint3d(2, -3, 1e15)})
-      askPoints(c, p);
-    askShapes(c);
+    askAll(*each.curve);
+  }
+}
+
+// Curves squeezed, blown up or broken along one axis or more.
+TEST(DegenerateCurve, GeneratedOnesSqueezedAndBlownUpStaySound) {
+  constexpr double kFactors[] = {1, 1, 1, 0, 1e-9, 1e-15, 1e-160, 1e-300, 1e80, 1e160, -1, kNaN, kInf};
+  for (uint32_t seed = 1; seed <= 12; ++seed) {
+    GcDbDatabase database;
+    for (int kind = 0; kind < AnyCurve::kKinds; ++kind) {
+      SCOPED_TRACE(::testing::Message() << "seed " << seed << " kind " << kind);
+      AnyCurve any(80000 + seed * 16 + static_cast<uint32_t>(kind), database);
+      const AnyCurvePtr curve = any.curve(kind), other = any.curve(static_cast<int>(seed) % AnyCurve::kKinds);
+      GcGeMatrix3d matrix;
+      for (int i = 0; i < 3; ++i)
+        matrix.entry[i][i] = kFactors[static_cast<size_t>(any.between(0, std::size(kFactors) - 1e-9))];
+      ignore(curve->transformBy(matrix));
+      askAll(*curve);
+      GcArray<GcGePoint3d> points;
+      ignore(curve->intersectWith(other.get(), GcDb::kExtendBoth, points));
+      for (const GcGePoint3d& p : points) EXPECT_TRUE(isFinite(p));
+    }
   }
 }
 

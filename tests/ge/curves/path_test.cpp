@@ -113,6 +113,20 @@ TEST(Path, EllipseLengthIsTheEllipticIntegral) {
   }
 }
 
+// Where the terms of the derivative cancel there is no more than rounding to go by: the search for more must end.
+TEST(Path, FlatEllipsesAreMeasuredInTime) {
+  for (double ratio = 1; ratio > 1e-20; ratio /= 7)
+    for (const double from : {0.0, 0.7, 1.5}) {
+      GcGePath path((GcGePoint3d()));
+      const GcGeVector3d x(1.5, 2, 0), y(-2 * ratio, 1.5 * ratio, 0);
+      path.addArc({}, x, y, from, 2 * kPi, 0, 1);
+      const double expected = 4 * 2.5 * boost::math::ellint_2(std::sqrt((1 - ratio) * (1 + ratio)));
+      EXPECT_NEAR(path.length(), expected, 1e-11 * expected) << ratio;
+      EXPECT_NEAR(path.measure().total(), expected, 1e-12 * expected) << ratio;
+      EXPECT_LT(path.measure().pieces.size(), 2000u) << ratio;
+    }
+}
+
 TEST(Path, DerivativesAreLimitsOfDifferences) {
   FOR_SEEDS(200) {
     AnyPath any(seed);
