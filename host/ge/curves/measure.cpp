@@ -127,9 +127,9 @@ GcGeMeasure::GcGeMeasure(const GcGePath& path) {
 // The Kronrod rule's error is below the difference of the two rules, far below but at a sharp turn.
 double gcgeLengthOf(const GcGeSpan& span, const GcGePole* poles, double u0, double u1) {
   if (isUniform(span)) return uniformSpeed(span) * (u1 - u0);
-  constexpr double kKronrodGood = 1e-11;
+  const double kronrodGood = span.kind == GcGeSpan::Kind::Arc ? 1e-11 : 1e-10;
   double sum = 0;
-  halve(span, poles, u0, u1, kKronrodGood, speedNoise(span, poles), 0,
+  halve(span, poles, u0, u1, kronrodGood, speedNoise(span, poles), 0,
         [&](double, double, double length) { sum += length; });
   return sum;
 }
