@@ -5,6 +5,7 @@
 
 #include "cli/page/bytes.h"
 #include "cli/page/shapecanvas.h"
+#include "host/rx/math/elementary.h"
 
 namespace cli::page {
 
@@ -93,9 +94,9 @@ class PartReader {
     const int pieces = std::max(1, static_cast<int>(std::ceil(sweep / kArcPieceRad)));
     for (int i = 1; i <= pieces; ++i) {
       const double t = from + side * sweep * i / pieces;
-      const double u = radiusX * std::cos(t), v = radiusY * std::sin(t);
+      const double u = radiusX * gc::cos(t), v = radiusY * gc::sin(t);
       points.push_back(
-          {center.x + std::cos(turn) * u - std::sin(turn) * v, center.y + std::sin(turn) * u + std::cos(turn) * v});
+          {center.x + gc::cos(turn) * u - gc::sin(turn) * v, center.y + gc::sin(turn) * u + gc::cos(turn) * v});
     }
   }
 
@@ -109,7 +110,7 @@ double distance(Point p, Point a, Point b) {
   const double dx = b.x - a.x, dy = b.y - a.y;
   const double square = dx * dx + dy * dy;
   const double t = square > 0 ? std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / square, 0.0, 1.0) : 0;
-  return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
+  return gc::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
 }
 
 bool isIn(Point p, const Box& box) { return p.x >= box.minX && p.x <= box.maxX && p.y >= box.minY && p.y <= box.maxY; }

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "cli/page/bytes.h"
+#include "host/rx/math/elementary.h"
 
 namespace cli::page {
 
@@ -38,29 +39,29 @@ void ShapeCanvas::putPoint(std::string& floats, Point p) {
 // From the arc between two points to its centre: where the ends lie on the unit circle of the arc's own axes gives
 // centre and angles.
 void ShapeCanvas::putArc(std::string& floats, Point from, const PathStep& step) {
-  const double c = std::cos(step.turnRad), s = std::sin(step.turnRad);
+  const double c = gc::cos(step.turnRad), s = gc::sin(step.turnRad);
   const auto toUnit = [&](Point p) {
     return Point{(c * p.x + s * p.y) / step.radiusX, (-s * p.x + c * p.y) / step.radiusY};
   };
   const Point a = toUnit(from), b = toUnit(step.to);
   const double dx = b.x - a.x, dy = b.y - a.y;
-  const double half = std::hypot(dx, dy) / 2;
+  const double half = gc::hypot(dx, dy) / 2;
   const double away = half > 0 && half < 1 ? std::sqrt(1 - half * half) / half : 0;
   const double side = step.growing ? 1 : -1;
   const Point center{(a.x + b.x) / 2 - side * away * dy / 2, (a.y + b.y) / 2 + side * away * dx / 2};
   const double x = center.x * step.radiusX, y = center.y * step.radiusY;
   const Point middle{c * x - s * y, s * x + c * y};
-  const double from0 = std::atan2(a.y - center.y, a.x - center.x), to0 = std::atan2(b.y - center.y, b.x - center.x);
+  const double from0 = gc::atan2(a.y - center.y, a.x - center.x), to0 = gc::atan2(b.y - center.y, b.x - center.x);
   putPoint(floats, middle);
   for (const double number : {step.radiusX / m_unit, step.radiusY / m_unit, step.turnRad, from0, to0, side})
     putF32(floats, number);
   // Its outermost points, where they lie on the arc: x and y each have two on the whole ellipse.
   for (const double t :
-       {std::atan2(-step.radiusY * s, step.radiusX * c), std::atan2(step.radiusY * c, step.radiusX * s)}) {
+       {gc::atan2(-step.radiusY * s, step.radiusX * c), gc::atan2(step.radiusY * c, step.radiusX * s)}) {
     for (const double at : {t, t + kPi}) {
       const double way = std::fmod(side * (at - from0) + 4 * kPi, 2 * kPi);
       if (way > std::fmod(side * (to0 - from0) + 4 * kPi, 2 * kPi)) continue;
-      const double u = step.radiusX * std::cos(at), v = step.radiusY * std::sin(at);
+      const double u = step.radiusX * gc::cos(at), v = step.radiusY * gc::sin(at);
       reach({middle.x + c * u - s * v, middle.y + s * u + c * v});
     }
   }

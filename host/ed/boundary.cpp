@@ -7,6 +7,7 @@
 #include "host/ed/coordinates.h"
 #include "host/ed/selection.h"
 #include "host/ed/strokes.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -38,7 +39,7 @@ Polygon polygonOf(GcDbObjectId id, const GcGeMatrix3d& toUser, double deviation)
   return polygon;
 }
 
-double distance(const GcGePoint2d& a, const GcGePoint2d& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+double distance(const GcGePoint2d& a, const GcGePoint2d& b) { return gc::hypot(a.x - b.x, a.y - b.y); }
 
 // The corners of a chain, each curve turned so that it goes on where the last one ended.
 Polygon outlineOf(const GcDbObjectIdArray& chain, const GcGeMatrix3d& toUser, double deviation) {

@@ -7,6 +7,7 @@
 #include "db/blockreference.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/strokes.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -27,7 +28,7 @@ double distanceTo(Flat a, Flat b) {
   const double dy = b.y - a.y;
   const double square = dx * dx + dy * dy;
   const double t = square == 0 ? 0 : std::clamp(-(a.x * dx + a.y * dy) / square, 0.0, 1.0);
-  return std::hypot(a.x + t * dx, a.y + t * dy);
+  return gc::hypot(a.x + t * dx, a.y + t * dy);
 }
 
 bool contains(const std::vector<Flat>& corners) {
@@ -46,7 +47,7 @@ bool passes(const Stroke& stroke, const GcGeMatrix3d& toDisplay, Flat at, double
     const Flat f = flat(toDisplay, point);
     points.push_back({f.x - at.x, f.y - at.y});
   }
-  if (points.size() == 1) return std::hypot(points[0].x, points[0].y) <= reach;
+  if (points.size() == 1) return gc::hypot(points[0].x, points[0].y) <= reach;
   for (size_t i = 1; i < points.size(); ++i)
     if (distanceTo(points[i - 1], points[i]) <= reach) return true;
   if (points.size() < 3) return false;

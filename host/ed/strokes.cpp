@@ -6,6 +6,7 @@
 
 #include "db/objectid.h"
 #include "host/gi/listener.h"
+#include "host/rx/math/elementary.h"
 #include "host/rx/view.h"
 
 namespace ed {
@@ -40,14 +41,14 @@ class Collector final : public GcGiListener {
   void circularArc(const GcGePoint3d& center, double radius, const GcGeVector3d& normal, const GcGeVector3d& start,
                    double sweepRad) override {
     const double ratio = radius > 0 ? std::clamp(1 - m_deviation / radius, -1.0, 1.0) : 1;
-    const double step = std::clamp(2 * std::acos(ratio), kTurn / 720, kTurn / 16);
+    const double step = std::clamp(2 * gc::acos(ratio), kTurn / 720, kTurn / 16);
     const int pieces = std::max(1, static_cast<int>(std::ceil(std::fabs(sweepRad) / step)));
     const GcGeVector3d x = start.normal() * radius;
     const GcGeVector3d y = normal.normal().crossProduct(x);
     std::vector<GcGePoint3d> points;
     for (int i = 0; i <= pieces; ++i) {
       const double angle = sweepRad * i / pieces;
-      points.push_back(center + x * std::cos(angle) + y * std::sin(angle));
+      points.push_back(center + x * gc::cos(angle) + y * gc::sin(angle));
     }
     add(static_cast<int>(points.size()), points.data(), false, false);
   }

@@ -7,6 +7,7 @@
 #include "db/circle.h"
 #include "db/line.h"
 #include "ge/matrix3d.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr double kSamePlane = 1e-8;
 
-double distance(const GcGePoint2d& a, const GcGePoint2d& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+double distance(const GcGePoint2d& a, const GcGePoint2d& b) { return gc::hypot(a.x - b.x, a.y - b.y); }
 
 GcGePoint3d inPlane(const GcGePoint3d& world, const GcGeVector3d& normal) {
   GcGeMatrix3d plane;
@@ -57,7 +58,7 @@ bool VertexChain::take(const GcDbEntity& entity) {
   if (std::fabs(a.z - b.z) > kSamePlane * (1 + std::fabs(a.z))) return false;
   elevation = a.z;
   closed = false;
-  vertices.push_back({{a.x, a.y}, arc == nullptr ? 0 : std::tan(arc->sweepAngle() / 4)});
+  vertices.push_back({{a.x, a.y}, arc == nullptr ? 0 : gc::tan(arc->sweepAngle() / 4)});
   vertices.push_back({{b.x, b.y}});
   return true;
 }

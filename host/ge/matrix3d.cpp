@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ge/line3d.h"
+#include "host/rx/math/elementary.h"
 
 const GcGeMatrix3d GcGeMatrix3d::kIdentity;
 
@@ -24,7 +25,7 @@ void keepFixed(GcGeMatrix3d& m, const GcGePoint3d& fixed) {
 
 }  // namespace
 
-double GcGeVector2d::angle() const { return x == 0 && y == 0 ? 0 : positiveAngle(std::atan2(y, x)); }
+double GcGeVector2d::angle() const { return x == 0 && y == 0 ? 0 : positiveAngle(gc::atan2(y, x)); }
 
 GcGeVector3d GcGeVector3d::normal(const GcGeTol& tol) const {
   const double size = length();
@@ -45,7 +46,7 @@ GcGeVector3d GcGeVector3d::perpVector() const {
 }
 
 double GcGeVector3d::angleTo(const GcGeVector3d& v) const {
-  return std::atan2(crossProduct(v).length(), dotProduct(v));  // stable near 0 and pi, where acos is not
+  return gc::atan2(crossProduct(v).length(), dotProduct(v));  // stable near 0 and pi, where acos is not
 }
 
 double GcGeVector3d::angleTo(const GcGeVector3d& v, const GcGeVector3d& reference) const {
@@ -81,7 +82,7 @@ GcGeMatrix3d& GcGeMatrix3d::setToTranslation(const GcGeVector3d& offset) {
 GcGeMatrix3d& GcGeMatrix3d::setToRotation(double angleRad, const GcGeVector3d& axis, const GcGePoint3d& center) {
   setToIdentity();
   const GcGeVector3d u = axis.normal();
-  const double c = std::cos(angleRad), s = std::sin(angleRad), t = 1 - c;
+  const double c = gc::cos(angleRad), s = gc::sin(angleRad), t = 1 - c;
   const double rotation[3][3] = {{t * u.x * u.x + c, t * u.x * u.y - s * u.z, t * u.x * u.z + s * u.y},
                                  {t * u.x * u.y + s * u.z, t * u.y * u.y + c, t * u.y * u.z - s * u.x},
                                  {t * u.x * u.z - s * u.y, t * u.y * u.z + s * u.x, t * u.z * u.z + c}};
@@ -186,7 +187,7 @@ bool GcGeMatrix3d::isUniScaledOrtho(const GcGeTol& tol) const {
          std::abs(z.dotProduct(x)) <= slack * size;
 }
 
-double GcGeMatrix3d::scale() const { return std::cbrt(std::abs(det())); }
+double GcGeMatrix3d::scale() const { return gc::cbrt(std::abs(det())); }
 
 bool GcGeMatrix3d::isEqualTo(const GcGeMatrix3d& other, const GcGeTol& tol) const {
   for (int row = 0; row < 4; ++row)

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/rx/math/elementary.h"
+
 namespace {
 
 // A point in the system of the lines: how far along them, and which line it would lie on.
@@ -131,7 +133,7 @@ class Crosser {
     constexpr double kPi = 3.14159265358979323846;
     const double b = place({span.b.x, span.b.y}).level;
     const double c = place({span.c.x, span.c.y}).level;
-    const double turn = std::atan2(c, b);
+    const double turn = gc::atan2(c, b);
     const double f0 = span.sweep * span.u0, f1 = span.sweep * span.u1;
     const double low = std::fmin(f0, f1), high = std::fmax(f0, f1);
     std::vector<double> angles;

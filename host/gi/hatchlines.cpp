@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "host/gi/crossings.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -12,7 +13,7 @@ class Family {
  public:
   Family(const GcGiHatchFamily& family, int mostPieces, std::vector<GcGePoint2d>& ends)
       : m_family(family),
-        m_along(std::cos(family.angleRad), std::sin(family.angleRad)),
+        m_along(gc::cos(family.angleRad), gc::sin(family.angleRad)),
         m_spacing(m_along.crossProduct(family.offset)),
         m_shift(m_along.dotProduct(family.offset)),
         m_most(static_cast<std::size_t>(mostPieces)),
@@ -89,7 +90,7 @@ double extentOf(const std::vector<GcGePath>& loops) {
 
 // How often a ray from the point in the direction of X crosses the loop is odd.
 bool contains(const GcGePath& loop, const GcGePoint2d& point, std::vector<GcGiCrossing>& crossings) {
-  const double beyond = 4 * (loop.size() + std::hypot(loop.origin().x - point.x, loop.origin().y - point.y)) + 1;
+  const double beyond = 4 * (loop.size() + gc::hypot(loop.origin().x - point.x, loop.origin().y - point.y)) + 1;
   crossings.clear();
   gcgiAppendCrossings(loop, GcGiLevels{point, {1, 0}, beyond}, 1u << 20, crossings);
   int right = 0;

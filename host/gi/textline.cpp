@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "host/gi/strokefont.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -44,7 +45,7 @@ class Pen {
       : m_sink(sink),
         m_scaleX(style.height * style.widthFactor * (style.backward ? -1 : 1)),
         m_scaleY(style.height * (style.upsideDown ? -1 : 1)),
-        m_shear(std::tan(style.obliqueRad) * (style.backward ? -1 : 1) * style.height) {}
+        m_shear(gc::tan(style.obliqueRad) * (style.backward ? -1 : 1) * style.height) {}
 
   void glyph(const GcGiGlyph& glyph, double left, double base) {
     for (int i = 0; i < glyph.count; ++i) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/rx/math/elementary.h"
+
 namespace {
 
 constexpr double kMitreLimit = 4;  // longest mitre, in half widths
@@ -30,17 +32,17 @@ Segment stationsOf(const GcGiWideVertex& from, const GcGePoint2d& to, double dev
     return stations;
   }
   // Source: bulge = tan(sweep / 4); the centre lies left of the chord by (1 - b^2) / (4 b) of its length.
-  const double sweep = 4 * std::atan(from.bulge);
+  const double sweep = 4 * gc::atan(from.bulge);
   const double b = from.bulge;
   const GcGePoint2d center = from.point + chord * 0.5 + chord.perpVector() * ((1 - b * b) / (4 * b));
   const double radius = from.point.distanceTo(center);
   const double outer = radius + std::fmax(from.startWidth, from.endWidth) / 2;
-  const double step = 2 * std::acos(std::clamp(1 - deviation / outer, 0.0, 1.0));
+  const double step = 2 * gc::acos(std::clamp(1 - deviation / outer, 0.0, 1.0));
   const int pieces = std::clamp(static_cast<int>(std::ceil(std::fabs(sweep) / std::fmax(step, 1e-3))), 2, kMostPieces);
   const double start = (from.point - center).angle();
   for (int i = 0; i <= pieces; ++i) {
     const double t = static_cast<double>(i) / pieces, angle = start + sweep * t;
-    const GcGeVector2d out(std::cos(angle), std::sin(angle));
+    const GcGeVector2d out(gc::cos(angle), gc::sin(angle));
     stations.push_back({i == 0        ? from.point
                         : i == pieces ? to
                                       : center + out * radius,

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <vector>
 
+#include "host/rx/math/elementary.h"
+
 namespace gc::plot {
 
 namespace {
@@ -73,13 +75,13 @@ class Page : public CairoPage, private Canvas {
 
   void arc(Point from, const PathStep& step) {
     // The arc on the unit circle of its own axes: where its ends lie there gives centre and angles.
-    const double c = std::cos(step.turnRad), s = std::sin(step.turnRad);
+    const double c = gc::cos(step.turnRad), s = gc::sin(step.turnRad);
     const auto toUnit = [&](Point p) {
       return Point{(c * p.x + s * p.y) / step.radiusX, (-s * p.x + c * p.y) / step.radiusY};
     };
     const Point a = toUnit(from), b = toUnit(step.to);
     const double dx = b.x - a.x, dy = b.y - a.y;
-    const double half = std::hypot(dx, dy) / 2;
+    const double half = gc::hypot(dx, dy) / 2;
     if (!(half > 0)) return;
     const double away = half < 1 ? std::sqrt(1 - half * half) / half : 0;
     const double side = step.growing ? 1 : -1;
@@ -87,7 +89,7 @@ class Page : public CairoPage, private Canvas {
     cairo_save(m_cairo);
     cairo_rotate(m_cairo, step.turnRad);
     cairo_scale(m_cairo, step.radiusX, step.radiusY);
-    const double start = std::atan2(a.y - center.y, a.x - center.x), end = std::atan2(b.y - center.y, b.x - center.x);
+    const double start = gc::atan2(a.y - center.y, a.x - center.x), end = gc::atan2(b.y - center.y, b.x - center.x);
     if (step.growing) {
       cairo_arc(m_cairo, center.x, center.y, 1, start, end);
     } else {

@@ -2,11 +2,13 @@
 
 #include <cmath>
 
+#include "host/rx/math/elementary.h"
+
 namespace gc::plot {
 
 namespace {
 
-double distance(Point a, Point b) { return std::hypot(b.x - a.x, b.y - a.y); }
+double distance(Point a, Point b) { return gc::hypot(b.x - a.x, b.y - a.y); }
 
 // Length of a curve given by its speed over [0, 1]: five-point Gauss rule on `pieces` equal parts.
 template <class Speed>
@@ -27,8 +29,8 @@ double cubicLength(Point a, Point b, Point c, Point d) {
       [&](double t) {
         const double u = 1 - t;
         const double wa = 3 * u * u, wb = 6 * u * t, wc = 3 * t * t;
-        return std::hypot(wa * (b.x - a.x) + wb * (c.x - b.x) + wc * (d.x - c.x),
-                          wa * (b.y - a.y) + wb * (c.y - b.y) + wc * (d.y - c.y));
+        return gc::hypot(wa * (b.x - a.x) + wb * (c.x - b.x) + wc * (d.x - c.x),
+                         wa * (b.y - a.y) + wb * (c.y - b.y) + wc * (d.y - c.y));
       },
       4);
 }
@@ -41,17 +43,17 @@ double quadLength(Point a, Point b, Point c) {
 // The arc's ends are turned to its own axes and scaled to the unit circle, where the chord gives the angle.
 double arcLength(Point from, const PathStep& arc) {
   if (arc.radiusX <= 0 || arc.radiusY <= 0) return distance(from, arc.to);
-  const double c = std::cos(arc.turnRad), s = std::sin(arc.turnRad);
+  const double c = gc::cos(arc.turnRad), s = gc::sin(arc.turnRad);
   const double dx = arc.to.x - from.x, dy = arc.to.y - from.y;
   const double ux = (c * dx + s * dy) / arc.radiusX, uy = (-s * dx + c * dy) / arc.radiusY;
-  const double half = std::asin(std::fmin(1, std::hypot(ux, uy) / 2));
+  const double half = gc::asin(std::fmin(1, gc::hypot(ux, uy) / 2));
   const double sign = arc.growing ? 1 : -1;
   // The chord of a growing arc points a quarter turn ahead of the arc's middle.
-  const double middle = std::atan2(uy, ux) - sign * 1.5707963267948966;
+  const double middle = gc::atan2(uy, ux) - sign * 1.5707963267948966;
   return integrate(
              [&](double t) {
                const double angle = middle + sign * half * (2 * t - 1);
-               return std::hypot(arc.radiusX * std::sin(angle), arc.radiusY * std::cos(angle));
+               return gc::hypot(arc.radiusX * gc::sin(angle), arc.radiusY * gc::cos(angle));
              },
              4) *
          2 * half;

@@ -8,6 +8,7 @@
 #include "db/hatch.h"
 #include "host/gi/textline.h"
 #include "host/plot/dashes.h"
+#include "host/rx/math/elementary.h"
 
 namespace gc::plot {
 
@@ -21,7 +22,7 @@ constexpr double kDeviationMm = 0.01;
 bool isFinite(Point p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
 Point onEllipse(Point center, Point u, Point v, double angle) {
-  const double c = std::cos(angle), s = std::sin(angle);
+  const double c = gc::cos(angle), s = gc::sin(angle);
   return {center.x + u.x * c + v.x * s, center.y + u.y * c + v.y * s};
 }
 
@@ -32,8 +33,8 @@ struct Axes {
 };
 Axes axesOf(Point u, Point v) {
   const double e = (u.x + v.y) / 2, f = (u.x - v.y) / 2, g = (u.y + v.x) / 2, h = (u.y - v.x) / 2;
-  const double q = std::hypot(e, h), r = std::hypot(f, g);
-  return {q + r, std::fabs(q - r), (std::atan2(g, f) + std::atan2(h, e)) / 2, q > r};
+  const double q = gc::hypot(e, h), r = gc::hypot(f, g);
+  return {q + r, std::fabs(q - r), (gc::atan2(g, f) + gc::atan2(h, e)) / 2, q > r};
 }
 
 // The pen of a line of text: its plane is mapped to the page by three projected vectors.
@@ -219,7 +220,7 @@ void PlotDraw::addArc(Point center, Point u, Point v, double fromRad, double swe
   const double perRadian = m_measuring ? 4 : std::pow(std::fmax(axes.first, 1) / (13.5 * kDeviationMm), 1.0 / 6) / 4;
   const int pieces = std::max(1, static_cast<int>(std::ceil(std::fabs(sweepRad) * std::fmax(perRadian, 2 / kPi))));
   const double step = sweepRad / pieces;
-  const double k = 4.0 / 3 * std::tan(step / 4);
+  const double k = 4.0 / 3 * gc::tan(step / 4);
   for (int i = 0; i < pieces; ++i) {
     const double a = fromRad + step * i, b = a + step;
     const Point from = onEllipse(center, u, v, a), to = onEllipse(center, u, v, b);

@@ -9,6 +9,7 @@
 #include "host/db/audit/auditor.h"
 #include "host/db/core/extra.h"
 #include "host/db/describe/fieldio.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -56,7 +57,7 @@ class Values {
 
   void checkUnit(const GcDbField& row, double* v) {
     constexpr double kOff = 1e-6;  // files keep few digits
-    const double length = std::hypot(v[0], v[1], v[2]);
+    const double length = gc::hypot(v[0], v[1], v[2]);
     if (std::fabs(length - 1) <= kOff || !m_auditor.found(GcDbDefect::Direction, &m_object, row.name)) return;
     if (length > 0)
       for (int i = 0; i < 3; ++i) v[i] /= length;

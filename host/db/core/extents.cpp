@@ -5,6 +5,7 @@
 #include "db/entity.h"
 #include "host/gi/listener.h"
 #include "host/gi/textline.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -34,12 +35,12 @@ class Measure : public GcGiListener {
                    double sweepRad) override {
     const GcGeVector3d u = start.normal() * radius;
     const GcGeVector3d v = normal.normal().crossProduct(u);
-    const auto at = [&](double angle) { return center + u * std::cos(angle) + v * std::sin(angle); };
+    const auto at = [&](double angle) { return center + u * gc::cos(angle) + v * gc::sin(angle); };
     add(at(0));
     add(at(sweepRad));
     const GcGeMatrix3d& m = transform();
     const GcGeVector3d mu = m * u, mv = m * v;
-    const double extremes[3] = {std::atan2(mv.x, mu.x), std::atan2(mv.y, mu.y), std::atan2(mv.z, mu.z)};
+    const double extremes[3] = {gc::atan2(mv.x, mu.x), gc::atan2(mv.y, mu.y), gc::atan2(mv.z, mu.z)};
     constexpr double kPi = 3.14159265358979323846;
     for (const double angle : extremes)
       for (int turn = -2; turn <= 2; ++turn) {

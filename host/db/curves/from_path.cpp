@@ -12,6 +12,7 @@
 #include "host/db/curves/spline_from_path.h"
 #include "host/db/entities/ellipse_axes.h"
 #include "host/db/entities/planar.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -57,7 +58,7 @@ GcDbCurve* fromElliptic(const GcGePath& path) {
   const GcGeVector3d minor = axes.normal.crossProduct(axes.major) * axes.ratio;
   const auto paramOf = [&](const GcGeVector3d& from) {
     return gcplanar::inFullTurn(
-        std::atan2(from.dotProduct(minor) / minor.lengthSqrd(), from.dotProduct(axes.major) / axes.major.lengthSqrd()));
+        gc::atan2(from.dotProduct(minor) / minor.lengthSqrd(), from.dotProduct(axes.major) / axes.major.lengthSqrd()));
   };
   const double sweep = std::abs(s.sweep) * (s.u1 - s.u0);
   const double start = path.isClosed() ? 0 : paramOf(path.pointOn(0, s.u0) - s.center());
@@ -77,9 +78,9 @@ void addSegment(GcDbPolyline& polyline, const GcGeMatrix3d& toOwn, const GcGeVec
   const double sense = s.b.crossProduct(s.c).dotProduct(normal) < 0 ? -1 : 1;
   const double sweep = s.sweep * (s.u1 - s.u0) * sense;
   constexpr double kMostTurn = 0.99 * kTwoPi;
-  if (std::abs(sweep) < kMostTurn) return add(s.u0, std::tan(sweep / 4));
-  add(s.u0, std::tan(sweep / 8));
-  add((s.u0 + s.u1) / 2, std::tan(sweep / 8));
+  if (std::abs(sweep) < kMostTurn) return add(s.u0, gc::tan(sweep / 4));
+  add(s.u0, gc::tan(sweep / 8));
+  add((s.u0 + s.u1) / 2, gc::tan(sweep / 8));
 }
 
 }  // namespace

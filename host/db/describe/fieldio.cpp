@@ -6,6 +6,7 @@
 #include "db/database.h"
 #include "db/filer.h"
 #include "host/db/core/names.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -674,7 +675,7 @@ Gcad::ErrorStatus gcdbTransformFields(GcDbObject& object, const GcGeMatrix3d& tr
   t.ocs = toNew * transform * fromOld;
   t.lengthFactor = transform.scale();
   const GcGeVector3d x = t.ocs.column(0);
-  t.angleOffsetRad = std::atan2(x.y, x.x);
+  t.angleOffsetRad = gc::atan2(x.y, x.x);
   for (int i = 0; i < info->rowCount; ++i) transformRow(*info->rows[i], &object, t);
   return Gcad::eOk;
 }

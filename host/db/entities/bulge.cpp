@@ -6,6 +6,7 @@
 #include "gi/drawable.h"
 #include "host/db/entities/planar.h"
 #include "host/gi/wideline.h"
+#include "host/rx/math/elementary.h"
 
 namespace gcbulge {
 
@@ -15,8 +16,8 @@ Arc arcOf(const GcGePoint2d& start, const GcGePoint2d& end, double bulge) {
   const double toCenter = (1 / bulge - bulge) / 4;
   arc.center = start + chord * 0.5 + chord.perpVector() * toCenter;
   arc.radius = arc.center.distanceTo(start);
-  arc.startRad = std::atan2(start.y - arc.center.y, start.x - arc.center.x);
-  arc.sweepRad = 4 * std::atan(bulge);
+  arc.startRad = gc::atan2(start.y - arc.center.y, start.x - arc.center.x);
+  arc.sweepRad = 4 * gc::atan(bulge);
   return arc;
 }
 

@@ -8,6 +8,7 @@
 #include "host/db/entities/arrowheads.h"
 #include "host/db/entities/dimension_look.h"
 #include "host/db/entities/planar.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ struct DimArc {
 
   [[nodiscard]] GcGePoint3d at(double share) const {
     const double turn = sweepRad * share;
-    return center + start * std::cos(turn) + normal.crossProduct(start) * std::sin(turn);
+    return center + start * gc::cos(turn) + normal.crossProduct(start) * gc::sin(turn);
   }
 };
 

@@ -5,6 +5,7 @@
 
 #include "gi/drawable.h"
 #include "host/db/entities/planar.h"
+#include "host/rx/math/elementary.h"
 
 namespace gcellipse {
 
@@ -18,11 +19,11 @@ Axes principalAxes(const GcGeVector3d& a, const GcGeVector3d& b) {
   constexpr double kRightAngle = 1e-12;  // relative to the lengths: rounding of a turn
   const bool square = std::fabs(ab) <= kRightAngle * std::sqrt(aa * bb);
   if (!square)
-    axes.shiftRad = 0.5 * std::atan2(2 * ab, aa - bb);
+    axes.shiftRad = 0.5 * gc::atan2(2 * ab, aa - bb);
   else if (bb > aa * (1 + kRightAngle))
     axes.shiftRad = gcplanar::kTwoPi / 4;
-  const double c = std::cos(axes.shiftRad);
-  const double s = std::sin(axes.shiftRad);
+  const double c = gc::cos(axes.shiftRad);
+  const double s = gc::sin(axes.shiftRad);
   axes.major = axes.shiftRad == 0 ? a : a * c + b * s;
   const GcGeVector3d minor = axes.shiftRad == 0 ? b : b * c - a * s;
   axes.ratio = std::fmin(1.0, minor.length() / axes.major.length());
@@ -38,10 +39,10 @@ void draw(GcGiWorldDraw& draw, const GcGePoint3d& center, const GcGeVector3d& a,
   constexpr int kMostPieces = 8;
   const int pieces = std::clamp(static_cast<int>(std::ceil(span / (gcplanar::kTwoPi / 8) - 1e-9)), 1, kMostPieces);
   const double step = span / pieces;
-  const double handle = 4.0 / 3.0 * std::tan(step / 4);
+  const double handle = 4.0 / 3.0 * gc::tan(step / 4);
   GcGePoint3d points[3 * kMostPieces + 1];
-  const auto at = [&](double t) { return center + a * std::cos(t) + b * std::sin(t); };
-  const auto tangent = [&](double t) { return b * std::cos(t) - a * std::sin(t); };
+  const auto at = [&](double t) { return center + a * gc::cos(t) + b * gc::sin(t); };
+  const auto tangent = [&](double t) { return b * gc::cos(t) - a * gc::sin(t); };
   points[0] = at(startRad);
   for (int i = 0; i < pieces; ++i) {
     const double from = startRad + i * step;

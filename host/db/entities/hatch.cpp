@@ -7,6 +7,7 @@
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/hatch_pattern.h"
 #include "host/db/entities/planar.h"
+#include "host/rx/math/elementary.h"
 
 GCDB_DEFINE_CLASS(GcDbHatch, "AcDbHatch")
 
@@ -245,8 +246,8 @@ Gcad::ErrorStatus GcDbHatch::subTransformBy(const GcGeMatrix3d& transform) {
   const double factor = transform.scale();
   for (GcDbHatchLoop& loop : m_loops)
     for (GcDbHatchEdge& edge : loop.edges) turnEdge(edge, turn, factor);
-  const double c = std::cos(turn) * factor;
-  const double s = std::sin(turn) * factor;
+  const double c = gc::cos(turn) * factor;
+  const double s = gc::sin(turn) * factor;
   const auto turned = [&](double& x, double& y) {
     const double x0 = x;
     x = c * x0 - s * y;

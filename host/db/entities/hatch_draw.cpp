@@ -7,6 +7,7 @@
 #include "gi/drawable.h"
 #include "host/db/entities/hatch_edges.h"
 #include "host/gi/hatchlines.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -38,7 +39,7 @@ void addPoints(const GcGePath& path, const GcGeSpan& span, double deviation, std
   if (span.kind == GcGeSpan::Kind::Arc) {
     // The height of a side over its arc: r (1 - cos(angle / 2)).
     const double radius = std::fmax(span.b.length(), span.c.length());
-    const double angle = radius > deviation ? 2 * std::acos(1 - deviation / radius) : 1;
+    const double angle = radius > deviation ? 2 * gc::acos(1 - deviation / radius) : 1;
     sides = static_cast<int>(std::ceil(std::fabs(span.sweep * (span.u1 - span.u0)) / angle));
   } else if (span.kind == GcGeSpan::Kind::Bezier) {
     sides = span.degree < 2 ? 1 : 16 * span.degree;
@@ -91,7 +92,7 @@ class Drawer {
 
   // Colours run across the loops at the gradient's angle, from end to end.
   [[nodiscard]] GcGiGradient gradient(const GcDbHatchGradient& own) const {
-    const GcGeVector3d way(std::cos(own.angleRad), std::sin(own.angleRad), 0);
+    const GcGeVector3d way(gc::cos(own.angleRad), gc::sin(own.angleRad), 0);
     double low = 1e300, high = -1e300;
     std::vector<GcGePoint3d> points;
     for (const GcGePath& loop : m_loops)

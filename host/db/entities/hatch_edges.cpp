@@ -6,6 +6,7 @@
 
 #include "host/db/entities/planar.h"
 #include "host/ge/curves/nurbs.h"
+#include "host/rx/math/elementary.h"
 
 namespace gchatch {
 namespace {
@@ -33,7 +34,7 @@ Round roundOf(const GcDbHatchEdge& edge) {
 }
 
 GcGePoint2d pointOn(const GcDbHatchEdge& edge, const Round& round, double angle) {
-  return edge.start + round.a * std::cos(angle) + round.b * std::sin(angle);
+  return edge.start + round.a * gc::cos(angle) + round.b * gc::sin(angle);
 }
 
 GcGeNurbs nurbsOf(const GcDbHatchEdge& edge) {
@@ -104,7 +105,7 @@ double toleranceOf(const GcArray<GcDbHatchEdge>& edges) {
   };
   for (const GcDbHatchEdge& edge : edges) {
     const bool round = edge.isCurved();
-    if (round) grow(edge.start, edge.isArc() ? edge.radius : std::hypot(edge.majorAxis.x, edge.majorAxis.y));
+    if (round) grow(edge.start, edge.isArc() ? edge.radius : gc::hypot(edge.majorAxis.x, edge.majorAxis.y));
     if (edge.isLine()) grow(edge.start, 0), grow(edge.end, 0);
     for (const GcDbHatchSplinePoint& point : edge.controlPoints) grow(point.point, 0);
   }

@@ -15,6 +15,7 @@
 #include "host/db/entities/hatch_edges.h"
 #include "host/db/entities/planar.h"
 #include "host/db/entities/sequence.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -58,7 +59,7 @@ void addArc(const GcDbArc& arc, const Plane& plane, GcDbHatchLoop& loop) {
   const bool over = plane.isTurnedOver(arc.normal());
   const GcGeVector2d first = plane.flat(gcplanar::directionAt(over ? arc.endAngle() : arc.startAngle(), arc.normal()));
   loop.edges.append(
-      arcEdge(plane.flat(arc.center()), arc.radius(), std::atan2(first.y, first.x), arc.sweepAngle(), false));
+      arcEdge(plane.flat(arc.center()), arc.radius(), gc::atan2(first.y, first.x), arc.sweepAngle(), false));
 }
 
 void addEllipse(const GcDbEllipse& ellipse, const Plane& plane, GcDbHatchLoop& loop) {
@@ -186,8 +187,8 @@ bool addPath(const GcDbCurve& curve, const Plane& plane, GcDbHatchLoop& loop) {
       addBezier(path, span, loop);
     } else {
       const double f = span.sweep * span.u0;
-      const GcGeVector3d a = span.b * std::cos(f) + span.c * std::sin(f);
-      const GcGeVector3d b = span.c * std::cos(f) - span.b * std::sin(f);
+      const GcGeVector3d a = span.b * gc::cos(f) + span.c * gc::sin(f);
+      const GcGeVector3d b = span.c * gc::cos(f) - span.b * gc::sin(f);
       const GcGePoint3d center = path.origin() + span.center();
       addRound({center.x, center.y}, a, b, span.sweep * (span.u1 - span.u0), loop);
     }

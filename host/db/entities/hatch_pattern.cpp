@@ -6,6 +6,7 @@
 
 #include "db/database.h"
 #include "host/rx/file/file_view.h"
+#include "host/rx/math/elementary.h"
 #include "host/rx/text/number.h"
 
 namespace gchatch {
@@ -100,12 +101,12 @@ GcDbHatchPatternLine placed(double angleDeg, double x, double y, double along, d
                             double scale) {
   GcDbHatchPatternLine line;
   line.angleRad = std::fmod(angleDeg * kRadPerDegree + angleRad, 360 * kRadPerDegree);
-  const double c = std::cos(angleRad) * scale;
-  const double s = std::sin(angleRad) * scale;
+  const double c = gc::cos(angleRad) * scale;
+  const double s = gc::sin(angleRad) * scale;
   line.baseX = c * x - s * y;
   line.baseY = s * x + c * y;
-  const double lc = std::cos(line.angleRad) * scale;
-  const double ls = std::sin(line.angleRad) * scale;
+  const double lc = gc::cos(line.angleRad) * scale;
+  const double ls = gc::sin(line.angleRad) * scale;
   line.offsetX = lc * along - ls * across;
   line.offsetY = ls * along + lc * across;
   return line;

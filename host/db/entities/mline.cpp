@@ -13,6 +13,7 @@
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/objects/mlinestyle.h"
+#include "host/rx/math/elementary.h"
 
 GCDB_DEFINE_CLASS(GcDbMline, "AcDbMline")
 
@@ -249,7 +250,7 @@ Gcad::ErrorStatus GcDbMline::explode(GcDbVoidPtrArray& entities) const {
     if (piece.isArc) {
       const HalfCircle arc = halfCircleOf(piece);
       const GcGeVector3d x = gcgeArbitraryXAxis(arc.normal);
-      const double from = std::atan2(arc.normal.crossProduct(x).dotProduct(arc.start), x.dotProduct(arc.start));
+      const double from = gc::atan2(arc.normal.crossProduct(x).dotProduct(arc.start), x.dotProduct(arc.start));
       made = new GcDbArc(arc.center, arc.normal, arc.start.length(), from, from + kPi);
     } else {
       made = new GcDbLine(piece.from, piece.to);

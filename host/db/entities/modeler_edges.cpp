@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "ge/matrix3d.h"
+#include "host/rx/math/elementary.h"
 
 namespace gcmodeler {
 
@@ -136,7 +137,7 @@ class Body {
     if (major.isZeroLength() || minor.isZeroLength()) return {};
     const auto angleOf = [&](const GcGePoint3d& p) {
       const GcGeVector3d v = p - center;
-      return std::atan2(v.dotProduct(minor) / minor.lengthSqrd(), v.dotProduct(major) / major.lengthSqrd());
+      return gc::atan2(v.dotProduct(minor) / minor.lengthSqrd(), v.dotProduct(major) / major.lengthSqrd());
     };
     const double from = angleOf(isReversed ? end : start);
     double sweep = isWhole ? kTwoPi : angleOf(isReversed ? start : end) - from;
@@ -145,7 +146,7 @@ class Body {
     std::vector<GcGePoint3d> points;
     for (int i = 0; i <= kPieces; ++i) {
       const double t = from + sweep * i / kPieces;
-      points.push_back(center + major * std::cos(t) + minor * std::sin(t));
+      points.push_back(center + major * gc::cos(t) + minor * gc::sin(t));
     }
     return points;
   }

@@ -4,6 +4,7 @@
 
 #include "host/db/entities/modeler_text.h"
 #include "host/ge/curves/nurbs.h"
+#include "host/rx/math/elementary.h"
 #include "host/rx/text/number.h"
 
 namespace gcmodeler {
@@ -176,7 +177,7 @@ class Reader {
     if (major.isZeroLength() || minor.isZeroLength()) return false;
     const auto angleOf = [&](const GcGePoint3d& p) {
       const GcGeVector3d v = p - center;
-      return std::atan2(v.dotProduct(minor) / minor.lengthSqrd(), v.dotProduct(major) / major.lengthSqrd());
+      return gc::atan2(v.dotProduct(minor) / minor.lengthSqrd(), v.dotProduct(major) / major.lengthSqrd());
     };
     const double start = angleOf(from);
     double sweep = from == to ? kTwoPi : angleOf(to) - start;

@@ -6,6 +6,7 @@
 #include "host/db/entities/modeler_tags.h"
 #include "host/db/entities/modeler_text.h"
 #include "host/ge/curves/nurbs.h"
+#include "host/rx/math/elementary.h"
 
 namespace gcmodeler {
 namespace {
@@ -128,8 +129,8 @@ class Writer {
     if (span.circular) axes.ratio = 1;
     const GcGeVector3d start = gcgePointAt(span, path.poles(), span.u0) - span.center();
     const GcGeVector3d minor = axes.normal.crossProduct(axes.major) * axes.ratio;
-    m_from = std::atan2(start.dotProduct(minor) / minor.lengthSqrd(),
-                        start.dotProduct(axes.major) / axes.major.lengthSqrd());
+    m_from =
+        gc::atan2(start.dotProduct(minor) / minor.lengthSqrd(), start.dotProduct(axes.major) / axes.major.lengthSqrd());
     m_to = m_from + std::fabs(span.sweep * (span.u1 - span.u0));
     Record record = begin("ellipse-curve");
     record.place(path.origin() + span.center()).vector(axes.normal).vector(axes.major).real(axes.ratio);

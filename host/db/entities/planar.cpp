@@ -1,14 +1,16 @@
 #include "host/db/entities/planar.h"
 
+#include "host/rx/math/elementary.h"
+
 namespace gcplanar {
 
 GcGeVector3d directionAt(double angleRad, const GcGeVector3d& normal) {
-  return toWorld(GcGeVector3d(std::cos(angleRad), std::sin(angleRad), 0), normal);
+  return toWorld(GcGeVector3d(gc::cos(angleRad), gc::sin(angleRad), 0), normal);
 }
 
 double angleOf(const GcGeVector3d& worldDirection, const GcGeVector3d& normal) {
   const GcGeVector3d own = toOwn(worldDirection, normal);
-  return inFullTurn(std::atan2(own.y, own.x));
+  return inFullTurn(gc::atan2(own.y, own.x));
 }
 
 GcGeVector3d normalOfImage(const GcGeMatrix3d& transform, const GcGeVector3d& normal) {

@@ -6,6 +6,7 @@
 #include "host/db/entities/bulge.h"
 #include "host/db/entities/planar.h"
 #include "host/db/entities/sequence.h"
+#include "host/rx/math/elementary.h"
 
 GCDB_DEFINE_CLASS(GcDb2dPolyline, "AcDb2dPolyline")
 GCDB_DEFINE_CLASS(GcDb3dPolyline, "AcDb3dPolyline")
@@ -115,8 +116,8 @@ Gcad::ErrorStatus GcDb2dPolyline::subTransformBy(const GcGeMatrix3d& transform) 
     vertex->m_position = own * at;
     vertex->m_startWidth *= factor;
     vertex->m_endWidth *= factor;
-    const GcGeVector3d tangent = own * GcGeVector3d(std::cos(vertex->m_tangentRad), std::sin(vertex->m_tangentRad), 0);
-    if (vertex->isTangentUsed()) vertex->m_tangentRad = gcplanar::inFullTurn(std::atan2(tangent.y, tangent.x));
+    const GcGeVector3d tangent = own * GcGeVector3d(gc::cos(vertex->m_tangentRad), gc::sin(vertex->m_tangentRad), 0);
+    if (vertex->isTangentUsed()) vertex->m_tangentRad = gcplanar::inFullTurn(gc::atan2(tangent.y, tangent.x));
     ignore(vertex->close());
   }
   m_elevation = (own * GcGePoint3d(0, 0, m_elevation)).z;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/rx/math/elementary.h"
+
 namespace gcfit {
 namespace {
 
@@ -27,12 +29,12 @@ GcGeVector2d mirrored(const GcGePoint2d& a, const GcGePoint2d& b, const GcGeVect
 }
 
 double angleBetween(const GcGeVector2d& from, const GcGeVector2d& to) {
-  return std::atan2(from.crossProduct(to), from.dotProduct(to));
+  return gc::atan2(from.crossProduct(to), from.dotProduct(to));
 }
 
 // The angle between tangent and chord is half of the sweep.
 double bulgeFrom(const GcGeVector2d& tangent, const GcGeVector2d& chord) {
-  return std::tan(angleBetween(tangent, chord) / 2);
+  return gc::tan(angleBetween(tangent, chord) / 2);
 }
 
 // Both control legs of the two arcs have this length: |v - d (t0 + t1)| = 2 d, as the joint lies half way between the
@@ -96,7 +98,7 @@ Arcs arcsBetween(const Through& from, const Through& to) {
   if (isZero(chord)) return arcs;
   const double leaving = angleBetween(from.tangent, chord);
   if (std::fabs(leaving - angleBetween(chord, to.tangent)) < kSameAngle) {
-    arcs.firstBulge = std::tan(leaving / 2);
+    arcs.firstBulge = gc::tan(leaving / 2);
     return arcs;
   }
   const double leg = legLength(chord, from.tangent, to.tangent);

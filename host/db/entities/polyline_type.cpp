@@ -9,6 +9,7 @@
 #include "host/db/core/header.h"
 #include "host/db/entities/polyline_fit.h"
 #include "host/db/entities/sequence.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ std::vector<Corner> plainCorners(const GcDb2dPolyline& polyline, bool straighten
       ignore(vertex.setFlags(vertex.flags() & ~kControlPoint));
       if (straighten) ignore(vertex.setBulge(0));
       Corner corner{id, {{vertex.position().x, vertex.position().y}, {}}, vertex.startWidth(), vertex.endWidth()};
-      if (vertex.isTangentUsed()) corner.through.tangent = {std::cos(vertex.tangent()), std::sin(vertex.tangent())};
+      if (vertex.isTangentUsed()) corner.through.tangent = {gc::cos(vertex.tangent()), gc::sin(vertex.tangent())};
       corners.push_back(corner);
     });
   return corners;

@@ -9,6 +9,7 @@
 #include "host/db/entities/planar.h"
 #include "host/db/entities/text_rows.h"
 #include "host/gi/textline.h"
+#include "host/rx/math/elementary.h"
 
 GCDB_DEFINE_CLASS(GcDbText, "AcDbText")
 
@@ -112,9 +113,9 @@ struct Placement {
 Placement aligned(Placement at, const GcGePoint3d& alignment, int horizontal, int vertical, double length) {
   if (horizontal == GcDb::kTextAlign || horizontal == GcDb::kTextFit) {  // between two points
     const GcGeVector3d span = alignment - at.position;
-    const double wanted = std::hypot(span.x, span.y);
+    const double wanted = gc::hypot(span.x, span.y);
     if (wanted <= 0 || length <= 0) return at;
-    at.rotationRad = gcplanar::inFullTurn(std::atan2(span.y, span.x));
+    at.rotationRad = gcplanar::inFullTurn(gc::atan2(span.y, span.x));
     (horizontal == GcDb::kTextAlign ? at.height : at.widthFactor) *= wanted / length;
     return at;
   }
@@ -124,8 +125,8 @@ Placement aligned(Placement at, const GcGePoint3d& alignment, int horizontal, in
   if (vertical == GcDb::kTextTop) up = at.height;
   if (vertical == GcDb::kTextVertMid || horizontal == GcDb::kTextMid) up = at.height / 2;
   if (vertical == GcDb::kTextBottom) up = -at.height * kDescent;
-  const double c = std::cos(at.rotationRad);
-  const double s = std::sin(at.rotationRad);
+  const double c = gc::cos(at.rotationRad);
+  const double s = gc::sin(at.rotationRad);
   at.position = alignment - GcGeVector3d(right * c - up * s, right * s + up * c, 0);
   return at;
 }
@@ -183,7 +184,7 @@ Gcad::ErrorStatus GcDbText::transformExactly(const GcGeMatrix3d& transform) {
   if (normal.isZeroLength()) return Gcad::eCannotScaleNonUniformly;
   const GcGeVector3d way = gcplanar::directionAt(m_rotationRad, m_normal);
   const GcGeVector3d along = transform * way, up = transform * m_normal.crossProduct(way);
-  const GcGeVector3d slanted = up + along * std::tan(m_obliqueRad);
+  const GcGeVector3d slanted = up + along * gc::tan(m_obliqueRad);
   const double stretch = along.length();
   const GcGeVector3d unit = along / stretch;
   const double sideways = slanted.dotProduct(unit);
@@ -197,7 +198,7 @@ Gcad::ErrorStatus GcDbText::transformExactly(const GcGeMatrix3d& transform) {
   m_thickness *= transform.scale();
   if (!turnsOnly) {
     m_widthFactor *= stretch / rise;
-    m_obliqueRad = std::atan2(sideways, rise);
+    m_obliqueRad = gc::atan2(sideways, rise);
   }
   m_normal = normal;
   m_position = gcplanar::toOwn(at, m_normal);

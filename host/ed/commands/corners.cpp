@@ -11,6 +11,7 @@
 #include "host/ed/command/families.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/opencurve.h"
+#include "host/rx/math/elementary.h"
 #include "host/rx/text/utf.h"
 
 namespace ed {
@@ -30,9 +31,9 @@ Flat operator-(Flat a, Flat b) { return {a.x - b.x, a.y - b.y}; }
 Flat operator*(Flat a, double f) { return {a.x * f, a.y * f}; }
 double dot(Flat a, Flat b) { return a.x * b.x + a.y * b.y; }
 double cross(Flat a, Flat b) { return a.x * b.y - a.y * b.x; }
-double length(Flat a) { return std::hypot(a.x, a.y); }
+double length(Flat a) { return gc::hypot(a.x, a.y); }
 Flat unit(Flat a) { return a * (1 / length(a)); }
-double angleOf(Flat a) { return std::atan2(a.y, a.x); }
+double angleOf(Flat a) { return gc::atan2(a.y, a.x); }
 double positiveTurn(double angle) { return angle - kTurn * std::floor(angle / kTurn); }
 
 // A line, an arc or a circle that was picked.
@@ -324,11 +325,11 @@ std::optional<Cut> roundVertex(Flat before, Flat at, Flat after, double radius) 
   if (length(before - at) == 0 || length(after - at) == 0) return {};
   const Flat u = unit(before - at);
   const Flat v = unit(after - at);
-  const double inside = std::acos(std::clamp(dot(u, v), -1.0, 1.0));
+  const double inside = gc::acos(std::clamp(dot(u, v), -1.0, 1.0));
   if (inside < 1e-9 || inside > std::numbers::pi - 1e-9) return {};
-  const double back = radius / std::tan(inside / 2);
+  const double back = radius / gc::tan(inside / 2);
   const double sweep = std::numbers::pi - inside;
-  return Cut{back, back, std::tan(sweep / 4) * (cross(u, v) < 0 ? 1 : -1)};
+  return Cut{back, back, gc::tan(sweep / 4) * (cross(u, v) < 0 ? 1 : -1)};
 }
 
 Task<bool> cutPolyline(CommandInput& in, bool rounds) {
@@ -472,7 +473,7 @@ double secondLength(const Side& a, const Side& b, const AngleCut& cut) {
   const double between = std::fabs(angleOf(a.end - a.start) - angleOf(b.end - b.start));
   const double inside = std::fmod(between, std::numbers::pi);
   const double third = std::numbers::pi - inside - cut.angleRad;
-  return std::sin(third) == 0 ? 0 : std::fabs(cut.lengthOnFirst * std::sin(cut.angleRad) / std::sin(third));
+  return gc::sin(third) == 0 ? 0 : std::fabs(cut.lengthOnFirst * gc::sin(cut.angleRad) / gc::sin(third));
 }
 
 Task<bool> chamfer(CommandInput& in) {

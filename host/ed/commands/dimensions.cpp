@@ -11,6 +11,7 @@
 #include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/described.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -127,7 +128,7 @@ Task<bool> linearAlong(CommandInput& in, bool hasRotation, double rotationRad) {
                           : hasRotation     ? rotationRad
                                             : directionSeenFrom(place.point, origins);
   // The definition point lies on the extension line of the second point.
-  const GcGeVector3d across(-std::sin(rotation), std::cos(rotation), 0);
+  const GcGeVector3d across(-gc::sin(rotation), gc::cos(rotation), 0);
   const GcGePoint3d at = origins.second + across * (place.point - origins.second).dotProduct(across);
   add(in, new GcDbRotatedDimension(rotation, origins.first, origins.second, at), place);
   co_return true;
@@ -235,7 +236,7 @@ double angleBetween(const Origins& a, const Origins& b, const GcGePoint3d& place
   const double s = (seen.x * v.y - seen.y * v.x) / cross;
   const double t = (u.x * seen.y - u.y * seen.x) / cross;
   const double cosine = u.dotProduct(v) * (s < 0 ? -1 : 1) * (t < 0 ? -1 : 1);
-  return std::acos(std::clamp(cosine, -1.0, 1.0));
+  return gc::acos(std::clamp(cosine, -1.0, 1.0));
 }
 
 Task<bool> angleAtVertex(CommandInput& in, const GcGePoint3d& vertex, const GcGePoint3d& first,
@@ -321,7 +322,7 @@ bool takeFormer(CommandInput& in, GcDbObjectId id, Former& former) {
   } else if (const auto* straight = GcDbAlignedDimension::cast(dimension)) {
     take(*straight);
     const GcGeVector3d along = former.origins.second - former.origins.first;
-    former.rotationRad = std::atan2(along.y, along.x);
+    former.rotationRad = gc::atan2(along.y, along.x);
   }
   ignore(dimension->close());
   return former.origins.given;
@@ -351,7 +352,7 @@ Task<bool> further(CommandInput& in, bool fromBaseline) {
     if (next.isKeyword("Undo")) continue;
     if (!next.isPoint()) co_return any;
     const GcGePoint3d start = fromBaseline ? former.origins.first : former.origins.second;
-    GcGeVector3d across(-std::sin(former.rotationRad), std::cos(former.rotationRad), 0);
+    GcGeVector3d across(-gc::sin(former.rotationRad), gc::cos(former.rotationRad), 0);
     if (fromBaseline) {
       if (across.dotProduct(former.line - former.origins.first) < 0) across = -across;
       former.line =

@@ -11,6 +11,7 @@
 #include "host/ed/command/families.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/records.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -178,7 +179,7 @@ Task<bool> ellipse(CommandInput& in) {
   double length = other.number;
   if (other.isKeyword("Rotation")) {
     const Answer turn = co_await in.ask(Ask(What::Angle, "\nSpecify rotation around major axis: ").needed());
-    length = axis.length() * std::fabs(std::cos(turn.number));
+    length = axis.length() * std::fabs(gc::cos(turn.number));
   }
   if (axis.isZeroLength() || length <= 0) co_return false;
   double ratio = length / axis.length();

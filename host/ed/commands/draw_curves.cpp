@@ -5,6 +5,7 @@
 #include "db/circle.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -114,7 +115,7 @@ Task<bool> arcFromCenter(CommandInput& in, GcGePoint3d center, GcGePoint3d start
   } else if (end.isKeyword("Length")) {
     const Answer length = co_await in.ask(Ask(What::Distance, "\nSpecify length of chord: ").from(start).needed());
     if (length.kind != Answer::Kind::Number || std::fabs(length.number) > 2 * radius) co_return false;
-    const double sweep = 2 * std::asin(std::fabs(length.number) / (2 * radius));
+    const double sweep = 2 * gc::asin(std::fabs(length.number) / (2 * radius));
     to = from + (length.number < 0 ? 2 * std::numbers::pi - sweep : sweep);
   } else {
     co_return false;

@@ -6,6 +6,7 @@
 #include "host/ed/append.h"
 #include "host/ed/command/command.h"
 #include "host/ed/command/families.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -63,7 +64,7 @@ Task<bool> xline(CommandInput& in) {
   if (first.isKeyword("Ver")) fixed = GcGeVector3d::kYAxis;
   if (first.isKeyword("Ang")) {
     const Answer angle = co_await in.ask(Ask(What::Direction, "\nEnter angle of xline (0): "));
-    fixed = {std::cos(angle.number), std::sin(angle.number), 0};
+    fixed = {gc::cos(angle.number), gc::sin(angle.number), 0};
   }
   if (!first.isPoint() && fixed.isZeroLength()) co_return false;
   for (;;) {

@@ -4,6 +4,7 @@
 #include "db/polyline.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -26,10 +27,10 @@ class Trail {
   void arcTo(const GcGePoint3d& point) { arcTo(point, bulgeFromDirection(point)); }
   void arcTo(const GcGePoint3d& point, double bulge) {
     const GcGeVector2d chord(point.x - last().x, point.y - last().y);
-    const double half = 2 * std::atan(bulge);  // between the chord and the direction at its end
+    const double half = 2 * gc::atan(bulge);  // between the chord and the direction at its end
     m_bulges.back() = bulge;
-    m_direction = {chord.x * std::cos(half) - chord.y * std::sin(half),
-                   chord.x * std::sin(half) + chord.y * std::cos(half)};
+    m_direction = {chord.x * gc::cos(half) - chord.y * gc::sin(half),
+                   chord.x * gc::sin(half) + chord.y * gc::cos(half)};
     add(point, 0);
   }
   void undo() {
@@ -55,8 +56,8 @@ class Trail {
   [[nodiscard]] double startWidth() const { return m_startWidth; }
   [[nodiscard]] double bulgeFromDirection(const GcGePoint3d& point) const {
     const GcGeVector2d chord(point.x - last().x, point.y - last().y);
-    const double turn = std::atan2(m_direction.crossProduct(chord), m_direction.dotProduct(chord));
-    return std::tan(turn / 2);
+    const double turn = gc::atan2(m_direction.crossProduct(chord), m_direction.dotProduct(chord));
+    return gc::tan(turn / 2);
   }
   void closeWithBulge(double bulge) { m_bulges.back() = bulge; }
 
@@ -112,8 +113,8 @@ Task<bool> askArc(CommandInput& in, Trail& trail, const Answer& option) {
     // The angle at the second point is half of what the arc leaves of the circle.
     const GcGeVector2d a(from.x - second.point.x, from.y - second.point.y);
     const GcGeVector2d b(end.point.x - second.point.x, end.point.y - second.point.y);
-    const double angle = std::atan2(b.crossProduct(a), b.dotProduct(a));
-    bulge = 1 / std::tan(angle / 2);
+    const double angle = gc::atan2(b.crossProduct(a), b.dotProduct(a));
+    bulge = 1 / gc::tan(angle / 2);
     trail.arcTo(end.point, std::isfinite(bulge) ? bulge : 0);
     co_return true;
   }
@@ -121,7 +122,7 @@ Task<bool> askArc(CommandInput& in, Trail& trail, const Answer& option) {
     const Answer angle = co_await in.ask(Ask(What::Angle, "\nSpecify included angle: ").needed());
     const Answer end = co_await in.ask(Ask(What::Point, "\nSpecify end point of arc: ").from(from).needed());
     if (angle.kind != Answer::Kind::Number || !end.isPoint()) co_return false;
-    trail.arcTo(end.point, std::tan(angle.number / 4));
+    trail.arcTo(end.point, gc::tan(angle.number / 4));
     co_return true;
   }
   if (option.isKeyword("CEnter")) {
@@ -130,10 +131,10 @@ Task<bool> askArc(CommandInput& in, Trail& trail, const Answer& option) {
     if (!center.isPoint() || !end.isPoint()) co_return false;
     const GcGeVector2d a(from.x - center.point.x, from.y - center.point.y);
     const GcGeVector2d b(end.point.x - center.point.x, end.point.y - center.point.y);
-    double sweep = std::atan2(a.crossProduct(b), a.dotProduct(b));
+    double sweep = gc::atan2(a.crossProduct(b), a.dotProduct(b));
     if (sweep <= 0) sweep += 2 * std::numbers::pi;
     const GcGeVector2d ray = b * (a.length() / b.length());
-    trail.arcTo({center.point.x + ray.x, center.point.y + ray.y, from.z}, std::tan(sweep / 4));
+    trail.arcTo({center.point.x + ray.x, center.point.y + ray.y, from.z}, gc::tan(sweep / 4));
     co_return true;
   }
   const Answer direction = co_await in.ask(Ask(What::Point, "\nSpecify the tangent direction: ").from(from).needed());
@@ -234,11 +235,11 @@ Task<bool> polygon(CommandInput& in) {
       co_await in.ask(Ask(What::Distance, "\nSpecify radius of circle: ").from(center.point).positive());
   if (radius.kind != Answer::Kind::Number) co_return false;
   const double half = std::numbers::pi / count;
-  const double reach = where.isKeyword("Circumscribed") ? radius.number / std::cos(half) : radius.number;
+  const double reach = where.isKeyword("Circumscribed") ? radius.number / gc::cos(half) : radius.number;
   std::vector<GcGePoint2d> corners;
   for (int i = 0; i < count; ++i) {
     const double angle = -std::numbers::pi / 2 - half + 2 * half * i;  // a side lies at the bottom
-    corners.push_back({center.point.x + reach * std::cos(angle), center.point.y + reach * std::sin(angle)});
+    corners.push_back({center.point.x + reach * gc::cos(angle), center.point.y + reach * gc::sin(angle)});
   }
   appendFromUser(in.editor(), closedPolyline(corners, center.point.z, 0));
   co_return true;

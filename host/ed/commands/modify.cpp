@@ -12,6 +12,7 @@
 #include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/opencurve.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -264,7 +265,7 @@ bool extendArc(GcDbArc& arc, bool atEnd, const std::vector<GcGePoint3d>& edges) 
   bool found = false;
   for (const GcGePoint3d& at : edges) {
     const GcGeVector3d out = toPlane * (at - arc.center());
-    const double angle = std::atan2(out.y, out.x);
+    const double angle = gc::atan2(out.y, out.x);
     const double turn = atEnd ? positiveTurn(angle - arc.endAngle()) : positiveTurn(arc.startAngle() - angle);
     if (turn < 1e-9 || turn >= best) continue;
     best = turn;
@@ -298,7 +299,7 @@ bool extendPolyline(CommandInput& in, GcDbPolyline& line, GcDbObjectId self, boo
     const GcGePoint3d at = toPlane.setToWorldToPlane(line.normal()) * end;
     ignore(line.setPointAt(atEnd ? last : 0, {at.x, at.y}));
     if (const auto* arc = GcDbArc::cast(piece)) {
-      ignore(line.setBulgeAt(segment, std::copysign(std::tan(arc->sweepAngle() / 4), bulge)));
+      ignore(line.setBulgeAt(segment, std::copysign(gc::tan(arc->sweepAngle() / 4), bulge)));
     }
   }
   for (void* each : pieces) delete static_cast<GcDbEntity*>(each);

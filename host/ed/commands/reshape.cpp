@@ -21,6 +21,7 @@
 #include "host/ed/coordinates.h"
 #include "host/ed/pick.h"
 #include "host/ed/selection.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -91,10 +92,10 @@ void stretchArc(GcDbArc& arc, const Frame& frame, const GcGeVector3d& by) {
   GcGeMatrix3d toPlane;
   toPlane.setToWorldToPlane(arc.normal());
   const double half = arc.sweepAngle() / 2;
-  const double rise = arc.radius() * (1 - std::cos(half));
+  const double rise = arc.radius() * (1 - gc::cos(half));
   const GcGePoint3d a = toPlane * (movesStart ? start + by : start);
   const GcGePoint3d b = toPlane * (movesEnd ? end + by : end);
-  const double chord = std::hypot(b.x - a.x, b.y - a.y);
+  const double chord = gc::hypot(b.x - a.x, b.y - a.y);
   if (chord == 0 || rise == 0) return;
   const double radius = (chord * chord / 4 + rise * rise) / (2 * rise);
   // The centre lies to the left of the chord for less than a half circle.
@@ -103,8 +104,8 @@ void stretchArc(GcDbArc& arc, const Frame& frame, const GcGeVector3d& by) {
                            a.z);
   ignore(arc.setCenter(toPlane.inverse() * center));
   ignore(arc.setRadius(radius));
-  ignore(arc.setStartAngle(std::atan2(a.y - center.y, a.x - center.x)));
-  ignore(arc.setEndAngle(std::atan2(b.y - center.y, b.x - center.x)));
+  ignore(arc.setStartAngle(gc::atan2(a.y - center.y, a.x - center.x)));
+  ignore(arc.setEndAngle(gc::atan2(b.y - center.y, b.x - center.x)));
 }
 
 // Collects the points of an entity list.
@@ -280,7 +281,7 @@ bool lengthenPolyline(GcDbPolyline& line, bool atEnd, const NewLength& wanted) {
   ignore(line.getBulgeAt(atEnd ? last - 1 : 0, bulge));
   if (bulge != 0 || line.getEndParam(param) != Gcad::eOk || line.getDistAtParam(param, length) != Gcad::eOk)
     return false;
-  const double segment = std::hypot(end.x - next.x, end.y - next.y);
+  const double segment = gc::hypot(end.x - next.x, end.y - next.y);
   const double now = segment + growth(wanted, length, 0);
   if (segment == 0 || now <= 0) return false;
   const double f = now / segment;

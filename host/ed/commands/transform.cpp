@@ -6,6 +6,7 @@
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
 #include "host/ed/coordinates.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -124,7 +125,7 @@ Task<bool> scale(CommandInput& in) {
 
 // A reflection in the plane through the line that stands upright on the user plane.
 GcGeMatrix3d reflection(const GcGePoint3d& a, const GcGePoint3d& b) {
-  const double angle = std::atan2(b.y - a.y, b.x - a.x);
+  const double angle = gc::atan2(b.y - a.y, b.x - a.x);
   GcGeMatrix3d turn;
   GcGeMatrix3d flip;
   turn.setToRotation(angle, GcGeVector3d::kZAxis, a);

@@ -7,6 +7,7 @@
 #include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/views.h"
+#include "host/rx/math/elementary.h"
 
 namespace ed {
 
@@ -81,7 +82,7 @@ Task<bool> plan(CommandInput& in) {
   editor.view().twistRad = 0;
   if (!which.isKeyword("World")) {
     const GcGeVector3d right = displayToWorld(editor).inverse() * user.column(0);
-    const double angle = std::atan2(right.y, right.x);
+    const double angle = gc::atan2(right.y, right.x);
     editor.view().twistRad = angle > 0 ? 2 * std::numbers::pi - angle : 0 - angle;
   }
   zoomExtents(editor);

@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "host/ed/coordinates.h"
+#include "host/rx/math/elementary.h"
 #include "host/rx/text/number.h"
 
 namespace ed {
@@ -127,7 +128,7 @@ bool parsePoint(Editor& editor, GcView text, const GcGePoint3d& base, GcGePoint3
     double angle = 0;
     if (!parseLength(text.substr(0, turn), distance) || !parseAngle(editor, text.substr(turn + 1), true, angle))
       return false;
-    point = {at.x + distance * std::cos(angle), at.y + distance * std::sin(angle),
+    point = {at.x + distance * gc::cos(angle), at.y + distance * gc::sin(angle),
              relative ? at.z : realVariable(editor, "ELEVATION")};
     return true;
   }

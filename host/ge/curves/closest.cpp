@@ -7,6 +7,7 @@
 #include "host/ge/curves/meet_pair.h"
 #include "host/ge/curves/path.h"
 #include "host/ge/curves/tree.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -82,7 +83,7 @@ class Nearest {
   // is lost when the centre is far away.
   void tryCircle(const GcGeLeaf& leaf, const GcGeSpan& s) {
     const GcGeVector3d q = m_p - s.a;
-    double angle = std::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
+    double angle = gc::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
     const double from = std::min(s.sweep * leaf.u0, s.sweep * leaf.u1);
     angle -= kTwoPi * std::floor((angle - from) / kTwoPi);
     const double u = angle / s.sweep;

@@ -5,6 +5,8 @@
 #include <limits>
 #include <numbers>
 
+#include "host/rx/math/elementary.h"
+
 namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
@@ -187,7 +189,7 @@ bool GcGeMeetPair::lineArc(bool lineIsA) {
   const double x0 = q.dotProduct(frame.toX), y0 = q.dotProduct(frame.toY), z0 = q.dotProduct(frame.normal);
   const double dx = d.dotProduct(frame.toX), dy = d.dotProduct(frame.toY), dz = d.dotProduct(frame.normal);
   const auto give = [&](double u) {
-    const double angle = std::atan2(y0 + dy * u, 1 + x0 + dx * u);
+    const double angle = gc::atan2(y0 + dy * u, 1 + x0 + dx * u);
     const double v = uOfAngle(sa, la, angle);
     lineIsA ? meetIfInside(u, v) : meetIfInside(v, u);
   };
@@ -240,8 +242,8 @@ bool GcGeMeetPair::circleCircle() {
   const double y = touching ? 0 : std::sqrt((ra - x) * (ra + x));
   for (int side = -1; side <= (touching ? -1 : 1); side += 2) {
     const GcGeVector3d at = e * x + f * (y * side), from = at - between;
-    const double ua = uOfAngle(sa, a.range(), std::atan2(at.dotProduct(sa.c), at.dotProduct(sa.b)));
-    const double ub = uOfAngle(sb, b.range(), std::atan2(from.dotProduct(sb.c), from.dotProduct(sb.b)));
+    const double ua = uOfAngle(sa, a.range(), gc::atan2(at.dotProduct(sa.c), at.dotProduct(sa.b)));
+    const double ub = uOfAngle(sb, b.range(), gc::atan2(from.dotProduct(sb.c), from.dotProduct(sb.b)));
     meetIfInside(ua, ub);
   }
   meetEnds(true);

@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "host/ge/curves/offset.h"
+#include "host/rx/math/elementary.h"
 
 namespace {
 
@@ -252,7 +253,7 @@ class Maker {
     arc.a = from;
     arc.b = from - corner;
     arc.c = m_normal.crossProduct(arc.b);
-    double angle = std::atan2((to - corner).dotProduct(arc.c), (to - corner).dotProduct(arc.b)) * sense;
+    double angle = gc::atan2((to - corner).dotProduct(arc.c), (to - corner).dotProduct(arc.b)) * sense;
     if (angle <= 0) angle += 2 * kPi;
     arc.sweep = sense * angle;
     arc.tPerU = 1;
@@ -307,7 +308,7 @@ class Maker {
       u = (p - s.a).dotProduct(s.b) / s.b.lengthSqrd();
     } else {
       const GcGeVector3d q = p - s.a;
-      const double angle = std::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
+      const double angle = gc::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
       const double middle = s.sweep * (s.u0 + s.u1) / 2;
       u = (angle - 2 * kPi * std::round((angle - middle) / (2 * kPi))) / s.sweep;
     }
@@ -350,7 +351,7 @@ class Maker {
       return (u - end) * sense >= 0;
     }
     const GcGeVector3d q = p - s.a;
-    const double angle = std::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
+    const double angle = gc::atan2(q.dotProduct(s.c), s.b.lengthSqrd() + q.dotProduct(s.b));
     double ahead = (angle - s.sweep * end) * sense * (s.sweep > 0 ? 1 : -1);
     ahead -= 2 * kPi * std::floor(ahead / (2 * kPi));
     if (ahead > kPi) return false;

@@ -5,6 +5,7 @@
 
 #include "host/ge/curves/measure.h"
 #include "host/ge/curves/tree.h"
+#include "host/rx/math/elementary.h"
 
 GcGePath::GcGePath() = default;
 GcGePath::GcGePath(const GcGePoint3d& origin) : m_origin(origin) {}
@@ -70,7 +71,7 @@ void GcGePath::addUnbounded(const GcGePoint3d& base, const GcGeVector3d& unitDir
 void GcGePath::addArc(const GcGePoint3d& center, const GcGeVector3d& x, const GcGeVector3d& y, double startRad,
                       double sweepRad, double t0, double t1) {
   GcGeSpan& span = append(GcGeSpan::Kind::Arc, t0, t1);
-  const double c = std::cos(startRad), s = std::sin(startRad);
+  const double c = gc::cos(startRad), s = gc::sin(startRad);
   span.b = x * c + y * s;
   span.c = y * c - x * s;
   span.a = (center - m_origin) + span.b;
@@ -93,7 +94,7 @@ void GcGePath::addBulge(const GcGePoint3d& from, const GcGePoint3d& to, double b
   span.a = from - m_origin;
   span.b = -(chord * 0.5 + left * aside);
   span.c = normal.crossProduct(span.b);
-  span.sweep = 4 * std::atan(bulge);
+  span.sweep = 4 * gc::atan(bulge);
   span.circular = true;
 }
 

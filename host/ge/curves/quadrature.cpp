@@ -2,6 +2,8 @@
 
 #include <boost/math/quadrature/gauss_kronrod.hpp>
 
+#include "host/rx/math/elementary.h"
+
 const GcGeGaussRule& gcgeGaussRule() {
   static const GcGeGaussRule kRule = [] {
     GcGeGaussRule rule{};
@@ -54,7 +56,7 @@ GcGeVector3d gcgeIntegrateVector(GcGeFunction<GcGeVector3d> f, double from, doub
 }
 
 double gcgeAngleMinusSine(double x) {
-  if (std::abs(x) > 0.5) return x - std::sin(x);
+  if (std::abs(x) > 0.5) return x - gc::sin(x);
   // x^3 / 3! - x^5 / 5! + ...
   double term = x * x * x / 6, sum = term;
   for (int n = 4; n < 20; n += 2) {

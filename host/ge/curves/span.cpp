@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/rx/math/elementary.h"
+
 namespace {
 
 GcGePole mix(const GcGePole& p, const GcGePole& q, double s) {
@@ -14,7 +16,7 @@ struct Turn {
   double sine = 0, versine = 0;
   explicit Turn(double angle) {
     if (angle == 0) return;
-    const double s = std::sin(angle / 2), c = std::cos(angle / 2);
+    const double s = gc::sin(angle / 2), c = gc::cos(angle / 2);
     sine = 2 * s * c;
     versine = 2 * s * s;
   }

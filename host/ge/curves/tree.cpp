@@ -2,6 +2,8 @@
 
 #include <numbers>
 
+#include "host/rx/math/elementary.h"
+
 namespace {
 
 // Whether the control polygon turns away from its chord by less than an eighth of a turn everywhere, so that the
@@ -68,10 +70,10 @@ class Maker {
     GcGeVector3d start = gcgePointAt(s, nullptr, from);
     for (int i = 0; i < parts; ++i) {
       const double to = i + 1 == parts ? s.u1 : s.u0 + (s.u1 - s.u0) * (i + 1) / parts;
-      const double h = s.sweep * (to - from) / 2, weight = std::cos(h);
+      const double h = s.sweep * (to - from) / 2, weight = gc::cos(h);
       const GcGeJet jet = gcgeJetAt(s, nullptr, from);
       const GcGeVector3d end = gcgePointAt(s, nullptr, to);
-      const GcGeVector3d corner = s.sweep == 0 ? start : jet.point + jet.first * (std::tan(h) / s.sweep);
+      const GcGeVector3d corner = s.sweep == 0 ? start : jet.point + jet.first * (gc::tan(h) / s.sweep);
       const GcGeVector3d middle = corner * weight;
       const int first = static_cast<int>(m_tree.poles.size());
       m_tree.poles.push_back({start.x, start.y, start.z, 1});
@@ -133,7 +135,7 @@ GcGeTree::GcGeTree(const GcGePath& path) {
 double GcGeLeafCurve::uAt(double v) const {
   if (v == 1) return u1;
   if (halfSweep == 0) return u0 + (u1 - u0) * v;
-  const double angle = 2 * std::atan2(v * std::sin(halfSweep), 1 - v + v * std::cos(halfSweep));
+  const double angle = 2 * gc::atan2(v * gc::sin(halfSweep), 1 - v + v * gc::cos(halfSweep));
   return u0 + (u1 - u0) * (angle / (2 * halfSweep));
 }
 

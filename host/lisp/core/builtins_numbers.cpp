@@ -5,6 +5,7 @@
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/core/numbers.h"
 #include "host/lisp/core/vm.h"
+#include "host/rx/math/elementary.h"
 
 LISP_GROUP("Numbers")
 
@@ -164,15 +165,15 @@ LISP_BUILTIN("log", "(log number) -> real", "The natural logarithm.") {
   return LispValue::real(std::log(x));
 }
 LISP_BUILTIN("sin", "(sin angle) -> real", "The sine of an angle in radians.") {
-  return LispValue::real(std::sin(args.real()));
+  return LispValue::real(gc::sin(args.real()));
 }
 LISP_BUILTIN("cos", "(cos angle) -> real", "The cosine of an angle in radians.") {
-  return LispValue::real(std::cos(args.real()));
+  return LispValue::real(gc::cos(args.real()));
 }
 LISP_BUILTIN("atan", "(atan y [x]) -> real",
              "The angle whose tangent is y, or y/x in the quadrant of both, in radians.") {
   const double y = args.real();
-  return LispValue::real(args.moreNotNil() ? std::atan2(y, args.real()) : std::atan(y));
+  return LispValue::real(args.moreNotNil() ? gc::atan2(y, args.real()) : gc::atan(y));
 }
 
 LISP_BUILTIN("expt", "(expt base power) -> number", "base to the power; an integer if both are.") {

@@ -4,6 +4,7 @@
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/core/units.h"
 #include "host/lisp/core/vm.h"
+#include "host/rx/math/elementary.h"
 
 LISP_GROUP("Units and geometry")
 
@@ -93,7 +94,7 @@ LISP_BUILTIN("distance", "(distance point1 point2) -> real",
   double a[3], b[3];
   const int m = args.point(a), n = args.point(b);
   const double z = m == 3 && n == 3 ? b[2] - a[2] : 0.0;
-  return LispValue::real(std::hypot(b[0] - a[0], b[1] - a[1], z));
+  return LispValue::real(gc::hypot(b[0] - a[0], b[1] - a[1], z));
 }
 
 LISP_BUILTIN("angle", "(angle point1 point2) -> real",
@@ -101,7 +102,7 @@ LISP_BUILTIN("angle", "(angle point1 point2) -> real",
   double a[3], b[3];
   args.point(a);
   args.point(b);
-  const double radians = std::atan2(b[1] - a[1], b[0] - a[0]);
+  const double radians = gc::atan2(b[1] - a[1], b[0] - a[0]);
   return LispValue::real(radians < 0 ? radians + 2 * kPi : radians + 0.0);
 }
 
@@ -110,8 +111,8 @@ LISP_BUILTIN("polar", "(polar point angle distance) -> point",
   double p[3];
   const int count = args.point(p);
   const double radians = args.real(), length = args.real();
-  p[0] += length * std::cos(radians);
-  p[1] += length * std::sin(radians);
+  p[0] += length * gc::cos(radians);
+  p[1] += length * gc::sin(radians);
   return args.newPoint(p, count);
 }
 

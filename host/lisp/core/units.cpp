@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "host/rx/math/elementary.h"
+
 namespace lisp {
 
 namespace {
@@ -479,7 +481,7 @@ bool parseMeasure(TextView text, Measure& measure) {
     return true;
   }
   if (measure.power < 1 || measure.power > 3 || !findUnit(name, measure)) return false;
-  if (measure.kind == Kind::Volume) measure = {Kind::Length, 3, std::cbrt(measure.factor), 0};
+  if (measure.kind == Kind::Volume) measure = {Kind::Length, 3, gc::cbrt(measure.factor), 0};
   return measure.power == 1 || measure.kind == Kind::Length;
 }
 

@@ -15,6 +15,7 @@
 #include "host/lisp/lib/drawinghost.h"
 #include "host/lisp/lib/groupvalues.h"
 #include "host/lisp/lib/names.h"
+#include "host/rx/math/elementary.h"
 
 using lisp::LispValue;
 using lisplib::hostOf;
@@ -146,7 +147,7 @@ double totalAngleOf(const GcDbCurve& curve) {
 double directionOf(const GcDbCurve& curve) {
   GcGePoint3d a, b;
   if (curve.getStartPoint(a) != Gcad::eOk || curve.getEndPoint(b) != Gcad::eOk) return NAN;
-  const double angle = std::atan2(b.y - a.y, b.x - a.x);
+  const double angle = gc::atan2(b.y - a.y, b.x - a.x);
   return angle < 0 ? angle + 2 * std::numbers::pi : angle;
 }
 

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "host/db/entities/planar.h"
+#include "host/rx/math/elementary.h"
 #include "host/rx/view.h"
 
 namespace gc::dxf {
@@ -16,7 +17,7 @@ constexpr int kMostPieces = 1000;  // of one arc or Bezier curve
 // Pieces of a chain of chords that leaves the arc by at most the deviation: r (1 - cos(a / 2)).
 int piecesOf(double radius, double sweepRad, double deviation) {
   const double ratio = deviation > 0 && radius > 0 ? std::fmin(deviation / radius, 0.25) : 1e-4;
-  const double step = 2 * std::acos(1 - std::fmax(ratio, 1e-8));
+  const double step = 2 * gc::acos(1 - std::fmax(ratio, 1e-8));
   return std::clamp(static_cast<int>(std::ceil(std::fabs(sweepRad) / step)), 4, kMostPieces);
 }
 
@@ -184,7 +185,7 @@ void R12Draw::circularArc(const GcGePoint3d& center, double radius, const GcGeVe
   const int pieces = piecesOf(std::fmax(length, v.length()), sweepRad, m_deviation);
   for (int i = 0; i < pieces + (isWhole ? 0 : 1); ++i) {
     const double angle = sweepRad * i / pieces;
-    points.push_back(place(center) + u * std::cos(angle) + v * std::sin(angle));
+    points.push_back(place(center) + u * gc::cos(angle) + v * gc::sin(angle));
   }
   put(points, isWhole || m_fill);
 }
