@@ -57,7 +57,8 @@ TEST(Damage, ACutFileKeepsAllItsWholeRecords) {
         EXPECT_LT(size, 64u);
         continue;
       }
-      EXPECT_FALSE(database->loadReport().isClean());
+      // Without the line end behind EOF nothing is missing.
+      EXPECT_TRUE(cut.ends_with("EOF") || !database->loadReport().isClean()) << size;
       if (database->originalFileVersion() < GcDb::kDHL_AC1015) continue;
       for (const std::string& line : losses(whole, save(*database, database->originalFileVersion()))) {
         if (!isReported(line, *database)) ADD_FAILURE() << size << ": " << line;
