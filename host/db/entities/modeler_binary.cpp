@@ -49,10 +49,13 @@ class Reader {
     m_rest.remove_prefix(count);
     return taken;
   }
+  // Nothing is copied at the end of the data: there is no address to copy from.
+  static void copy(void* to, std::string_view bytes) {
+    if (!bytes.empty()) std::memcpy(to, bytes.data(), bytes.size());
+  }
   uint64_t number(size_t size) {
     uint64_t value = 0;
-    const std::string_view bytes = take(size);
-    std::memcpy(&value, bytes.data(), bytes.size());
+    copy(&value, take(size));
     return value;
   }
   int64_t integer() {
@@ -61,8 +64,7 @@ class Reader {
   }
   double real() {
     double value = 0;
-    const std::string_view bytes = take(sizeof value);
-    std::memcpy(&value, bytes.data(), bytes.size());
+    copy(&value, take(sizeof value));
     if (!std::isfinite(value)) m_failed = true;
     return m_failed ? 0 : value;
   }
