@@ -23,7 +23,7 @@ test:
 	@tools/test
 
 test-all:
-	@tools/setup build tests page windows fuzz check kernel
+	@tools/setup build tests page readers windows fuzz check kernel
 	@tools/test --all
 
 windows:
