@@ -8,6 +8,19 @@ const PATIENCE_MS = 20000;
 
 export const sleep = (ms) => new Promise((resolve) => setTimeout(resolve, ms));
 
+// The browser's helper processes may write for a moment after it has ended; a folder that cannot be removed then is left
+// to the system's cleaning of temporary files.
+async function removeFolder(folder) {
+  for (let tries = 0; tries < 50; ++tries) {
+    try {
+      rmSync(folder, {recursive: true, force: true});
+      return;
+    } catch {
+      await sleep(100);
+    }
+  }
+}
+
 // Asks until the answer is truthy; fails with what it waited for.
 export async function until(what, ask, patience = PATIENCE_MS) {
   const end = Date.now() + patience;
@@ -87,7 +100,7 @@ export class Browser {
       this.process.kill('SIGKILL');
       await gone;
     }
-    rmSync(this.profile, {recursive: true, force: true, maxRetries: 5});
+    await removeFolder(this.profile);
   }
 }
 
