@@ -97,7 +97,9 @@ bool staysAt(const GcGePath& path, double t0, double t1, double tol) {
 // The same, round the seam of a closed path.
 bool samePlace(const GcGePath& path, double t0, double t1, double tol) {
   if (staysAt(path, t0, t1, tol)) return true;
-  if (!path.isClosed()) return false;
+  GcGeJet at;
+  if (!path.isClosed() || !path.jetAt(t0, at)) return false;
+  if ((at.point - path.pointOn(0, path.spans().front().u0)).length() > 2 * tol) return false;  // far from the seam
   const double low = std::min(t0, t1), high = std::max(t0, t1);
   return staysAt(path, path.startParam(), low, tol) && staysAt(path, high, path.endParam(), tol);
 }
@@ -317,11 +319,12 @@ double gcgeMeetTolerance(const GcGePath& a, const GcGePath& b) {
   return kOfSize * std::min(sizeA, sizeB) + kOfPlace * (places + std::max(sizeA, sizeB));
 }
 
-GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol) {
+GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol, const GcGeSkip& skip) {
   GcGeMeetings found;
   const GcGeVector3d shift = b.origin() - a.origin();
   const GcGeTree &treeA = a.tree(), &treeB = b.tree();
   const auto pair = [&](int i, int j) {
+    if (skip.ofA(treeA.leaves[i].span) || skip.ofB(treeB.leaves[j].span)) return;
     GcGeMeetPair({&a, &treeA, i, {}}, {&b, &treeB, j, shift}, tol, found).solve();
   };
   Descent(treeA, treeB, shift, tol, pair).run();
@@ -330,12 +333,12 @@ GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol) {
   return found;
 }
 
-GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol) {
+GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol, const GcGeSkip& skip) {
   GcGeMeetings found;
   const GcGeTree& tree = path.tree();
   const double near = 16 * tol;
   const auto pair = [&](int i, int j) {
-    if (meetAtJointOnly(path, tree, i, j)) return;
+    if (skip.ofA(tree.leaves[i].span) || skip.ofA(tree.leaves[j].span) || meetAtJointOnly(path, tree, i, j)) return;
     const size_t before = found.points.size();
     GcGeMeetPair({&path, &tree, i, {}}, {&path, &tree, j, {}}, tol, found).solve();
     if (found.points.size() == before || !areNeighbours(path, tree, i, j)) return;

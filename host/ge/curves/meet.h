@@ -26,11 +26,18 @@ struct GcGeMeetings {
   std::vector<GcGeSharing> stretches;  // in order along the first path, joined where they touch
 };
 
+// Spans whose meetings nobody asks for, by their index; an empty list skips none.
+struct GcGeSkip {
+  const std::vector<bool>*a = nullptr, *b = nullptr;
+  [[nodiscard]] bool ofA(int span) const { return a != nullptr && !a->empty() && (*a)[span]; }
+  [[nodiscard]] bool ofB(int span) const { return b != nullptr && !b->empty() && (*b)[span]; }
+};
+
 // Two points closer than `tol` are one.
-[[nodiscard]] GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol);
+[[nodiscard]] GcGeMeetings gcgeMeet(const GcGePath& a, const GcGePath& b, double tol, const GcGeSkip& skip = {});
 
 // Crossings of a path with itself, each once with ta < tb; joints of neighbouring spans do not count.
-[[nodiscard]] GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol);
+[[nodiscard]] GcGeMeetings gcgeMeetSelf(const GcGePath& path, double tol, const GcGeSkip& skip = {});
 
 // 1e-10 of the smaller bounded size (of the other one for an unbounded line) and the rounding of coordinates.
 [[nodiscard]] double gcgeMeetTolerance(const GcGePath& a, const GcGePath& b);

@@ -71,16 +71,18 @@ bool GcGeMeetPair::meetEnds(bool alsoSingly) {
     places[count++] = {ua, ub};
   };
   const GcGeLeaf &la = a.range(), &lb = b.range();
-  for (const double u : {la.u0, la.u1}) {
+  for (const int i : {0, 1}) {
+    const double u = i == 0 ? la.u0 : la.u1;
     if (!std::isfinite(u)) continue;
-    const GcGeVector3d end = a.pointAt(u);
+    const GcGeVector3d end = a.endAt(i);
     if (b.tree->boxes[b.leaf].distanceSquared(end - b.shift) > tol * tol) continue;
     const GcGeOnPath on = b.closestTo(end);
     if (on.distance <= tol) add(u, on.u);
   }
-  for (const double u : {lb.u0, lb.u1}) {
+  for (const int i : {0, 1}) {
+    const double u = i == 0 ? lb.u0 : lb.u1;
     if (!std::isfinite(u)) continue;
-    const GcGeVector3d end = b.pointAt(u);
+    const GcGeVector3d end = b.endAt(i);
     if (a.tree->boxes[a.leaf].distanceSquared(end - a.shift) > tol * tol) continue;
     const GcGeOnPath on = a.closestTo(end);
     if (on.distance <= tol) add(on.u, u);

@@ -14,6 +14,12 @@ struct GcGeMeetSide {
   [[nodiscard]] const GcGeLeaf& range() const { return tree->leaves[leaf]; }
   [[nodiscard]] const GcGeSpan& span() const { return path->spans()[range().span]; }
   [[nodiscard]] GcGeVector3d pointAt(double u) const { return gcgePointAt(span(), path->poles(), u) + shift; }
+  // An end of the leaf, 0 or 1; arcs have them in the tree.
+  [[nodiscard]] GcGeVector3d endAt(int end) const {
+    const GcGeLeaf& own = range();
+    if (span().kind == GcGeSpan::Kind::Arc) return tree->poles[own.firstPole + 2 * end].point() + shift;
+    return pointAt(end == 0 ? own.u0 : own.u1);
+  }
   [[nodiscard]] GcGeJet jetAt(double u) const {
     GcGeJet jet = gcgeJetAt(span(), path->poles(), u);
     jet.point += shift;

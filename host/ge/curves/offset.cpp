@@ -25,14 +25,14 @@ struct Slice {
 
 class Trimmer {
  public:
-  Trimmer(const GcGePath& source, const GcGePath& raw, double distance, const GcGeOffsetTol& tol, bool fitted)
-      : m_source(source), m_raw(raw), m_tol(tol) {
-    m_meanStep = (raw.endParam() - raw.startParam()) / static_cast<double>(raw.spans().size());
+  Trimmer(const GcGePath& source, const GcGeRawOffset& raw, double distance, const GcGeOffsetTol& tol, bool fitted)
+      : m_source(source), m_raw(raw.path), m_tooNear(raw.tooNear), m_tol(tol) {
+    m_meanStep = range() / static_cast<double>(m_raw.spans().size());
     m_least = std::abs(distance) * (1 - 1e-9) - (fitted ? 3 * tol.fit : 0) - 2 * tol.point;
   }
 
   void cutAtSelf() {
-    const GcGeMeetings found = gcgeMeetSelf(m_raw, m_tol.point);
+    const GcGeMeetings found = gcgeMeetSelf(m_raw, m_tol.point, {&m_tooNear});
     for (const GcGeMeeting& p : found.points) addPair(p.ta, p.tb);
     for (const GcGeSharing& s : found.stretches) {
       addPair(s.ta0, s.tb0);
@@ -41,8 +41,10 @@ class Trimmer {
     }
   }
 
-  void cutAt(const GcGePath& other) {
-    const GcGeMeetings found = gcgeMeet(m_raw, other, m_tol.point);
+  void cutAt(const GcGeRawOffset& other) { cutAt(other.path, {&m_tooNear, &other.tooNear}); }
+  void cutAt(const GcGePath& other) { cutAt(other, {&m_tooNear}); }
+  void cutAt(const GcGePath& other, const GcGeSkip& skip) {
+    const GcGeMeetings found = gcgeMeet(m_raw, other, m_tol.point, skip);
     for (const GcGeMeeting& p : found.points) addSingle(p.ta);
     for (const GcGeSharing& s : found.stretches) {
       addSingle(s.ta0);
@@ -57,6 +59,7 @@ class Trimmer {
     m_mixed = false;
     constexpr double kParts[] = {0.5, 0.03, 0.97, 0.25, 0.75, 0.13, 0.37, 0.63, 0.87};
     for (Slice& slice : m_slices) {
+      if (holdsTooNear(slice)) continue;
       bool first = true;
       const size_t samples = slice.t1 - slice.t0 > 4 * m_meanStep ? std::size(kParts) : 3;
       for (const double part : std::span(kParts, samples)) {
@@ -105,6 +108,21 @@ class Trimmer {
       if (middle > low && middle < high) slice.valid = false;
       if (opposite && middle > shared.ta0 && middle < shared.ta1) slice.valid = false;
     }
+  }
+
+  // Whether the slice holds some of a span that is too near; it is so all along then.
+  [[nodiscard]] bool holdsTooNear(const Slice& slice) const {
+    if (m_tooNear.empty()) return false;
+    int first = 0;
+    double u = 0;
+    if (!m_raw.locate(slice.t0, first, u)) return false;
+    const size_t count = m_raw.spans().size();
+    double t = slice.t0;  // where the span at hand begins or the slice does
+    for (size_t i = first; t < slice.t1; ++i) {
+      if (m_tooNear[i % count]) return true;
+      t = m_raw.spans()[i % count].t1() + (i >= count ? range() : 0);
+    }
+    return false;
   }
 
   // A slice in such a room lies outside the result, though it is far enough from the source.
@@ -233,6 +251,7 @@ class Trimmer {
 
   const GcGePath& m_source;
   const GcGePath& m_raw;
+  const std::vector<bool>& m_tooNear;
   GcGeOffsetTol m_tol;
   double m_least = 0, m_meanStep = 1;
   bool m_mixed = false;
@@ -262,24 +281,29 @@ std::vector<GcGePath> gcgeOffset(const GcGePath& path, const GcGeVector3d& norma
   if (path.isEmpty() || !std::isfinite(distance)) return results;
   if (tol.point <= 0) tol.point = path.tolerance() + 1e-12 * std::abs(distance);
   if (tol.fit <= 0) tol.fit = std::max(1e-7 * std::abs(distance), tol.point);
-  std::vector<GcGePath> cornerArcs, farArcs;
-  const GcGePath raw = gcgeRawOffset(path, normal, distance, tol, &cornerArcs);
-  if (raw.isEmpty()) return results;
-  if (!path.isBounded()) return {raw};
-  Trimmer trimmer(path, raw, distance, tol, isFitted(raw));
+  GcGeRawOffset raw = gcgeRawOffset(path, normal, distance, tol), far;
+  if (raw.path.isEmpty()) return results;
+  if (!path.isBounded()) {
+    results.push_back(std::move(raw.path));
+    return results;
+  }
+  Trimmer trimmer(path, raw, distance, tol, isFitted(raw.path));
   trimmer.cutAtSelf();
   const int last = static_cast<int>(path.spans().size()) - 1;
   if (last > 0 || path.spans()[0].kind != GcGeSpan::Kind::Line) {
     // Other places where nearness may begin: the parallel on the far side, the circles about free ends.
-    if (last > 0 || !path.spans()[0].circular) trimmer.cutAt(gcgeRawOffset(path, normal, -distance, tol, &farArcs));
+    if (last > 0 || !path.spans()[0].circular) {
+      far = gcgeRawOffset(path, normal, -distance, tol);
+      trimmer.cutAt(far);
+    }
     const GcGeVector3d ends[2] = {path.pointOn(0, path.spans().front().u0), path.pointOn(last, path.spans()[last].u1)};
     for (const GcGeVector3d& end : ends)
       if (!path.isClosed()) trimmer.cutAt(circleAbout(path.origin(), end, normal, std::abs(distance)));
   }
   trimmer.validate();
   if (trimmer.isMixed()) {
-    trimmer.cutAtCorners(cornerArcs, true);
-    trimmer.cutAtCorners(farArcs, false);
+    trimmer.cutAtCorners(raw.cornerArcs, true);
+    trimmer.cutAtCorners(far.cornerArcs, false);
     trimmer.validate();
   }
   return trimmer.join();

@@ -21,7 +21,14 @@ struct GcGeOffsetTol {
                                                GcGeOffsetTol tol = {});
 
 // The untrimmed parallel path: every span's own parallel with its joints closed. Its parameter is one of its own.
-// Spans of zero length are left out. `cornerArcs` receives, for every corner closed by prolonged sides, the arc about
-// it that they replace.
-[[nodiscard]] GcGePath gcgeRawOffset(const GcGePath& path, const GcGeVector3d& normal, double distance,
-                                     const GcGeOffsetTol& tol, std::vector<GcGePath>* cornerArcs = nullptr);
+// Spans of zero length are left out.
+struct GcGeRawOffset {
+  GcGePath path;
+  // For every corner closed by prolonged sides, the arc about it that they replace.
+  std::vector<GcGePath> cornerArcs;
+  // Spans in the place of collapsed arcs, everywhere clearly nearer to the source than the distance: they only hold
+  // the path together. Empty when there are none.
+  std::vector<bool> tooNear;
+};
+[[nodiscard]] GcGeRawOffset gcgeRawOffset(const GcGePath& path, const GcGeVector3d& normal, double distance,
+                                          const GcGeOffsetTol& tol);

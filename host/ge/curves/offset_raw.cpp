@@ -16,6 +16,7 @@ struct Group {
   GcGeVector3d inWay, outWay;  // unit tangents of the source at its ends
   GcGeVector3d sourceEnd;      // the joint behind it
   bool kept = false;           // the parallel runs the source's way (no collapsed arc)
+  bool tooNear = false;        // a chord in the place of a collapsed arc, clearly nearer than the distance
   bool hasLink = false;
   GcGeSpan link;
 };
@@ -25,8 +26,7 @@ class Maker {
   Maker(const GcGePath& path, const GcGeVector3d& normal, double distance, const GcGeOffsetTol& tol)
       : m_path(path), m_normal(normal), m_distance(distance), m_tol(tol) {}
 
-  GcGePath make(std::vector<GcGePath>* cornerArcs) {
-    m_cornerArcs = cornerArcs;
+  GcGeRawOffset make() {
     m_groups.reserve(m_path.spans().size());
     m_spans.reserve(m_path.spans().size());
     for (const GcGeSpan& s : m_path.spans()) {
@@ -36,17 +36,23 @@ class Maker {
     }
     const size_t count = m_groups.size();
     GcGePath raw(m_path.origin());
-    if (count == 0) return raw;
+    if (count == 0) return {std::move(raw), {}, {}};
     for (size_t i = 0; i + 1 < count || (m_path.isClosed() && i < count); ++i)
       close(m_groups[i], m_groups[(i + 1) % count]);
     double t = m_path.startParam();
     raw.reserve(m_spans.size() + count, m_poles.size());
+    std::vector<bool> tooNear;
     for (const Group& group : m_groups) {
+      if (group.tooNear) {
+        tooNear.resize(raw.spans().size() + 1);
+        tooNear.back() = true;
+      }
       for (size_t i = 0; i < group.count; ++i) append(raw, m_spans[group.first + i], t);
       if (group.hasLink) append(raw, group.link, t);
     }
     raw.setClosed(m_path.isClosed());
-    return raw;
+    if (!tooNear.empty()) tooNear.resize(raw.spans().size());
+    return {std::move(raw), std::move(m_cornerArcs), std::move(tooNear)};
   }
 
  private:
@@ -109,8 +115,11 @@ class Maker {
       m_spans.push_back(moved);
       return;
     }
-    const GcGeVector3d from = gcgePointAt(s, nullptr, s.u0) + right(group.inWay) * m_distance;
-    const GcGeVector3d to = gcgePointAt(s, nullptr, s.u1) + right(group.outWay) * m_distance;
+    const GcGeVector3d start = gcgePointAt(s, nullptr, s.u0), end = gcgePointAt(s, nullptr, s.u1);
+    const GcGeVector3d from = start + right(group.inWay) * m_distance, to = end + right(group.outWay) * m_distance;
+    // The chord's points are nearer to the arc than its ends are, which are nearest to the arc's other end or nearer.
+    const double clearly = std::abs(m_distance) * (1 - 1e-3) - 64 * m_tol.point;
+    group.tooNear = (from - end).length() < clearly && (to - start).length() < clearly;
     if ((to - from).length() > m_tol.point) m_spans.push_back(lineOf(from, to, s.tPerU * (s.u1 - s.u0)));
   }
 
@@ -234,8 +243,7 @@ class Maker {
     }
     const GcGeSpan arc = arcAbout(in.sourceEnd, from, to);
     if (back || !in.kept || !out.kept || !prolong(in, out)) return link(in, arc);
-    if (m_cornerArcs == nullptr) return;
-    m_cornerArcs->emplace_back(m_path.origin()).addSpan(arc, nullptr);
+    m_cornerArcs.emplace_back(m_path.origin()).addSpan(arc, nullptr);
   }
 
   static void link(Group& in, const GcGeSpan& span) {
@@ -402,12 +410,12 @@ class Maker {
   std::vector<GcGeSpan> m_spans;
   std::vector<GcGePole> m_poles;
   std::vector<Sample> m_run;
-  std::vector<GcGePath>* m_cornerArcs = nullptr;
+  std::vector<GcGePath> m_cornerArcs;
 };
 
 }  // namespace
 
-GcGePath gcgeRawOffset(const GcGePath& path, const GcGeVector3d& normal, double distance, const GcGeOffsetTol& tol,
-                       std::vector<GcGePath>* cornerArcs) {
-  return Maker(path, normal, distance, tol).make(cornerArcs);
+GcGeRawOffset gcgeRawOffset(const GcGePath& path, const GcGeVector3d& normal, double distance,
+                            const GcGeOffsetTol& tol) {
+  return Maker(path, normal, distance, tol).make();
 }

@@ -1,5 +1,6 @@
 #include "host/ge/curves/path.h"
 
+#include <algorithm>
 #include <limits>
 #include <numbers>
 
@@ -71,7 +72,7 @@ void GcGePath::addUnbounded(const GcGePoint3d& base, const GcGeVector3d& unitDir
 void GcGePath::addArc(const GcGePoint3d& center, const GcGeVector3d& x, const GcGeVector3d& y, double startRad,
                       double sweepRad, double t0, double t1) {
   GcGeSpan& span = append(GcGeSpan::Kind::Arc, t0, t1);
-  const double c = gc::cos(startRad), s = gc::sin(startRad);
+  const auto [s, c] = gc::sinCos(startRad);
   span.b = x * c + y * s;
   span.c = y * c - x * s;
   span.a = (center - m_origin) + span.b;
@@ -157,18 +158,16 @@ double GcGePath::size() const {
   if (m_size >= 0) return m_size;
   GcGeBox box;
   for (const GcGeSpan& s : m_spans) {
-    if (s.kind == GcGeSpan::Kind::Line && &s != m_spans.data() && std::isfinite(s.u1)) {  // its start is known
-      box.add(s.a + s.b * s.u1);
-      continue;
-    }
     if (s.kind == GcGeSpan::Kind::Bezier) {
       for (int i = 0; i <= s.degree; ++i) box.add(m_poles[s.firstPole + i].point());
       continue;
     }
-    if (std::isfinite(s.u0)) box.add(gcgePointAt(s, poles(), s.u0));
+    const bool startIsKnown = &s != m_spans.data() && std::isfinite(s.u1);  // it is the end of the one before
+    if (!startIsKnown && std::isfinite(s.u0)) box.add(gcgePointAt(s, poles(), s.u0));
     if (std::isfinite(s.u1)) box.add(gcgePointAt(s, poles(), s.u1));
     if (s.kind != GcGeSpan::Kind::Arc) continue;
     box.add(gcgePointAt(s, poles(), (s.u0 + s.u1) / 2));
+    if (std::abs(s.sweep * (s.u1 - s.u0)) <= std::numbers::pi / 2) continue;
     box.add(gcgePointAt(s, poles(), 0.75 * s.u0 + 0.25 * s.u1));
     box.add(gcgePointAt(s, poles(), 0.25 * s.u0 + 0.75 * s.u1));
   }
@@ -190,8 +189,13 @@ bool GcGePath::locate(double t, int& span, double& u) const {
   const double range = std::isfinite(last - first) ? last - first : 1;
   const double slack = 1e-12 * range + 4 * std::numeric_limits<double>::epsilon() * std::abs(t);
   if (t < first - slack || t > last + slack) return false;
-  int low = 0, high = static_cast<int>(m_spans.size()) - 1;
-  while (low < high) {  // the last span that begins at or before t
+  // The last span that begins at or before t: mostly the one at t's share of the range, for steps are mostly even.
+  const int end = static_cast<int>(m_spans.size()) - 1;
+  const double share = (t - first) / (last - first) * (end + 1);
+  const int guess = share > 0 ? static_cast<int>(std::min<double>(share, end)) : 0;
+  const bool fromGuess = m_spans[guess].t0() <= t, toGuess = guess == end || m_spans[guess + 1].t0() > t;
+  int low = fromGuess ? guess : 0, high = toGuess ? guess : end;
+  while (low < high) {
     const int middle = (low + high + 1) / 2;
     if (m_spans[middle].t0() <= t)
       low = middle;

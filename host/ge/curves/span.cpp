@@ -16,9 +16,9 @@ struct Turn {
   double sine = 0, versine = 0;
   explicit Turn(double angle) {
     if (angle == 0) return;
-    const double s = gc::sin(angle / 2), c = gc::cos(angle / 2);
-    sine = 2 * s * c;
-    versine = 2 * s * s;
+    const gc::SinCos half = gc::sinCos(angle / 2);
+    sine = 2 * half.sin * half.cos;
+    versine = 2 * half.sin * half.sin;
   }
 };
 

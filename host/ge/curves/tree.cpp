@@ -70,10 +70,10 @@ class Maker {
     GcGeVector3d start = gcgePointAt(s, nullptr, from);
     for (int i = 0; i < parts; ++i) {
       const double to = i + 1 == parts ? s.u1 : s.u0 + (s.u1 - s.u0) * (i + 1) / parts;
-      const double h = s.sweep * (to - from) / 2, weight = gc::cos(h);
+      const auto [sine, weight] = gc::sinCos(s.sweep * (to - from) / 2);
       const GcGeJet jet = gcgeJetAt(s, nullptr, from);
       const GcGeVector3d end = gcgePointAt(s, nullptr, to);
-      const GcGeVector3d corner = s.sweep == 0 ? start : jet.point + jet.first * (gc::tan(h) / s.sweep);
+      const GcGeVector3d corner = s.sweep == 0 ? start : jet.point + jet.first * (sine / (weight * s.sweep));
       const GcGeVector3d middle = corner * weight;
       const int first = static_cast<int>(m_tree.poles.size());
       m_tree.poles.push_back({start.x, start.y, start.z, 1});

@@ -131,9 +131,8 @@ GcGePath planar(AnyPath& any) {
 // Whether the point lies over the arc about a corner that prolonged sides replace: what is within those sides is no part
 // of the result, though it is far enough away.
 bool isBeyondCorner(const GcGePath& source, double d, const GcGePoint3d& p) {
-  std::vector<GcGePath> arcs;
-  const GcGePath raw = gcgeRawOffset(source, kUp, d, {1e-7 * std::abs(d), source.tolerance()}, &arcs);
-  for (const GcGePath& path : arcs) {
+  const GcGeRawOffset raw = gcgeRawOffset(source, kUp, d, {1e-7 * std::abs(d), source.tolerance()});
+  for (const GcGePath& path : raw.cornerArcs) {
     const GcGeSpan& arc = path.spans()[0];
     const GcGeVector3d off = p - (path.origin() + arc.center());
     double angle = std::atan2(off.dotProduct(arc.c), off.dotProduct(arc.b)) * (arc.sweep > 0 ? 1 : -1);
@@ -183,6 +182,29 @@ TEST(Offset, SameAfterMotion) {
     const auto there = gcgeOffset(source.transformed(place), (place * kUp).normal(), d * scale);
     EXPECT_EQ(here.size(), there.size());
     EXPECT_NEAR(totalLength(here) * scale, totalLength(there), 1e-5 * scale * (source.length() + d));
+  }
+}
+
+// Arcs bulging outwards on a wavy ring; those that the distance turns over leave chords that hold the path together.
+// Near the radius, where the chords are short and hardly too near, the result must hang together as well.
+TEST(Offset, ArcsThatCollapse) {
+  constexpr int kCorners = 60;
+  const auto corner = [](int i) {
+    const double angle = 2 * kPi * (i % kCorners) / kCorners, radius = 20 + std::sin(5 * angle);
+    return GcGePoint3d(radius * std::cos(angle), radius * std::sin(angle), 0);
+  };
+  for (const double bulge : {0.05, 0.4, 1.0, 2.5}) {
+    GcGePath ring((GcGePoint3d()));
+    for (int i = 0; i < kCorners; ++i) ring.addBulge(corner(i), corner(i + 1), i % 2 == 0 ? 0 : bulge, kUp, i, i + 1);
+    ring.setClosed(true, true);
+    const double radius = ring.spans()[1].b.length();
+    for (const double of : {0.5, 0.999, 0.9999999, 1.0, 1.0000001, 1.0005, 1.1, 2.0, 3.0}) {
+      const auto found = gcgeOffset(ring, kUp, -radius * of);
+      SCOPED_TRACE(testing::Message() << "bulge " << bulge << ", radii " << of);
+      // At the radius itself the parallel arc is a point, alone at the distance.
+      if (std::abs(of - 1) > 1e-6) checkOffset(ring, -radius * of, found);
+      for (const GcGePath& path : found) EXPECT_TRUE(path.isClosed());
+    }
   }
 }
 
