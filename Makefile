@@ -1,8 +1,8 @@
 # The daily commands. Each installs what it needs first (tools/setup is instant when all is there).
 #   make build    build/bin/gcad with the module and the libraries beside it
 #   make run      the main job on the drawing and the program in examples/
-#   make test     what CI runs: format, names, all tests on the release build
-#   make test-all the same, then the tests with sanitizers and under Wine, and a brief fuzz run
+#   make test     what CI runs: format, names, all tests on the release build and, under Wine, on the Windows build
+#   make test-all the same, then the tests with sanitizers, the readers of other authors and a brief fuzz run
 #   make windows  the same product for Windows in build-windows/bin, and all of it as a zip in out/
 #   make check    format, names and lint
 #   make bench    the benchmarks, by hand
@@ -19,7 +19,7 @@ run: build
 	@tools/run-example
 
 test:
-	@tools/setup build tests page check
+	@tools/setup build tests page windows check
 	@tools/test
 
 test-all:

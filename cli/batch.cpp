@@ -12,6 +12,7 @@
 #include "cli/batchinputs.h"
 #include "cli/childprocess.h"
 #include "cli/exitcode.h"
+#include "host/rx/file/folder.h"
 
 namespace cli {
 
@@ -50,10 +51,7 @@ class Batch {
     m_folder = fs::temp_directory_path() / ("gcad-batch-" + std::to_string(processId()));
     fs::create_directories(m_folder);
   }
-  ~Batch() {
-    std::error_code ignored;
-    fs::remove_all(m_folder, ignored);
-  }
+  ~Batch() { gc::removeTree(m_folder); }
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
 
@@ -111,11 +109,7 @@ class Batch {
       return;
     }
     std::string reason;
-    std::error_code ignored;
-    if (!item.output.empty()) {
-      const std::u8string output(item.output.begin(), item.output.end());
-      fs::create_directories(fs::path(output).parent_path(), ignored);
-    }
+    if (!item.output.empty()) gc::makeFolders(gc::pathOfUtf8(item.output).parent_path());
     const int64_t id = m_children.start(wordsFor(item), file(index, ".out"), file(index, ".err"), reason);
     if (id == 0) {
       report(item, kLispError, 0, "", "gcad: the program cannot be started: " + reason + "\n");

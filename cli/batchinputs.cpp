@@ -5,14 +5,13 @@
 #include <map>
 
 #include "cli/exitcode.h"
+#include "host/rx/file/folder.h"
 
 namespace cli {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path pathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
 std::string textOf(const fs::path& path) {
   const std::u8string text = path.generic_u8string();
@@ -52,36 +51,37 @@ struct Found {
   fs::path path, kept;
 };
 
-void findBelow(const fs::path& folder, std::vector<Found>& found) {
-  std::error_code ignored;
-  for (fs::recursive_directory_iterator at(folder, fs::directory_options::skip_permission_denied, ignored), end;
-       at != end; at.increment(ignored)) {
-    if (at->is_regular_file(ignored) && isDrawing(at->path()))
-      found.push_back({at->path(), at->path().lexically_relative(folder)});
+// `kept` is the folder's own path below the one that was given. Linked folders are not entered: they may lead back.
+void findBelow(const fs::path& folder, const fs::path& kept, std::vector<Found>& found) {
+  std::vector<gc::FolderEntry> entries;
+  gc::listFolder(folder, entries);
+  for (const gc::FolderEntry& entry : entries) {
+    if (entry.isFolder && !entry.isLink)
+      findBelow(folder / entry.name, kept / entry.name, found);
+    else if (entry.isFile && isDrawing(entry.name))
+      found.push_back({folder / entry.name, kept / entry.name});
   }
 }
 
 void findMatching(const fs::path& pattern, std::vector<Found>& found) {
-  const fs::path folder = pattern.has_parent_path() ? pattern.parent_path() : fs::path(".");
+  const fs::path folder = pattern.parent_path();
   const std::string name = textOf(pattern.filename());
-  std::error_code ignored;
-  for (fs::directory_iterator at(folder, ignored), end; at != end; at.increment(ignored)) {
-    if (!at->is_regular_file(ignored) || !matches(textOf(at->path().filename()), name)) continue;
-    const fs::path path = pattern.has_parent_path() ? at->path() : at->path().filename();
-    found.push_back({path, path.filename()});
-  }
+  std::vector<gc::FolderEntry> entries;
+  gc::listFolder(folder.empty() ? fs::path(".") : folder, entries);
+  for (const gc::FolderEntry& entry : entries)
+    if (entry.isFile && matches(textOf(entry.name), name)) found.push_back({folder / entry.name, entry.name});
 }
 
 // False when there is nothing of this name.
 bool find(const std::string& input, std::vector<Found>& found) {
-  const fs::path path = pathOf(input);
+  const fs::path path = gc::pathOfUtf8(input);
   const size_t before = found.size();
-  std::error_code ignored;
-  if (fs::is_directory(path, ignored)) {
-    findBelow(path, found);
+  const gc::PathFacts::Kind kind = gc::pathFacts(path).kind;
+  if (kind == gc::PathFacts::Kind::Folder) {
+    findBelow(path, {}, found);
     return true;
   }
-  if (fs::exists(path, ignored)) {
+  if (kind != gc::PathFacts::Kind::None) {
     found.push_back({path, path.filename()});
   } else if (input.find_first_of("*?") != std::string::npos) {
     findMatching(path, found);
@@ -97,7 +97,7 @@ void sortUnique(std::vector<Found>& found) {
 
 std::string outputOf(const Found& found, const BatchOptions& options) {
   if (options.outDir.empty()) return {};
-  fs::path output = pathOf(options.outDir) / found.kept;
+  fs::path output = gc::pathOfUtf8(options.outDir) / found.kept;
   if (!options.format.empty()) output.replace_extension(options.format);
   return textOf(output);
 }
@@ -131,12 +131,12 @@ bool collectBatch(const BatchOptions& options, std::vector<BatchItem>& items, st
 }
 
 bool isUpToDate(const BatchItem& item, const std::string& script) {
-  std::error_code missing, other;
-  const auto made = fs::last_write_time(pathOf(item.output), missing);
-  if (missing) return false;
-  const auto drawn = fs::last_write_time(pathOf(item.input), other);
-  const auto written = fs::last_write_time(pathOf(script), other);
-  return !other && made >= drawn && made >= written;
+  const gc::PathFacts made = gc::pathFacts(gc::pathOfUtf8(item.output));
+  const gc::PathFacts drawn = gc::pathFacts(gc::pathOfUtf8(item.input));
+  const gc::PathFacts written = gc::pathFacts(gc::pathOfUtf8(script));
+  for (const gc::PathFacts& each : {made, drawn, written})
+    if (each.kind == gc::PathFacts::Kind::None) return false;
+  return made.modifiedNs >= drawn.modifiedNs && made.modifiedNs >= written.modifiedNs;
 }
 
 }  // namespace cli

@@ -1,12 +1,12 @@
 #include "cli/drawingfile.h"
 
 #include <cctype>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "cli/terminal.h"
 #include "host/db/core/fileformats.h"
 #include "host/db/core/loadreport.h"
+#include "host/rx/file/folder.h"
 #include "host/rx/text/number.h"
 
 namespace cli {
@@ -24,10 +24,6 @@ constexpr VersionName kVersionNames[] = {
     {GcDb::kDHL_AC1018, "R2004"}, {GcDb::kDHL_AC1021, "R2007"}, {GcDb::kDHL_AC1024, "R2010"},
     {GcDb::kDHL_AC1027, "R2013"}, {GcDb::kDHL_AC1032, "R2018"},
 };
-
-std::filesystem::path nativePath(const std::string& utf8) {
-  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
 
 }  // namespace
 
@@ -83,8 +79,7 @@ nlohmann::json loadEntryAsJson(const GcDbLoadEntry& entry) {
 }
 
 bool mayWrite(const std::string& path, bool force) {
-  std::error_code error;
-  if (force || !std::filesystem::exists(nativePath(path), error)) return true;
+  if (force || gc::pathFacts(gc::pathOfUtf8(path)).kind == gc::PathFacts::Kind::None) return true;
   complain("gcad: " + path + " exists; -f overwrites it\n");
   return false;
 }

@@ -1,7 +1,6 @@
 #include "cli/inputfile.h"
 
-#include <iostream>
-
+#include "cli/console.h"
 #include "host/rx/file/file_view.h"
 #include "host/rx/text/utf.h"
 
@@ -23,14 +22,14 @@ std::unique_ptr<InputFile> InputFile::open(const std::string& path, std::string&
 bool InputFile::readLine(GcText& line) {
   std::string bytes;
   if (m_standard) {
-    if (!std::getline(std::cin, bytes)) return false;
+    if (!readInputLine(bytes)) return false;
   } else {
     if (m_at >= m_bytes.size()) return false;
     const size_t end = std::min(m_bytes.find('\n', m_at), m_bytes.size());
     bytes = m_bytes.substr(m_at, end - m_at);
     m_at = end + 1;
+    if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
   }
-  if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
   line = gc::fromUtf8(bytes);
   return true;
 }

@@ -1,7 +1,5 @@
 #ifndef GC_HAVE_LIBEDIT
 
-#include <iostream>
-
 #include "cli/lineeditor.h"
 #include "cli/terminal.h"
 #include "host/rx/text/utf.h"
@@ -16,8 +14,7 @@ class PlainEditor final : public LineEditor {
   bool readLine(GcText& line) override {
     complain(m_prompt);
     std::string bytes;
-    if (!std::getline(std::cin, bytes)) return false;
-    if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
+    if (!readInputLine(bytes)) return false;
     line = gc::fromUtf8(bytes);
     return true;
   }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "host/rx/file/folder.h"
 #include "host/rx/text/number.h"
 #include "host/rx/text/utf.h"
 
@@ -43,7 +44,7 @@ Json toJson(const ed::InputItem& item) {
 }  // namespace
 
 std::unique_ptr<ScreenLog> ScreenLog::open(const std::string& path, std::string& reason) {
-  std::ofstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+  std::ofstream file(gc::systemPath(gc::pathOfUtf8(path)), std::ios::binary);
   if (file.is_open()) return std::unique_ptr<ScreenLog>(new ScreenLog(std::move(file)));
   reason = path + ": " + std::strerror(errno);
   return nullptr;

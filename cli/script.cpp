@@ -1,7 +1,6 @@
 #include "cli/script.h"
 
-#include <cstdio>
-
+#include "cli/console.h"
 #include "cli/exitcode.h"
 #include "host/ed/commandline.h"
 #include "host/rx/file/file_view.h"
@@ -13,8 +12,7 @@ namespace {
 
 std::string readStandardInput() {
   std::string bytes;
-  char block[4096];
-  for (size_t count; (count = std::fread(block, 1, sizeof block, stdin)) > 0;) bytes.append(block, count);
+  for (std::string line; readInputLine(line);) bytes += line + "\n";
   return bytes;
 }
 

@@ -1,7 +1,6 @@
 #include "cli/server.h"
 
 #include <deque>
-#include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "cli/exitcode.h"
@@ -81,7 +80,7 @@ Json answer(Session& session, ListSource& source, const Json& request) {
 int serve(Session& session) {
   ListSource source;
   ed::editorOf(session.document()).commandLine().setSource(&source);
-  for (std::string line; std::getline(std::cin, line);) {
+  for (std::string line; readInputLine(line);) {
     if (line.empty()) continue;
     const Json request = Json::parse(line, nullptr, false);
     if (request.is_discarded() || !request.is_object() || !request.contains("eval") || !request["eval"].is_string()) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "cli/console.h"
+
 namespace cli {
 
 class Terminal {
@@ -23,6 +25,7 @@ class Terminal {
   [[nodiscard]] bool outputIsTerminal() const;
 
  private:
+  Utf8Console m_console;
   int m_output;
   bool m_good = true;
   std::string m_buffer;

@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 
+#include "host/rx/file/folder.h"
+
 namespace gc::test {
 
 class ScratchFolder {
@@ -16,10 +18,7 @@ class ScratchFolder {
     m_path = std::filesystem::temp_directory_path() / std::filesystem::path(std::u8string(name.begin(), name.end()));
     std::filesystem::create_directories(m_path);
   }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-  }
+  ~ScratchFolder() { gc::removeTree(m_path); }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 

@@ -2,14 +2,13 @@
 
 #include <filesystem>
 
+#include "host/rx/file/folder.h"
+
 namespace ap {
 
 namespace fs = std::filesystem;
 
-bool fileExists(GcView path) {
-  std::error_code error;
-  return fs::is_regular_file(fs::path(GcText(path)), error);
-}
+bool fileExists(GcView path) { return gc::pathFacts(fs::path(GcText(path))).kind == gc::PathFacts::Kind::File; }
 
 GcText absolutePath(GcView path) {
   std::error_code error;

@@ -1,10 +1,9 @@
 #include "host/ap/profile.h"
 
-#include <cstdlib>
 #include <map>
 
 #include "host/ap/paths.h"
-#include "host/rx/text/utf.h"
+#include "host/rx/environment.h"
 
 namespace ap {
 
@@ -36,10 +35,7 @@ bool profileEntry(GcView name, GcText& value) {
     value = known->second;
     return true;
   }
-  const char* process = std::getenv(gc::toUtf8(name).c_str());
-  if (process == nullptr) return false;
-  value = gc::fromUtf8(process);
-  return true;
+  return gc::environmentVariable(name, value);
 }
 
 void setProfileEntry(GcView name, GcView value) { entries()[upperText(name)] = value; }

@@ -1,11 +1,11 @@
 #include "host/lisp/core/environment.h"
 
-#include <cstdlib>
 #include <string_view>
 
 #include "host/lisp/core/calendar.h"
 #include "host/lisp/core/file_handle.h"
 #include "host/lisp/core/units.h"
+#include "host/rx/environment.h"
 
 namespace lisp {
 
@@ -43,10 +43,7 @@ bool Environment::getEntry(TextView name, Text& value) const {
     value = known->second;
     return true;
   }
-  const char* process = std::getenv(toUtf8(name).c_str());
-  if (!process) return false;
-  value = fromUtf8(process);
-  return true;
+  return gc::environmentVariable(name, value);
 }
 
 void Environment::setEntry(TextView name, TextView value) { m_entries[upperCase(name)] = Text(value); }

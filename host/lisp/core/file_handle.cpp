@@ -1,9 +1,9 @@
 #include "host/lisp/core/file_handle.h"
 
-#include <chrono>
 #include <filesystem>
 
 #include "host/lisp/core/objects.h"
+#include "host/rx/file/folder.h"
 
 namespace lisp {
 
@@ -31,7 +31,8 @@ Text textOf(const fs::path& path) {
 #endif
 }
 
-std::FILE* openFile(const fs::path& path, FileHandle::Mode mode) {
+std::FILE* openFile(const fs::path& name, FileHandle::Mode mode) {
+  const fs::path path = gc::systemPath(name);
 #ifdef _WIN32
   static constexpr const wchar_t* kModes[] = {L"rb", L"wb", L"ab"};
   return _wfopen(path.c_str(), kModes[static_cast<int>(mode)]);
@@ -85,34 +86,19 @@ bool readWhole(TextView name, std::string& bytes) {
   return true;
 }
 
-bool exists(TextView name) {
-  std::error_code error;
-  return fs::is_regular_file(pathOf(name), error);
-}
+bool exists(TextView name) { return gc::pathFacts(pathOf(name)).kind == gc::PathFacts::Kind::File; }
 
-bool isDirectory(TextView name) {
-  std::error_code error;
-  return fs::is_directory(pathOf(name), error);
-}
+bool isDirectory(TextView name) { return gc::pathFacts(pathOf(name)).kind == gc::PathFacts::Kind::Folder; }
 
-bool remove(TextView name) {
-  std::error_code error;
-  return exists(name) && fs::remove(pathOf(name), error);
-}
+bool remove(TextView name) { return exists(name) && gc::removeFile(pathOf(name)); }
 
-bool rename(TextView from, TextView to) {
-  std::error_code error;
-  if (!exists(from) || fs::exists(pathOf(to), error)) return false;
-  fs::rename(pathOf(from), pathOf(to), error);
-  return !error;
-}
+bool rename(TextView from, TextView to) { return exists(from) && gc::renamePath(pathOf(from), pathOf(to)); }
 
 int64_t copy(TextView from, TextView to, bool append) {
   std::string bytes;
-  std::error_code error;
   if (!readWhole(from, bytes)) return -1;
-  if (!append && fs::exists(pathOf(to), error)) return -1;
-  if (fs::equivalent(pathOf(from), pathOf(to), error)) return -1;
+  if (!append && gc::pathFacts(pathOf(to)).kind != gc::PathFacts::Kind::None) return -1;
+  if (gc::isSameFile(pathOf(from), pathOf(to))) return -1;
   std::FILE* file = openFile(pathOf(to), append ? FileHandle::Mode::Append : FileHandle::Mode::Write);
   if (!file) return -1;
   const size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file);
@@ -121,37 +107,26 @@ int64_t copy(TextView from, TextView to, bool append) {
 }
 
 int64_t size(TextView name) {
-  std::error_code error;
-  if (isDirectory(name)) return 0;
-  const auto bytes = fs::file_size(pathOf(name), error);
-  return error ? -1 : static_cast<int64_t>(bytes);
+  const gc::PathFacts facts = gc::pathFacts(pathOf(name));
+  return facts.kind == gc::PathFacts::Kind::None ? -1 : facts.size;
 }
 
-bool makeDirectory(TextView name) {
-  std::error_code error;
-  return fs::create_directory(pathOf(name), error);
-}
+bool makeDirectory(TextView name) { return gc::makeFolder(pathOf(name)); }
 
 bool modified(TextView name, Moment& local) {
-  std::error_code error;
-  const auto at = fs::last_write_time(pathOf(name), error);
-  if (error) return false;
-  const auto ms =
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(at).time_since_epoch())
-          .count();
+  const gc::PathFacts facts = gc::pathFacts(pathOf(name));
+  if (facts.kind == gc::PathFacts::Kind::None) return false;
+  const int64_t ms = facts.modifiedNs / 1000000;
   local = localMoment(ms / 1000, static_cast<int>(ms % 1000));
   return true;
 }
 
 std::vector<Text> list(TextView directory, bool directories, bool plainFiles) {
   std::vector<Text> names;
-  std::error_code error;
-  const fs::path path = directory.empty() ? fs::path(".") : pathOf(directory);
-  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
-    std::error_code ignored;
-    const bool isDir = it->is_directory(ignored);
-    if (isDir ? directories : plainFiles) names.push_back(textOf(it->path().filename()));
-  }
+  std::vector<gc::FolderEntry> entries;
+  gc::listFolder(directory.empty() ? fs::path(".") : pathOf(directory), entries);
+  for (const gc::FolderEntry& entry : entries)
+    if (entry.isFolder ? directories : plainFiles) names.push_back(textOf(entry.name));
   if (directories && isDirectory(directory.empty() ? TextView(GC_T(".")) : directory)) {
     names.emplace_back(GC_T("."));
     names.emplace_back(GC_T(".."));

@@ -10,6 +10,7 @@
 
 #include "host/rx/file/atomic_file.h"
 #include "host/rx/file/file_view.h"
+#include "host/rx/file/folder.h"
 #include "host/rx/text/utf.h"
 
 namespace gc {
@@ -17,6 +18,8 @@ namespace {
 
 constexpr std::uint64_t kMapFrom = std::uint64_t{1} << 20;  // smaller files are read
 constexpr DWORD kStep = DWORD{1} << 16;
+// A drawing that another program has open for writing can be read as long as that program allows it.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr DWORD kWriteStep = DWORD{1} << 24;
 
 FileError kindOf(DWORD error) {
@@ -26,6 +29,9 @@ FileError kindOf(DWORD error) {
     case ERROR_INVALID_NAME: return FileError::NotFound;
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_USER_MAPPED_FILE:
+    case ERROR_UNABLE_TO_REMOVE_REPLACED:
     case ERROR_WRITE_PROTECT: return FileError::Denied;
     case ERROR_FILE_EXISTS:
     case ERROR_ALREADY_EXISTS: return FileError::Exists;
@@ -37,13 +43,22 @@ FileError kindOf(DWORD error) {
   }
 }
 
+// Another program has the file open in a way that forbids what was tried.
+bool isHeld(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE ||
+         error == ERROR_UNABLE_TO_REMOVE_REPLACED;
+}
+
 std::string reasonOf(DWORD error) {
+  if (isHeld(error)) return "it is open in another program";
   wchar_t text[512];
   const DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
   DWORD count = FormatMessageW(flags, nullptr, error, 0, text, 512, nullptr);
   while (count > 0 && (text[count - 1] == L'\n' || text[count - 1] == L'\r' || text[count - 1] == L'.')) --count;
   return count ? toUtf8({text, count}) : "error " + std::to_string(error);
 }
+
+std::filesystem::path longPath(const std::string& utf8) { return systemPath(pathOfUtf8(utf8)); }
 
 // For the error that just happened.
 FileStatus failed(const char* what, const std::string& path) {
@@ -75,13 +90,40 @@ HANDLE openTemporary(const std::string& target, std::string& path) {
     std::snprintf(name, sizeof name, "gcad-%lx-%x.tmp", GetCurrentProcessId(), ++count);
     path = folderPrefix(target) + name;
     const HANDLE file =
-        CreateFileW(fromUtf8(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        CreateFileW(longPath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return file;
   }
   return INVALID_HANDLE_VALUE;
 }
 
 HANDLE asHandle(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
+
+// One try; `backup` empty: the old file is not kept. On failure the error is the system's last one.
+bool replaceOnce(const std::wstring& temporary, const std::wstring& target, const std::wstring& backup) {
+  // ReplaceFile keeps the attributes and access rights of the file it replaces, but needs one. Some file systems cannot
+  // do it.
+  if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    const wchar_t* keep = backup.empty() ? nullptr : backup.c_str();
+    if (ReplaceFileW(target.c_str(), temporary.c_str(), keep, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr))
+      return true;
+    if (isHeld(GetLastError())) return false;
+    const bool isThere = GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES;
+    if (keep && isThere && !CopyFileW(target.c_str(), keep, FALSE)) return false;
+  }
+  return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+// Search services and virus scanners look into a new file for some moments: a held one is tried again for a second.
+bool putInPlace(const std::wstring& temporary, const std::wstring& target, const std::wstring& backup) {
+  constexpr int kTries = 20;
+  constexpr DWORD kPauseMs = 50;
+  for (int attempt = 1;; ++attempt) {
+    if (replaceOnce(temporary, target, backup)) return true;
+    const DWORD error = GetLastError();
+    if (!isHeld(error) || attempt == kTries) return false;
+    Sleep(kPauseMs);
+  }
+}
 
 FileStatus readAll(HANDLE file, const std::string& path, std::string& out) {
   for (;;) {
@@ -112,8 +154,8 @@ FileView& FileView::operator=(FileView&& other) noexcept {
 
 FileStatus FileView::open(const std::string& path) {
   close();
-  const Handle file(CreateFileW(fromUtf8(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  const Handle file(CreateFileW(longPath(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
   if (!file.isOpen()) return failed("open", path);
   LARGE_INTEGER size;
   if (GetFileSizeEx(file.get(), &size) && static_cast<std::uint64_t>(size.QuadPart) >= kMapFrom) {
@@ -170,25 +212,14 @@ FileStatus AtomicFile::finish() {
   if (!FlushFileBuffers(asHandle(m_handle))) return failed("save", m_temporary);
   const FileStatus status = closeHandle();
   if (!status.ok()) return status;
-  const std::wstring target = fromUtf8(m_target), temporary = fromUtf8(m_temporary);
-  const std::wstring backup = fromUtf8(backupPath(m_target));
-  // ReplaceFile keeps the attributes and access rights of the file it replaces, but needs one.
-  if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) {
-    const wchar_t* keep = m_backup == Backup::Keep ? backup.c_str() : nullptr;
-    if (ReplaceFileW(target.c_str(), temporary.c_str(), keep, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) {
-      return {};
-    }
-    if (keep && !CopyFileW(target.c_str(), keep, FALSE)) return failed("copy to", backupPath(m_target));
-  }
-  if (!MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-    return failed("replace", m_target);
-  }
-  return {};
+  const std::wstring target = longPath(m_target).native(), temporary = longPath(m_temporary).native();
+  const std::wstring backup = m_backup == Backup::Keep ? longPath(backupPath(m_target)).native() : std::wstring();
+  return putInPlace(temporary, target, backup) ? FileStatus() : failed("replace", m_target);
 }
 
 void AtomicFile::discard() {
   if (isOpen()) (void)closeHandle();
-  if (!m_temporary.empty()) DeleteFileW(fromUtf8(m_temporary).c_str());
+  if (!m_temporary.empty()) DeleteFileW(longPath(m_temporary).c_str());
   m_temporary.clear();
 }
 

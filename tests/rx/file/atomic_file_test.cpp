@@ -10,7 +10,12 @@
 #include "host/rx/text/utf.h"
 #include "tests/scratch.h"
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+
+#include <memory>
+#include <thread>
+#else
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -95,6 +100,59 @@ TEST_F(AtomicFileTest, TheBackupHoldsTheOldFile) {
   EXPECT_EQ(contentOf(path("a.b.bak")), "second");
   EXPECT_EQ(files(), 2);
 }
+
+#ifdef _WIN32
+// A file that another program has open; `share` says what that program lets others do meanwhile.
+class Held {
+ public:
+  Held(const std::string& path, DWORD access, DWORD share)
+      : m_file(CreateFileW(pathOf(path).c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr)) {
+    EXPECT_NE(m_file, INVALID_HANDLE_VALUE);
+  }
+  ~Held() { CloseHandle(m_file); }
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+
+ private:
+  HANDLE m_file;
+};
+
+TEST_F(AtomicFileTest, AFileHeldByAnotherProgramIsSaidToBeAndStays) {
+  put(path("a.dxf"), "old");
+  put(path("a.bak"), "older");
+  {
+    const Held held(path("a.dxf"), GENERIC_READ | GENERIC_WRITE, 0);
+    gc::FileView view;
+    const gc::FileStatus read = view.open(path("a.dxf"));
+    EXPECT_EQ(read.error(), gc::FileError::Denied);
+    EXPECT_NE(read.message().find("open in another program"), std::string::npos) << read.message();
+    const gc::FileStatus written = gc::writeFileAtomically(path("a.dxf"), "new", 3, gc::Backup::Keep);
+    EXPECT_EQ(written.error(), gc::FileError::Denied) << written.message();
+    EXPECT_NE(written.message().find("open in another program"), std::string::npos) << written.message();
+  }
+  EXPECT_EQ(contentOf(path("a.dxf")), "old");
+  EXPECT_EQ(contentOf(path("a.bak")), "older");
+  EXPECT_EQ(files(), 2);
+}
+
+TEST_F(AtomicFileTest, AFileHeldForMomentsIsWaitedFor) {
+  put(path("a.dxf"), "old");
+  auto held = std::make_unique<Held>(path("a.dxf"), GENERIC_READ, FILE_SHARE_READ);
+  std::thread scanner([&held] {
+    Sleep(200);
+    held.reset();
+  });
+  put(path("a.dxf"), "new");
+  scanner.join();
+  EXPECT_EQ(contentOf(path("a.dxf")), "new");
+}
+
+TEST_F(AtomicFileTest, WhatAnotherProgramWritesCanBeReadWhereItAllowsThat) {
+  put(path("a.dxf"), "old");
+  const Held held(path("a.dxf"), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
+  EXPECT_EQ(contentOf(path("a.dxf")), "old");
+}
+#endif
 
 TEST(BackupPath, ReplacesTheExtension) {
   EXPECT_EQ(gc::backupPath("/a/b.dxf"), "/a/b.bak");
