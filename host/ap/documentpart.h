@@ -2,6 +2,8 @@
 // them without knowing what they are.
 #pragma once
 
+#include <cstdint>
+
 #include "host/rx/view.h"
 
 namespace ap {
@@ -12,6 +14,13 @@ class DocumentPart {
   DocumentPart(const DocumentPart&) = delete;
   DocumentPart& operator=(const DocumentPart&) = delete;
   virtual ~DocumentPart() = default;
+};
+
+// A LISP value as far as calculations take it.
+struct LispNumber {
+  enum class Kind : uint8_t { None, Integer, Real, Point };
+  Kind kind = Kind::None;
+  double x = 0, y = 0, z = 0;  // a number is in x
 };
 
 // What lower layers ask of a document's LISP.
@@ -28,6 +37,11 @@ class LispSpace : public DocumentPart {
   virtual void evaluate(GcView text) = 0;
   // Runs the program's own command of this name (its function C:NAME). False when there is none.
   virtual bool runCommand(GcView name) = 0;
+  // The number or point a variable holds; None for anything else. And back; None sets nil.
+  virtual LispNumber numberIn(GcView variable) = 0;
+  virtual void putNumber(GcView variable, const LispNumber& number) = 0;
+  // Between units by name ("inch", "cm"). False when one is unknown or they measure different things.
+  virtual bool convertUnits(double& value, GcView from, GcView to) = 0;
   // Hands on what has been printed but lies in a buffer.
   virtual void flush() = 0;
 };

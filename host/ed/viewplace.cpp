@@ -77,6 +77,16 @@ GcDbObjectId viewportToWorkIn(const Editor& editor) {
   return {};
 }
 
+GcGeMatrix3d displayToPaper(const GcDbViewport& viewport) {
+  const double factor = viewport.customScale() > 0 ? viewport.customScale() : 1;
+  const GcGePoint2d seen = viewport.viewCenter();
+  const GcGePoint3d window = viewport.centerPoint();
+  GcGeMatrix3d scale, place;
+  scale.setToScaling(factor);
+  place.setToTranslation(GcGeVector3d(window.x - seen.x * factor, window.y - seen.y * factor, 0));
+  return place * scale;
+}
+
 void takeView(Editor& editor) {
   EditorView& view = editor.view();
   if (!editor.inPaperLayout()) {

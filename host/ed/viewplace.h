@@ -22,6 +22,9 @@ bool isViewLocked(const Editor& editor);
 // Shows on the sheet what the locked viewport would show of the model.
 void moveSheetInstead(const Editor& editor, const GcGePoint2d& center, double height);
 
+// From the display system of the viewport's view to the paper.
+[[nodiscard]] GcGeMatrix3d displayToPaper(const GcDbViewport& viewport);
+
 // The height of the view at which the viewport that is worked in has the scale; false outside viewports.
 bool viewHeightAtScale(const Editor& editor, double scale, double& height);
 

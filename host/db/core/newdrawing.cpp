@@ -132,21 +132,6 @@ GcDbObjectId addEntry(GcDbObjectId dictionaryId, const GCHAR* key, GcDbObject* o
   return id;
 }
 
-// The scales a program may offer, metric ones.
-void addScales(GcDbObjectId dictionary) {
-  struct Offered {
-    const GCHAR *key, *name;
-    double paper, drawing;
-  };
-  constexpr Offered kOffered[] = {
-      {GC_T("A0"), GC_T("1:1"), 1, 1},     {GC_T("A1"), GC_T("1:2"), 1, 2},   {GC_T("A2"), GC_T("1:5"), 1, 5},
-      {GC_T("A3"), GC_T("1:10"), 1, 10},   {GC_T("A4"), GC_T("1:20"), 1, 20}, {GC_T("A5"), GC_T("1:50"), 1, 50},
-      {GC_T("A6"), GC_T("1:100"), 1, 100}, {GC_T("A7"), GC_T("2:1"), 2, 1},   {GC_T("A8"), GC_T("10:1"), 10, 1},
-  };
-  for (const Offered& each : kOffered)
-    addEntry(dictionary, each.key, new GcDbScale(each.name, each.paper, each.drawing, each.paper == each.drawing));
-}
-
 // The dictionaries that readers of drawings look for. Plot styles by name have one that every layer refers to.
 void addDictionaries(GcDbDatabase& database) {
   const GcDbObjectId root = database.namedObjectsDictionaryId();
@@ -166,7 +151,7 @@ void addDictionaries(GcDbDatabase& database) {
     ignore(styles->close());
   }
   const GcDbObjectId scales = addEntry(root, GC_T("ACAD_SCALELIST"), new GcDbDictionary);
-  addScales(scales);
+  gcdbAddStandardScales(scales);
   for (const GCHAR* key : {GC_T("ACAD_TABLESTYLE"), GC_T("ACAD_VISUALSTYLE")}) addEntry(root, key, new GcDbDictionary);
 }
 
@@ -190,6 +175,20 @@ void addActiveViewport(GcDbDatabase& database) {
 }
 
 }  // namespace
+
+void gcdbAddStandardScales(GcDbObjectId dictionary) {
+  struct Offered {
+    const GCHAR *key, *name;
+    double paper, drawing;
+  };
+  constexpr Offered kOffered[] = {
+      {GC_T("A0"), GC_T("1:1"), 1, 1},     {GC_T("A1"), GC_T("1:2"), 1, 2},   {GC_T("A2"), GC_T("1:5"), 1, 5},
+      {GC_T("A3"), GC_T("1:10"), 1, 10},   {GC_T("A4"), GC_T("1:20"), 1, 20}, {GC_T("A5"), GC_T("1:50"), 1, 50},
+      {GC_T("A6"), GC_T("1:100"), 1, 100}, {GC_T("A7"), GC_T("2:1"), 2, 1},   {GC_T("A8"), GC_T("10:1"), 10, 1},
+  };
+  for (const Offered& each : kOffered)
+    addEntry(dictionary, each.key, new GcDbScale(each.name, each.paper, each.drawing, each.paper == each.drawing));
+}
 
 GcDbObjectId gcdbDefaultPlotStyle(const GcDbDatabase& database) {
   GcDbObjectId id;

@@ -79,6 +79,83 @@ void GcDbMline::subAppended() {
   ignore(dictionary->close());
 }
 
+// ---- the course ------------------------------------------------------------------------------------------
+
+namespace {
+
+// The unit direction in which the parallel lines bend at a joint of two ways: along the bisector of their left sides.
+GcGeVector3d miterOf(const GcGeVector3d& before, const GcGeVector3d& after, const GcGeVector3d& normal) {
+  const GcGeVector3d left = normal.crossProduct(before), next = normal.crossProduct(after);
+  const GcGeVector3d between = left + next;
+  constexpr double kTurnsBack = 1e-9;  // the ways lie over each other: there is no bisector
+  return between.length() > kTurnsBack ? between.normal() : next;
+}
+
+GcGeVector3d turned(const GcGeVector3d& way, double angleRad, const GcGeVector3d& normal) {
+  constexpr double kSquare = 1e-15;  // a right angle in radians is not quite one
+  const double along = gc::cos(angleRad);
+  const GcGeVector3d left = normal.crossProduct(way);
+  return std::fabs(along) < kSquare ? left : way * along + left * gc::sin(angleRad);
+}
+
+// What is added to the style's offsets so that the line the justification names runs through the points.
+double shiftOf(const GcDbMlineStyle& style, GcDbMline::Justification justification) {
+  if (justification == GcDbMline::kZero || style.elements().isEmpty()) return 0;
+  double low = style.elements()[0].offset, high = low;
+  for (const GcDbMlineElement& element : style.elements()) {
+    low = std::min(low, element.offset);
+    high = std::max(high, element.offset);
+  }
+  return justification == GcDbMline::kTop ? -high : -low;
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbMline::setCourse(const GcArray<GcGePoint3d>& points, bool closed, GcDbObjectId styleId,
+                                       double scale, Justification justification, const GcGeVector3d& normal) {
+  const GcDbMlineStyle* style = styleAt(styleId);
+  const int count = points.length();
+  if (style == nullptr || count < 2 || (closed && count < 3)) return Gcad::eInvalidInput;
+  std::vector<GcGeVector3d> ways;
+  for (int i = 0; i < (closed ? count : count - 1); ++i) {
+    ways.push_back(points[(i + 1) % count] - points[i]);
+    if (ways.back().isZeroLength()) return Gcad::eInvalidInput;
+    ways.back() = ways.back().normal();
+  }
+  assertWriteEnabled();
+  const double shift = shiftOf(*style, justification);
+  GcArray<GcDbMlineVertex> vertices;
+  for (int i = 0; i < count; ++i) {
+    GcDbMlineVertex vertex;
+    vertex.point = points[i];
+    const bool isStart = !closed && i == 0, isEnd = !closed && i == count - 1;
+    const GcGeVector3d& before = ways[isStart ? 0 : (i + ways.size() - 1) % ways.size()];
+    vertex.direction = isEnd ? ways.back() : ways[i];
+    vertex.miter = isStart ? turned(vertex.direction, style->startAngle(), normal)
+                   : isEnd ? turned(vertex.direction, style->endAngle(), normal)
+                           : miterOf(before, vertex.direction, normal);
+    // The miter meets the line at `offset` further out by the cosine between it and the way's left side.
+    const double slant = vertex.miter.dotProduct(normal.crossProduct(vertex.direction));
+    for (const GcDbMlineElement& element : style->elements()) {
+      GcDbMlineSegment line;
+      line.cuts.append((element.offset + shift) * scale / slant);
+      line.cuts.append(0);
+      vertex.lines.append(line);
+    }
+    vertices.append(vertex);
+  }
+  m_vertices = vertices;
+  m_startPoint = points[0];
+  m_normal = normal;
+  m_styleId = styleId;
+  m_styleName = style->name();
+  m_scale = scale;
+  m_justification = justification;
+  m_flags = static_cast<int16_t>(kHasVertices | (closed ? kClosed : 0));
+  m_lineCount = static_cast<int16_t>(style->elements().length());
+  return Gcad::eOk;
+}
+
 // ---- drawing ---------------------------------------------------------------------------------------------
 
 namespace {

@@ -28,6 +28,12 @@ class GcDbMline : public GcDbEntity {
 
   GcDbMline() = default;
   [[nodiscard]] const GcArray<GcDbMlineVertex>& vertices() const { return m_vertices; }
+  // Lays the multiline along points: the style's offsets times the scale, to the left of the way where positive.
+  // System:  world; the points lie in one plane of the (unit) normal, neighbours apart.
+  // Errors:  eInvalidInput for fewer than two points, neighbours that coincide, or what is no style; nothing changes.
+  enum Justification : int16_t { kTop = 0, kZero = 1, kBottom = 2 };
+  Gcad::ErrorStatus setCourse(const GcArray<GcGePoint3d>& points, bool closed, GcDbObjectId style, double scale,
+                              Justification justification, const GcGeVector3d& normal);
   [[nodiscard]] GcDbObjectId styleId() const { return m_styleId; }
   [[nodiscard]] int flags() const { return m_flags; }
   [[nodiscard]] bool isClosed() const { return (m_flags & kClosed) != 0; }
@@ -49,7 +55,7 @@ class GcDbMline : public GcDbEntity {
   GcString m_styleName;  // as read; once the style is known, its own name counts
   GcDbObjectId m_styleId;
   double m_scale = 1;
-  int16_t m_justification = 0;  // 0 top, 1 middle, 2 bottom
+  int16_t m_justification = kTop;
   int16_t m_flags = kHasVertices;
   int16_t m_lineCount = 0;
 };

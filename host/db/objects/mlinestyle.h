@@ -36,6 +36,9 @@ class GcDbMlineStyle : public GcDbObject {
   [[nodiscard]] const GcArray<GcDbMlineElement>& elements() const { return m_elements; }
   [[nodiscard]] GcArray<GcDbMlineElement>& elements() { return m_elements; }
   [[nodiscard]] int16_t flags() const { return m_flags; }
+  // Between the ends' caps and the way, radians.
+  [[nodiscard]] double startAngle() const { return m_startRad; }
+  [[nodiscard]] double endAngle() const { return m_endRad; }
   [[nodiscard]] GcCmColor fillColor() const { return m_fillColor; }
   // Two lines at a distance of 1 about the middle, by layer.
   void setStandard(GcDbObjectId byLayerLinetype);

@@ -75,6 +75,9 @@ class GcDbScale : public GcDbObject {
   GcDbScale(const GCHAR* name, double paperUnits, double drawingUnits, bool isUnit)
       : m_name(name), m_paperUnits(paperUnits), m_drawingUnits(drawingUnits), m_isUnit(isUnit) {}
   [[nodiscard]] const GcString& name() const { return m_name; }
+  [[nodiscard]] double paperUnits() const { return m_paperUnits; }
+  [[nodiscard]] double drawingUnits() const { return m_drawingUnits; }
+  [[nodiscard]] bool isUnitScale() const { return m_isUnit; }
 
  private:
   GcString m_name;
@@ -83,6 +86,9 @@ class GcDbScale : public GcDbObject {
   int16_t m_flags = 0;
   bool m_isUnit = false;
 };
+
+// Puts the metric scales that a new drawing offers into its list of scales, under the keys A0, A1 ….
+void gcdbAddStandardScales(GcDbObjectId dictionary);
 
 // The drawing order of a block where it is not that of the handles.
 struct GcDbSortPair {

@@ -53,7 +53,11 @@ bool CommandRun::answerFromQueue(CommandInput::AskAwaiter& awaiter) {
     GcText complaint;
     if (accept(m_editor, awaiter.m_ask, item, awaiter.m_answer, complaint)) {
       if (awaiter.m_answer.isPoint()) m_editor.commandLine().rememberPoint(awaiter.m_answer.point);
-      return true;
+      if (!awaiter.m_answer.wantsSecondPoint) return true;
+      // A length or an angle shown by two points: the question goes on from the first.
+      awaiter.m_ask.from(awaiter.m_answer.point).needed();
+      awaiter.m_ask.prompt = GC_T("\nSpecify second point: ");
+      continue;
     }
     m_refused = true;
     ap::print(complaint);
@@ -77,7 +81,8 @@ const CommandIndex& commandIndex() {
           annotationCommands(), spaceCommands(),          layerToolCommands(),    attributeCommands(),
           groupCommands(),      reshapeCommands(),        settingCommands(),      clipboardCommands(),
           cornerCommands(),     spaceTransformCommands(), outsideCommands(),      linetypeCommands(),
-          plotCommands(),       furtherCurveCommands()}) {
+          plotCommands(),       furtherCurveCommands(),   multilineCommands(),    revisionCloudCommands(),
+          textMergeCommands(),  changeSpaceCommands(),    scaleListCommands(),    calculatorCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

@@ -39,6 +39,12 @@ std::span<const Command> outsideCommands();
 std::span<const Command> linetypeCommands();
 std::span<const Command> plotCommands();
 std::span<const Command> furtherCurveCommands();
+std::span<const Command> multilineCommands();
+std::span<const Command> revisionCloudCommands();
+std::span<const Command> textMergeCommands();
+std::span<const Command> changeSpaceCommands();
+std::span<const Command> scaleListCommands();
+std::span<const Command> calculatorCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

@@ -9,6 +9,7 @@
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
 #include "host/ed/contents.h"
+#include "host/ed/dictionaries.h"
 #include "host/ed/purge.h"
 #include "host/rx/text/utf.h"
 
@@ -159,13 +160,6 @@ bool renameEntry(GcDbObjectId id, const GcText& to) {
   return good;
 }
 
-void eraseObject(GcDbObjectId id) {
-  GcDbObject* object = nullptr;
-  if (gcdbOpenGcDbObject(object, id, GcDb::kForWrite) != Gcad::eOk) return;
-  ignore(object->erase());
-  ignore(object->close());
-}
-
 Task<bool> group(CommandInput& in) {
   const Answer option = co_await in.ask(
       Ask(What::Keyword, "\nEnter a group option [?/Order/Add/Remove/Explode/REName/Selectable/Create] <Create>: ")
@@ -223,16 +217,9 @@ Task<bool> ungroup(CommandInput& in) {
   }
   if (name.kind != Answer::Kind::Entity) co_return false;
   bool any = false;
-  GcDbDictionary* root = nullptr;
   Ids groups;
-  if (in.database().getNamedObjectsDictionary(root) == Gcad::eOk) {
-    GcDbDictionary* dictionary = nullptr;
-    if (root->getAt(GC_T("ACAD_GROUP"), dictionary, GcDb::kForRead) == Gcad::eOk) {
-      for (const GcDbDictionaryEntry& entry : dictionary->entries()) groups.push_back(entry.id);
-      ignore(dictionary->close());
-    }
-    ignore(root->close());
-  }
+  for (const GcDbDictionaryEntry& entry : entriesOf(dictionaryNamed(in.database(), GC_T("ACAD_GROUP"))))
+    groups.push_back(entry.id);
   for (const GcDbObjectId id : groups) {
     const Ids members = groupMembers(id);
     if (std::find(members.begin(), members.end(), name.entity) == members.end()) continue;

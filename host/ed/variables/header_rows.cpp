@@ -26,6 +26,7 @@ const VariableRow kRows[] = {
     {"CHAMFERD", kReal, kHeader, "0"},
     {"CMLJUST", kInt, kHeader, "0", 0, 2},
     {"CMLSCALE", kReal, kHeader, "20"},
+    {"CMLSTYLE", kText, kHeader, "Standard"},
     {"DIMADEC", kInt, kHeader, "0", -1, 8},
     {"DIMALT", kInt, kHeader, "0", 0, 1},
     {"DIMALTD", kInt, kHeader, "3", 0, 8},

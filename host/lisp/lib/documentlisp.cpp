@@ -2,7 +2,9 @@
 
 #include "host/ap/dynamiclinker.h"
 #include "host/ed/patterns.h"
+#include "host/lisp/core/units.h"
 #include "host/lisp/core/wcmatch.h"
+#include "host/lisp/lib/calculations.h"
 
 namespace lisplib {
 
@@ -64,6 +66,14 @@ bool DocumentLisp::runCommand(GcView name) {
   static_cast<void>(m_interpreter.call(function, {}, lisp::OnError::Report));
   return true;
 }
+
+ap::LispNumber DocumentLisp::numberIn(GcView variable) { return numberOf(m_interpreter.variable(upperText(variable))); }
+
+void DocumentLisp::putNumber(GcView variable, const ap::LispNumber& number) {
+  m_interpreter.setVariable(upperText(variable), valueOf(m_interpreter.vm(), number));
+}
+
+bool DocumentLisp::convertUnits(double& value, GcView from, GcView to) { return lisp::convertUnits(value, from, to); }
 
 void DocumentLisp::flush() { m_interpreter.flush(); }
 

@@ -21,6 +21,9 @@ class DocumentLisp final : public ap::LispSpace {
   void forgetPlugIn(const void* plugIn) override;
   void evaluate(GcView text) override;
   bool runCommand(GcView name) override;
+  ap::LispNumber numberIn(GcView variable) override;
+  void putNumber(GcView variable, const ap::LispNumber& number) override;
+  bool convertUnits(double& value, GcView from, GcView to) override;
   void flush() override;
 
  private:
