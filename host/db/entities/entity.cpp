@@ -10,65 +10,10 @@
 #include "host/db/core/header.h"
 #include "host/db/core/names.h"
 #include "host/db/describe/fieldio.h"
+#include "host/db/entities/entityaccess.h"
 
 GCDB_DEFINE_CLASS(GcDbEntity, "AcDbEntity")
 GCDB_DEFINE_CLASS(GcDbCurve, "AcDbCurve")
-
-// Fields of an entity that live in its rare parts read as their defaults when there are none. Reading gives a
-// shared empty part; writing a value that is not default makes the part (through needExtra).
-struct GcDbEntityAccess {
-  static GcDbObjectExtra& rare(void* record) {
-    auto* entity = static_cast<GcDbEntity*>(record);
-    return entity->needExtra();
-  }
-  static bool has(const void* record) { return static_cast<const GcDbEntity*>(record)->extra() != nullptr; }
-  template <auto Member>
-  static void* at(void* record) {
-    return &(rare(record).*Member);
-  }
-  // A field in the rare parts: written when it is there and not default, never read through a memory filer
-  // (the rare parts are copied as a whole).
-  template <auto Member>
-  static constexpr GcDbField row(int code, const char* name, Is is) {
-    GcDbField made;
-    made.code = static_cast<int16_t>(code);
-    made.kind = gcdescribe::kindOf<typename gcdescribe::MemberOf<decltype(Member)>::Member>();
-    made.is = is;
-    made.write = Write::UnlessDefault;
-    made.name = name;
-    made.at = at<Member>;
-    made.present = has;
-    made.inExtra = true;
-    return made;
-  }
-
-  static constexpr GcDbField inPaperSpace() {
-    return field<&GcDbEntity::m_inPaperSpace>(67, "inPaperSpace", Is::Plain, Write::UnlessDefault);
-  }
-  static constexpr GcDbField layer() { return field<&GcDbEntity::m_layerId>(8, "layer", Is::LayerName); }
-  static constexpr GcDbField linetype() {
-    return field<&GcDbEntity::m_linetypeId>(6, "linetype", Is::LinetypeName, Write::UnlessDefault);
-  }
-  static constexpr GcDbField color() {
-    return field<&GcDbEntity::m_color>(62, "color", Is::Color, Write::UnlessDefault);
-  }
-  static constexpr GcDbField trueColor() {
-    GcDbField row =
-        field<&GcDbEntity::m_color>(420, "trueColor", Is::TrueColor, Write::UnlessDefault).from(GcDb::kDHL_AC1018);
-    return row;
-  }
-  static constexpr GcDbField lineWeight() {
-    return field<&GcDbEntity::m_lineWeight>(370, "lineWeight", Is::Plain, Write::UnlessDefault)
-        .orElse(GcDb::kLnWtByLayer)
-        .from(GcDb::kDHL_AC1015);
-  }
-  static constexpr GcDbField linetypeScale() {
-    return field<&GcDbEntity::m_linetypeScale>(48, "linetypeScale", Is::Plain, Write::UnlessDefault).orElse(1);
-  }
-  static constexpr GcDbField invisible() {
-    return field<&GcDbEntity::m_invisible>(60, "invisible", Is::Plain, Write::UnlessDefault);
-  }
-};
 
 const GcDbField GcDbEntity::kFields[] = {
     marker("AcDbEntity"),

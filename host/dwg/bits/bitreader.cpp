@@ -12,25 +12,6 @@ uint64_t HandleRef::absolute(uint64_t own) const {
   }
 }
 
-BitReader::BitReader(std::span<const uint8_t> bytes, uint64_t from, uint64_t to)
-    : m_data(bytes.data()), m_size(bytes.size()) {
-  const uint64_t last = m_size * 8;
-  m_end = to < last ? to : last;
-  m_at = from < m_end ? from : m_end;
-}
-
-void BitReader::seek(uint64_t position) {
-  if (position > m_end)
-    fail();
-  else
-    m_at = position;
-}
-
-void BitReader::setEnd(uint64_t end) {
-  m_end = end < m_size * 8 ? end : m_size * 8;
-  if (m_at > m_end) fail();
-}
-
 uint64_t BitReader::windowAtEnd(uint64_t byte) const {
   uint64_t value = 0;
   for (uint64_t i = 0; i < 8; ++i) value = value << 8 | (byte + i < m_size ? m_data[byte + i] : 0u);
@@ -54,20 +35,17 @@ uint64_t BitReader::bll() {
   return value;
 }
 
-// Code 1 replaces the low four bytes, code 2 bytes 4 and 5 and then the low four.
-double BitReader::dd(double otherwise) {
-  auto value = std::bit_cast<uint64_t>(otherwise);
-  switch (bits(2)) {
-    case 0: return otherwise;
-    case 1: value = (value & 0xFFFFFFFF00000000u) | rl(); break;
-    case 2: {
-      const uint64_t middle = rs();
-      value = (value & 0xFFFF000000000000u) | middle << 32 | rl();
-      break;
-    }
-    default: return rd();
-  }
-  return m_failed ? 0 : std::bit_cast<double>(value);
+HandleRef BitReader::longH() {
+  HandleRef ref;
+  ref.code = static_cast<uint8_t>(bits(4));
+  const auto count = bits(4);
+  if (count == 8)
+    ref.value = __builtin_bswap64(rll());
+  else if (count == 7)
+    ref.value = bits(56);
+  else
+    fail();
+  return ref;
 }
 
 double BitReader::bt() { return b() ? 0 : bd(); }
@@ -100,9 +78,9 @@ GcGePoint3d BitReader::bd3() {
   return {x, y, bd()};
 }
 
-uint64_t BitReader::mc() {
-  uint64_t value = 0;
-  for (int shift = 0; shift < 64; shift += 7) {
+uint64_t BitReader::longMc(uint64_t first) {
+  uint64_t value = first;
+  for (int shift = 7; shift < 64; shift += 7) {
     const uint64_t byte = rc();
     value |= (byte & 0x7F) << shift;
     if ((byte & 0x80) == 0) return value;
@@ -126,13 +104,9 @@ int64_t BitReader::mcSigned() {
   return 0;
 }
 
-uint32_t BitReader::ms() {
-  uint32_t value = 0;
-  for (int shift = 0; shift < 30; shift += 15) {
-    const uint32_t word = rs();
-    value |= (word & 0x7FFF) << shift;
-    if ((word & 0x8000) == 0) return value;
-  }
+uint32_t BitReader::longMs(uint32_t first) {
+  const uint32_t word = rs();
+  if ((word & 0x8000) == 0) return first | word << 15;
   fail();
   return 0;
 }
@@ -155,7 +129,12 @@ bool BitReader::bytes(uint8_t* out, size_t count) {
     m_at += count * 8;
     return true;
   }
-  for (size_t i = 0; i < count; ++i) out[i] = rc();
+  size_t done = 0;
+  for (; done + 8 <= count; done += 8) {
+    const uint64_t eight = rll();
+    std::memcpy(out + done, &eight, 8);
+  }
+  for (; done < count; ++done) out[done] = rc();
   return true;
 }
 

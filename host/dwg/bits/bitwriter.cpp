@@ -7,16 +7,6 @@
 
 namespace gc::dwg {
 
-namespace {
-
-uint64_t bitsOf(double value) {
-  uint64_t bits = 0;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits;
-}
-
-}  // namespace
-
 std::vector<uint8_t> BitWriter::take() {
   alignToByte();
   m_bytes.resize(m_size);
@@ -51,38 +41,26 @@ void BitWriter::bit3(unsigned value) {
     bits(value, 3);
 }
 
-void BitWriter::rll(uint64_t value) {
-  rl(static_cast<uint32_t>(value));
-  rl(static_cast<uint32_t>(value >> 32));
-}
-
-void BitWriter::rd(double value) { rll(bitsOf(value)); }
-
+// Codes and what follows them are put at once.
 void BitWriter::bs(int value) {
-  const int cut = value & 0xFFFF;
-  if (cut == 0) {
+  const auto cut = static_cast<uint16_t>(value);
+  if (cut == 0)
     bits(2, 2);
-  } else if (cut == 256) {
+  else if (cut == 256)
     bits(3, 2);
-  } else if (cut < 256) {
-    bits(1, 2);
-    rc(static_cast<unsigned>(cut));
-  } else {
-    bits(0, 2);
-    rs(static_cast<unsigned>(cut));
-  }
+  else if (cut < 256)
+    bits(1u << 8 | cut, 10);
+  else
+    bits(__builtin_bswap16(cut), 18);
 }
 
 void BitWriter::bl(int32_t value) {
-  if (value == 0) {
+  if (value == 0)
     bits(2, 2);
-  } else if (value > 0 && value < 256) {
-    bits(1, 2);
-    rc(static_cast<unsigned>(value));
-  } else {
-    bits(0, 2);
-    rl(static_cast<uint32_t>(value));
-  }
+  else if (value > 0 && value < 256)
+    bits(1u << 8 | static_cast<unsigned>(value), 10);
+  else
+    bits(__builtin_bswap32(static_cast<uint32_t>(value)), 34);
 }
 
 void BitWriter::bll(uint64_t value) {
@@ -92,30 +70,16 @@ void BitWriter::bll(uint64_t value) {
   for (int i = 0; i < count; ++i) rc(static_cast<unsigned>(value >> (8 * i)) & 0xFFu);
 }
 
-void BitWriter::bd(double value) {
-  const uint64_t pattern = bitsOf(value);
-  if (pattern == 0) {  // minus zero is written in full
-    bits(2, 2);
-  } else if (value == 1) {
-    bits(1, 2);
-  } else {
-    bits(0, 2);
-    rll(pattern);
-  }
-}
-
 void BitWriter::dd(double value, double otherwise) {
-  const uint64_t now = bitsOf(value);
-  const uint64_t change = now ^ bitsOf(otherwise);
+  const uint64_t now = std::bit_cast<uint64_t>(value);
+  const uint64_t change = now ^ std::bit_cast<uint64_t>(otherwise);
   if (change == 0) {
     bits(0, 2);
   } else if (change >> 32 == 0) {
-    bits(1, 2);
-    rl(static_cast<uint32_t>(now));
+    bits(uint64_t{1} << 32 | __builtin_bswap32(static_cast<uint32_t>(now)), 34);
   } else if (change >> 48 == 0) {
-    bits(2, 2);
-    rs(static_cast<unsigned>(now >> 32 & 0xFFFFu));
-    rl(static_cast<uint32_t>(now));
+    const uint64_t middle = __builtin_bswap16(static_cast<uint16_t>(now >> 32));
+    bits(uint64_t{2} << 48 | middle << 32 | __builtin_bswap32(static_cast<uint32_t>(now)), 50);
   } else {
     bits(3, 2);
     rll(now);
@@ -123,13 +87,13 @@ void BitWriter::dd(double value, double otherwise) {
 }
 
 void BitWriter::bt(double value) {
-  const bool zero = bitsOf(value) == 0;
+  const bool zero = std::bit_cast<uint64_t>(value) == 0;
   b(zero);
   if (!zero) bd(value);
 }
 
 void BitWriter::be(const GcGeVector3d& value) {
-  const bool plain = bitsOf(value.x) == 0 && bitsOf(value.y) == 0 && value.z == 1;
+  const bool plain = std::bit_cast<uint64_t>(value.x) == 0 && std::bit_cast<uint64_t>(value.y) == 0 && value.z == 1;
   b(plain);
   if (!plain) bd3({value.x, value.y, value.z});
 }
@@ -195,14 +159,12 @@ void BitWriter::ot(uint32_t type) {
 }
 
 void BitWriter::h(unsigned code, uint64_t value) {
-  int count = 0;
-  while (count < 8 && value >> (8 * count) != 0) {
-    ++count;
-    if (count == 8) break;
-  }
-  bits(code & 0xFu, 4);
-  bits(static_cast<uint64_t>(count), 4);
-  for (int i = count - 1; i >= 0; --i) rc(static_cast<unsigned>(value >> (8 * i)) & 0xFFu);
+  const int count = (std::bit_width(value) + 7) / 8;
+  bits((code & 0xFu) << 4 | static_cast<unsigned>(count), 8);
+  if (count == 8)
+    rll(__builtin_bswap64(value));
+  else if (count > 0)
+    bits(value, 8 * count);
 }
 
 void BitWriter::bytes(std::span<const uint8_t> source) {
@@ -213,12 +175,12 @@ void BitWriter::bytes(std::span<const uint8_t> source) {
     m_size += source.size();
     return;
   }
-  constexpr size_t kAtOnce = 4;
+  constexpr size_t kAtOnce = 8;
   size_t at = 0;
   for (; at + kAtOnce <= source.size(); at += kAtOnce) {
-    uint32_t word = 0;
+    uint64_t word = 0;
     std::memcpy(&word, source.data() + at, kAtOnce);
-    rl(word);
+    rll(word);
   }
   for (; at < source.size(); ++at) rc(source[at]);
 }
@@ -240,14 +202,14 @@ void BitWriter::alignToByte() {
 
 void BitWriter::patchRl(uint64_t position, uint32_t value) {
   const auto shift = static_cast<unsigned>(position % 8);
-  const size_t count = shift == 0 ? 4 : 5;
-  const uint64_t ordered = uint64_t{__builtin_bswap32(value)} << (8 * count - 32 - shift);
-  const uint64_t mask = uint64_t{0xFFFFFFFF} << (8 * count - 32 - shift);
-  for (size_t i = 0; i < count; ++i) {
-    uint8_t& byte = m_bytes[position / 8 + i];
-    const size_t down = 8 * (count - 1 - i);
-    byte = static_cast<uint8_t>((byte & ~(mask >> down)) | (ordered >> down & 0xFF));
-  }
+  const size_t at = position / 8;
+  if (at + 8 > m_bytes.size()) grow(8);
+  uint64_t around = 0;
+  std::memcpy(&around, m_bytes.data() + at, 8);
+  const uint64_t mask = uint64_t{0xFFFFFFFF} << (32 - shift);
+  const uint64_t ordered = uint64_t{__builtin_bswap32(value)} << (32 - shift);
+  around = __builtin_bswap64((__builtin_bswap64(around) & ~mask) | ordered);
+  std::memcpy(m_bytes.data() + at, &around, 8);
 }
 
 }  // namespace gc::dwg

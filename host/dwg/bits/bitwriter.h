@@ -2,6 +2,7 @@
 // codes, so that what is written is the same whoever wrote it.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -41,12 +42,29 @@ class BitWriter {
   void rc(unsigned value) { bits(value & 0xFFu, 8); }
   void rs(unsigned value) { bits((value & 0xFFu) << 8 | (value >> 8 & 0xFFu), 16); }
   void rl(uint32_t value) { bits(__builtin_bswap32(value), 32); }
-  void rll(uint64_t value);
-  void rd(double value);
+  void rll(uint64_t value) {
+    if (m_size + 9 > m_bytes.size()) grow(9);
+    const uint64_t ordered = __builtin_bswap64(value);
+    const uint64_t here = m_used == 0 ? value : __builtin_bswap64(m_last << (64 - m_used) | ordered >> m_used);
+    std::memcpy(m_bytes.data() + m_size, &here, 8);
+    m_size += 8;
+    m_last = ordered & ((uint64_t{1} << m_used) - 1);
+  }
+  void rd(double value) { rll(std::bit_cast<uint64_t>(value)); }
   void bs(int value);
   void bl(int32_t value);
   void bll(uint64_t value);
-  void bd(double value);
+  void bd(double value) {
+    const auto pattern = std::bit_cast<uint64_t>(value);
+    if (pattern == 0) {  // minus zero is written in full
+      bits(2, 2);
+    } else if (value == 1) {
+      bits(1, 2);
+    } else {
+      bits(0, 2);
+      rll(pattern);
+    }
+  }
   void dd(double value, double otherwise);
   void bt(double value);
   void be(const GcGeVector3d& value);

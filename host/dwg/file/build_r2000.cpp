@@ -23,7 +23,8 @@ struct Place {
 
 class Builder {
  public:
-  Builder(const RecordContext& context, FileContents& contents) : m_context(context), m_contents(contents) {}
+  Builder(RecordContext& context, const WritePlan& plan, FileContents& contents)
+      : m_context(context), m_plan(plan), m_contents(contents) {}
 
   std::vector<uint8_t> run() {
     constexpr uint64_t kLocatorsSize = kSectionCount * 9 + 2 + 16;
@@ -33,10 +34,10 @@ class Builder {
     append(previewSection(m_context, m_previewAt));
     m_places[0] = append(m_contents.header);
     m_places[1] = append(m_contents.classes);
-    const Place objects = append(m_contents.objects);
-    for (MapEntry& entry : m_contents.map) entry.offset += objects.at;
+    const uint64_t objectsAt = m_out.size();
+    appendRecords(m_context, m_plan, m_contents, m_out.bytes);
     m_places[2] = append(writeObjectMap(m_contents.map));
-    m_places[3] = append(freeSpaceSection(m_context, m_contents, objects.at));
+    m_places[3] = append(freeSpaceSection(m_context, m_contents, static_cast<uint32_t>(objectsAt)));
     m_places[4] = append(templateSection(m_context));
     append(secondHeader());
     writeHead();
@@ -120,7 +121,8 @@ class Builder {
     for (unsigned i = count; i > 0; --i) body.rc(static_cast<unsigned>(handle >> (8 * (i - 1))) & 0xFFu);
   }
 
-  const RecordContext& m_context;
+  RecordContext& m_context;
+  const WritePlan& m_plan;
   FileContents& m_contents;
   ByteWriter m_out;
   Place m_places[kSectionCount];
@@ -129,8 +131,8 @@ class Builder {
 
 }  // namespace
 
-std::vector<uint8_t> buildR2000(const RecordContext& context, FileContents& contents) {
-  return Builder(context, contents).run();
+std::vector<uint8_t> buildR2000(RecordContext& context, const WritePlan& plan, FileContents& contents) {
+  return Builder(context, plan, contents).run();
 }
 
 }  // namespace gc::dwg

@@ -52,7 +52,8 @@ struct PageEntry {
 
 class Builder {
  public:
-  Builder(const RecordContext& context, FileContents& contents) : m_context(context), m_contents(contents) {
+  Builder(RecordContext& context, const WritePlan& plan, FileContents& contents)
+      : m_context(context), m_plan(plan), m_contents(contents) {
     m_out.zeros(kFirstPageAt);
   }
 
@@ -85,8 +86,7 @@ class Builder {
     constexpr uint32_t kMark = 0x0DCA;
     ByteWriter section;
     section.u32(kMark);
-    for (MapEntry& entry : m_contents.map) entry.offset += section.size();
-    section.append(m_contents.objects);
+    appendRecords(m_context, m_plan, m_contents, section.bytes);
     return std::move(section.bytes);
   }
 
@@ -289,7 +289,8 @@ class Builder {
 
   static constexpr uint64_t kRoomBehind = kFirstPageAt - kHeaderAt - kHeaderSize;
 
-  const RecordContext& m_context;
+  RecordContext& m_context;
+  const WritePlan& m_plan;
   FileContents& m_contents;
   ByteWriter m_out;
   std::vector<Section> m_sections;
@@ -302,8 +303,8 @@ class Builder {
 
 }  // namespace
 
-std::vector<uint8_t> buildR2004(const RecordContext& context, FileContents& contents) {
-  return Builder(context, contents).run();
+std::vector<uint8_t> buildR2004(RecordContext& context, const WritePlan& plan, FileContents& contents) {
+  return Builder(context, plan, contents).run();
 }
 
 }  // namespace gc::dwg

@@ -160,7 +160,7 @@ class Opener {
     if (isPacked)
       decompress(packed, room);
     else
-      std::memcpy(room.data(), packed.data(), std::min(room.size(), packed.size()));
+      std::copy_n(packed.begin(), std::min(room.size(), packed.size()), room.begin());
   }
 
   void place(const std::string& name, std::span<const uint8_t> bytes) {

@@ -51,11 +51,12 @@ std::vector<uint8_t> messages(std::span<const uint8_t> coded, uint64_t blocks, u
 
 std::vector<uint8_t> unpack(const std::vector<uint8_t>& message, uint64_t packedSize, uint64_t size) {
   std::vector<uint8_t> out(size);
+  if (size == 0) return out;
   const auto packed = part(message, 0, packedSize);
   if (packedSize < size)
     decompressR2007(packed, out);
   else
-    std::memcpy(out.data(), packed.data(), packed.size() < size ? packed.size() : size);
+    std::copy_n(packed.begin(), std::min<uint64_t>(packed.size(), size), out.begin());
   return out;
 }
 
@@ -104,7 +105,9 @@ class Opener {
   // A page of the file's own; its message is written several times over.
   std::vector<uint8_t> systemPage(uint64_t at, uint64_t packedSize, uint64_t size, uint64_t repeat) {
     std::vector<uint8_t> none;
-    if (size > kMostSystemPage || packedSize > m_file.size() || repeat == 0 || repeat > 64) return none;
+    if (size > kMostSystemPage || size / 256 > m_file.size() || packedSize > m_file.size() || repeat == 0 ||
+        repeat > 64)
+      return none;
     const uint64_t blocks = roundUp(roundUp(packedSize, 8) * repeat, kSystemMessage) / kSystemMessage;
     if (blocks == 0 || !holds(m_file, at, blocks * kBlock)) return none;
     return unpack(messages(part(m_file, at, blocks * kBlock), blocks, kSystemMessage), packedSize, size);

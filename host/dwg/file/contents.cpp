@@ -1,5 +1,7 @@
 #include "host/dwg/file/contents.h"
 
+#include <cstring>
+
 #include "db/dictionary.h"
 #include "host/dwg/bits/crc.h"
 #include "host/dwg/file/classsection.h"
@@ -12,26 +14,33 @@ namespace {
 // Records one after the other: size, [the size of the references], record, checksum.
 class RecordSequence {
  public:
-  RecordSequence(int version, FileContents& contents) : m_version(version), m_contents(contents) {}
+  RecordSequence(int version, std::vector<MapEntry>& map, std::vector<uint8_t>& out)
+      : m_version(version), m_map(map), m_out(out) {}
 
   void append(uint64_t handle, std::span<const uint8_t> body, uint64_t handleBits) {
-    std::vector<uint8_t>& out = m_contents.objects;
-    const size_t begin = out.size();
-    m_contents.map.push_back({handle, begin});
+    const size_t begin = m_out.size();
+    m_map.push_back({handle, begin});
     m_sizes.clear();
     m_sizes.ms(static_cast<uint32_t>(body.size()));
     if (m_version >= kR2010) m_sizes.mc(handleBits);
     const std::span<const uint8_t> sizes = m_sizes.whole();
-    out.insert(out.end(), sizes.begin(), sizes.end());
-    out.insert(out.end(), body.begin(), body.end());
-    const uint16_t crc = crc16(std::span<const uint8_t>(out).subspan(begin), kCrcSeed);
-    out.push_back(static_cast<uint8_t>(crc));
-    out.push_back(static_cast<uint8_t>(crc >> 8));
+    const size_t size = sizes.size() + body.size();
+    if (m_out.capacity() - begin < size + kSumSize) m_out.reserve(2 * m_out.capacity() + size + kSumSize);
+    m_out.resize(begin + size + kSumSize);
+    uint8_t* to = m_out.data() + begin;
+    std::memcpy(to, sizes.data(), sizes.size());
+    std::memcpy(to + sizes.size(), body.data(), body.size());
+    const uint16_t crc = crc16({to, size}, kCrcSeed);
+    to[size] = static_cast<uint8_t>(crc);
+    to[size + 1] = static_cast<uint8_t>(crc >> 8);
   }
 
  private:
+  static constexpr size_t kSumSize = 2;
+
   int m_version;
-  FileContents& m_contents;
+  std::vector<MapEntry>& m_map;
+  std::vector<uint8_t>& m_out;
   BitWriter m_sizes;
 };
 
@@ -56,7 +65,7 @@ void appendViewportTable(uint64_t handle, RecordSequence& records) {
 RecordView writeOpened(RecordOut& record, const PlannedObject& planned) {
   GcDbObject* opened = nullptr;
   const bool isMine = gcdbOpenGcDbObject(opened, planned.object->objectId(), GcDb::kForRead) == Gcad::eOk;
-  const RecordView written = writeRecord(record, *planned.object, planned.type, planned.links);
+  const RecordView written = writeRecord(record, *planned.object, *planned.kind, planned.type, planned.links);
   if (isMine) ignore(opened->close());
   return written;
 }
@@ -90,24 +99,29 @@ void pointOut(const RecordContext& context, FileContents& contents) {
 
 }  // namespace
 
-FileContents makeContents(RecordContext& context, const WritePlan& plan) {
+FileContents makeContents(RecordContext& context) {
   FileContents contents;
   contents.version = context.version;
   contents.codePageNumber = context.codePageNumber;
   contents.handseed = context.database.handseed();
   if (context.version < kR2004) contents.viewportTable = contents.handseed++;
+  contents.header = writeHeader(context, contents.handseed);
+  contents.classes = writeClasses(context);
+  pointOut(context, contents);
+  return contents;
+}
+
+void appendRecords(RecordContext& context, const WritePlan& plan, FileContents& contents, std::vector<uint8_t>& bytes) {
+  constexpr size_t kUsualSize = 100;  // of a record: room is taken once for most drawings
   contents.map.reserve(plan.objects.size() + 1);
-  RecordSequence records(context.version, contents);
+  bytes.reserve(bytes.size() + plan.objects.size() * kUsualSize);
+  RecordSequence records(context.version, contents.map, bytes);
   RecordOut record(context, 0);
   for (const PlannedObject& planned : plan.objects) {
     const RecordView written = writeOpened(record, planned);
     records.append(planned.handle, written.body, written.handleBits);
   }
   if (contents.viewportTable != 0) appendViewportTable(contents.viewportTable, records);
-  contents.header = writeHeader(context, contents.handseed);
-  contents.classes = writeClasses(context);
-  pointOut(context, contents);
-  return contents;
 }
 
 }  // namespace gc::dwg

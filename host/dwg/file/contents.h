@@ -15,17 +15,20 @@ struct FileContents {
   uint64_t handseed = 0;
   std::vector<uint8_t> header;
   std::vector<uint8_t> classes;
-  std::vector<uint8_t> objects;      // records one after the other
-  std::vector<MapEntry> map;         // offsets into `objects`
+  std::vector<MapEntry> map;         // of the records that are written
   uint64_t viewportTable = 0;        // AC1015: the handle of the (empty) list of viewport headers
   std::vector<uint64_t> pointedOut;  // handles the second header repeats
 };
 
-FileContents makeContents(RecordContext& context, const WritePlan& plan);
+// All but the records and their map.
+FileContents makeContents(RecordContext& context);
 
-// A whole file of the contents.
-std::vector<uint8_t> buildR2000(const RecordContext& context, FileContents& contents);
-std::vector<uint8_t> buildR2004(const RecordContext& context, FileContents& contents);
+// Appends the records of all objects to the bytes and fills the map with their places among them.
+void appendRecords(RecordContext& context, const WritePlan& plan, FileContents& contents, std::vector<uint8_t>& bytes);
+
+// A whole file.
+std::vector<uint8_t> buildR2000(RecordContext& context, const WritePlan& plan, FileContents& contents);
+std::vector<uint8_t> buildR2004(RecordContext& context, const WritePlan& plan, FileContents& contents);
 
 // Sections that hold no objects: those the drawing came with where they fit the version, else usual ones.
 std::vector<uint8_t> previewSection(const RecordContext& context, uint64_t address);

@@ -102,7 +102,10 @@ class Unpacker {
     }
     uint8_t* to = m_out.data() + m_made;
     const uint8_t* from = to - offset;
-    for (size_t i = 0; i < length; ++i) to[i] = from[i];
+    size_t i = 0;
+    if (offset >= 8)
+      for (; i + 8 <= length; i += 8) std::memcpy(to + i, from + i, 8);
+    for (; i < length; ++i) to[i] = from[i];
     m_made += length;
   }
 

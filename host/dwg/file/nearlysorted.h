@@ -6,12 +6,18 @@
 
 namespace gc::dwg {
 
-// Those that stand before something smaller than them are taken out, sorted and merged back: one pass when they are few.
+// What stands out of order is taken out, sorted and merged back: one pass when it is little. Of two in the wrong order
+// either may be the stray: the former ones, when few of them are in the way, else the latter.
 template <class T, class Less>
 void sortNearlySorted(std::vector<T>& all, const Less& less) {
+  constexpr size_t kFew = 4;
   std::vector<T> strays;
   size_t kept = 0;
   for (size_t i = 0; i < all.size(); ++i) {
+    if (kept > kFew && less(all[i], all[kept - 1 - kFew])) {
+      strays.push_back(all[i]);
+      continue;
+    }
     while (kept > 0 && less(all[i], all[kept - 1])) strays.push_back(all[--kept]);
     all[kept++] = all[i];
   }

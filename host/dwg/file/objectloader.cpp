@@ -22,19 +22,26 @@ bool isDropped(uint32_t type) { return type == kViewportHeaderTable || type == k
 
 }  // namespace
 
-ObjectLoader::Cut ObjectLoader::cut(const MapEntry& entry, bool checkSum) {
-  Cut result;
-  const auto rest = part(m_sections.objects, entry.offset, m_sections.objects.size());
+RecordBits ObjectLoader::cut(const MapEntry& entry) const {
+  const std::span<const uint8_t> objects = m_sections.objects;
+  if (entry.offset >= objects.size()) return {};
+  const auto rest = objects.subspan(entry.offset);
   BitReader in(rest);
   const uint64_t size = in.ms();
-  if (m_context.version >= kR2010) result.handleBits = in.mc();
+  RecordBits bits;
+  if (m_context.version >= kR2010) bits.handleBits = in.mc();
   const uint64_t at = in.position() / 8;
-  if (in.failed() || size == 0 || !holds(rest, at, size)) return result;
-  result.body = rest.subspan(at, size);
-  result.ok = true;
-  if (checkSum && crc16(rest.first(at + size), kCrcSeed) != u16(rest, at + size))
+  if (in.failed() || size == 0 || size > rest.size() - at) return {};
+  bits.body = rest.subspan(at, size);
+  bits.behind = rest.size() - at - size;
+  return bits;
+}
+
+void ObjectLoader::checkSum(const MapEntry& entry, const RecordBits& bits) {
+  const auto rest = m_sections.objects.subspan(entry.offset);
+  const size_t size = rest.size() - bits.behind;
+  if (crc16(rest.first(size), kCrcSeed) != u16(rest, size))
     note(m_report, GcDbLoadAction::Noted, entry.offset, entry.handle, "its checksum is wrong");
-  return result;
 }
 
 // Extended data name applications first of all, then layers.
@@ -44,8 +51,7 @@ void ObjectLoader::loadAll(const std::vector<MapEntry>& map) {
   others.reserve(map.size());
   if (m_context.version < kR2004) m_links.owned.reserve(map.size());
   for (size_t i = 0; i < map.size(); ++i) {
-    const Cut record = cut(map[i], false);
-    const uint32_t type = record.ok ? typeOfRecord(m_context.version, record.body) : 0;
+    const uint32_t type = typeOfRecord(m_context.version, cut(map[i]).body);
     if (isDropped(type)) continue;
     if (type == kApplicationType)
       load(map[i]);
@@ -57,40 +63,42 @@ void ObjectLoader::loadAll(const std::vector<MapEntry>& map) {
 }
 
 // Records of a file do not overlap; those of one made to take long may, and each could be as long as the file.
-bool ObjectLoader::isBelievable(const MapEntry& entry, const Cut& record) {
-  if (headOfRecord(m_context.version, record.body).handle != entry.handle) {
+bool ObjectLoader::isBelievable(const MapEntry& entry, const RecordBegin& begin, const RecordBits& bits) {
+  if (begin.handle != entry.handle) {
     note(m_report, GcDbLoadAction::Skipped, entry.offset, entry.handle, "the record there is another object's");
     return false;
   }
-  m_bytesRead += record.body.size();
+  m_bytesRead += bits.body.size();
   if (m_bytesRead <= 2 * m_sections.objects.size()) return true;
   note(m_report, GcDbLoadAction::Skipped, entry.offset, entry.handle, "records lie over each other");
   return false;
 }
 
 void ObjectLoader::load(const MapEntry& entry) {
-  Cut record = cut(entry, false);
-  if (record.ok && !isBelievable(entry, record)) return;
-  record = cut(entry, true);
-  if (!record.ok) {
+  const RecordBits bits = cut(entry);
+  if (bits.body.empty()) {
     note(m_report, GcDbLoadAction::Missing, entry.offset, entry.handle, "its record is not in the file");
     return;
   }
-  ReadRecord read = readRecord(m_context, record.body, record.handleBits);
+  RecordIn record(m_context, 0);
+  const RecordBegin begin = beginRecord(record, bits);
+  if (!isBelievable(entry, begin, bits)) return;
+  checkSum(entry, bits);
+  ReadRecord read = readRecord(record, begin, bits);
   if (!read.trouble.empty())
     note(m_report, read.object == nullptr ? GcDbLoadAction::Skipped : GcDbLoadAction::Noted, entry.offset, entry.handle,
          read.trouble + (read.type != 0 ? " (type " + std::to_string(read.type) + ")" : ""));
-  if (read.object == nullptr) return;
-  adopt(entry, std::move(read));
+  if (read.object != nullptr) adopt(entry, std::move(read));
 }
 
-void ObjectLoader::adopt(const MapEntry& entry, ReadRecord record) {
+void ObjectLoader::adopt(const MapEntry& entry, ReadRecord&& record) {
   GcDbStub* stub = m_context.database.store().need(entry.handle);
   if (stub->object != nullptr || entry.handle == 0) {
     note(m_report, GcDbLoadAction::Skipped, entry.offset, entry.handle, "the handle is used twice");
     return;
   }
   GcDbObject* object = record.object.release();
+  if (record.keptRaw) ++m_links.keptRaw;
   m_context.database.store().adopt(stub, object, record.owner);
   if (record.links.hasParts) m_links.owners.push_back({object, std::move(record.links)});
   if (m_context.version >= kR2004 || isFrame(record.type) || !m_context.classes.typeOf(record.type).isEntity) return;

@@ -23,6 +23,7 @@ struct LoadedLinks {
   };
   std::vector<Owner> owners;  // tables, blocks, polylines, inserts
   std::vector<Owned> owned;   // R13..R2000: entities but frames, in the order they were read
+  size_t keptRaw = 0;         // objects of unknown classes
 };
 
 class ObjectLoader {
@@ -35,15 +36,12 @@ class ObjectLoader {
   void loadAll(const std::vector<MapEntry>& map);
 
  private:
-  struct Cut {
-    std::span<const uint8_t> body;
-    uint64_t handleBits = 0;
-    bool ok = false;
-  };
-  Cut cut(const MapEntry& entry, bool checkSum);
-  bool isBelievable(const MapEntry& entry, const Cut& record);
+  // The record of an entry; empty when it is not in the file.
+  [[nodiscard]] RecordBits cut(const MapEntry& entry) const;
+  void checkSum(const MapEntry& entry, const RecordBits& bits);
+  bool isBelievable(const MapEntry& entry, const RecordBegin& begin, const RecordBits& bits);
   void load(const MapEntry& entry);
-  void adopt(const MapEntry& entry, ReadRecord record);
+  void adopt(const MapEntry& entry, ReadRecord&& record);
 
   const Sections& m_sections;
   RecordContext& m_context;

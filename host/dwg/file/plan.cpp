@@ -110,8 +110,7 @@ class Planner {
   struct ClassType {
     uint32_t type = 0;    // of records
     uint32_t number = 0;  // of the class among those of the file
-    bool isEntity = false;
-    bool isZombie = false;  // each object has a type of its own
+    const ObjectKind* kind = nullptr;
     int32_t count = 0;
   };
 
@@ -123,19 +122,19 @@ class Planner {
     m_lastType = &at->second;
     if (!isNew) return *m_lastType;
     ClassType& made = at->second;
-    made.isEntity = object.isKindOf(GcDbEntity::desc());
-    made.isZombie = zombieDataOf(object) != nullptr;
-    if (made.isZombie) return made;
+    made.kind = &m_plan.kinds.emplace_back(objectKind(object));
+    if (made.kind->isZombie) return made;  // each object has a type of its own
     made.type = ClassMap::fixedTypeOf(view(rxClass.name()));
     if (made.type == 0 && rxClass.dxfName() != nullptr)
-      made.type = made.number = numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, made.isEntity);
+      made.type = made.number =
+          numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, made.kind->isEntity);
     // A class that is described but whose record is not goes as a proxy that holds its groups.
-    if (made.type != 0 && !hasPacking(object)) made.type = made.isEntity ? kProxyEntity : kProxyObject;
+    if (made.type != 0 && !made.kind->isWritten()) made.type = made.kind->isEntity ? kProxyEntity : kProxyObject;
     return made;
   }
 
   uint32_t typeOf(const GcDbObject& object, ClassType& ofClass) {
-    if (ofClass.isZombie) return typeOfZombie(object, *zombieDataOf(object));
+    if (ofClass.kind->isZombie) return typeOfZombie(object, *zombieDataOf(object));
     ++ofClass.count;
     return ofClass.type;
   }
@@ -156,12 +155,13 @@ class Planner {
       planned.handle = stub->handle;
       ClassType& ofClass = classTypeOf(*stub->object);
       planned.type = typeOf(*stub->object, ofClass);
+      planned.kind = ofClass.kind;
       if (planned.type == 0) {
         m_context.omitted.insert(stub->handle);
         ++m_plan.leftOut;
         return;
       }
-      if (ofClass.isEntity) planned.links.mode = modeOf(*planned.object);
+      if (ofClass.kind->isEntity) planned.links.mode = modeOf(*planned.object);
       m_plan.objects.push_back(planned);
     });
     countInstances();

@@ -109,7 +109,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   keepOthers(sections, database);
   linkObjects(context, header, links, report);
   raiseHandseed(database, header.handseed);
-  gcdbWakeZombies(database);
+  if (links.keptRaw > 0) gcdbWakeZombies(database);
   database.store().forEach([](GcDbStub* stub) {
     if (stub->object != nullptr) stub->object->subLoaded();
   });

@@ -34,8 +34,8 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
   context.modelSpace = database.modelSpaceId();
   context.paperSpace = database.paperSpaceId();
   const WritePlan plan = planFile(context);
-  FileContents contents = makeContents(context, plan);
-  bytes = version < kR2004 ? buildR2000(context, contents) : buildR2004(context, contents);
+  FileContents contents = makeContents(context);
+  bytes = version < kR2004 ? buildR2000(context, plan, contents) : buildR2004(context, plan, contents);
   if (plan.leftOut > 0)
     message = std::to_string(plan.leftOut) + " objects have no form in this version and were left out";
   return Gcad::eOk;

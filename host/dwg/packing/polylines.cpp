@@ -21,24 +21,24 @@ enum Lightweight : unsigned {
   kHasIds = 1024
 };
 
-struct VertexRows {
-  const GcDbField* point;
-  const GcDbField* startWidth;
-  const GcDbField* endWidth;
-  const GcDbField* bulge;
-  const GcDbField* id;
-  explicit VertexRows(const Elements& vertices)
-      : point(vertices.row(10)),
-        startWidth(vertices.row(40)),
-        endWidth(vertices.row(41)),
-        bulge(vertices.row(42)),
-        id(vertices.row(91)) {}
+struct VertexColumns {
+  Column<GcGePoint2d> point;
+  Column<double> startWidth;
+  Column<double> endWidth;
+  Column<double> bulge;
+  Column<int32_t> id;
+  explicit VertexColumns(const Elements& vertices)
+      : point(vertices, vertices.row(10)),
+        startWidth(vertices, vertices.row(40)),
+        endWidth(vertices, vertices.row(41)),
+        bulge(vertices, vertices.row(42)),
+        id(vertices, vertices.row(91)) {}
 };
 
 template <class Io>
 class Lightweights {
  public:
-  explicit Lightweights(Io& piece) : io(piece), vertices(piece.elements(5)), rows(vertices) {}
+  explicit Lightweights(Io& piece) : io(piece), vertices(piece.elements(5)) {}
 
   void pass() {
     unsigned flags = 0;
@@ -57,16 +57,27 @@ class Lightweights {
     const bool withIds = (flags & kHasIds) != 0 && io.version() >= kR2010;
     const int ids = withIds ? io.rec.count(io.rec.bl(vertices.size())) : 0;
     const int widths = (flags & kHasWidths) != 0 ? io.rec.count(io.rec.bl(vertices.size())) : 0;
-    passPoints(points);
-    for (int i = 0; i < bulges; ++i) passReal(i, rows.bulge);
-    for (int i = 0; i < ids; ++i) passId(i);
-    for (int i = 0; i < widths; ++i) {
-      passReal(i, rows.startWidth);
-      passReal(i, rows.endWidth);
+    if constexpr (!Io::kWriting) {
+      vertices.reserve(points);
+      for (int i = 0; i < points; ++i) vertices.append();
+    }
+    const VertexColumns columns(vertices);
+    passPoints(points, columns.point);
+    for (int i = 0; i < bulges && !io.rec.failed(); ++i) passReal(i, columns.bulge);
+    for (int i = 0; i < ids && !io.rec.failed(); ++i) passId(i, columns.id);
+    for (int i = 0; i < widths && !io.rec.failed(); ++i) {
+      passReal(i, columns.startWidth);
+      passReal(i, columns.endWidth);
     }
   }
 
  private:
+  static bool hasAny(const Column<double>& column) {
+    for (int i = 0; i < column.size(); ++i)
+      if (column[i] != 0) return true;
+    return false;
+  }
+
   [[nodiscard]] unsigned flagsOf() const {
     unsigned flags = 0;
     const GcGePoint3d normal = io.point(4);
@@ -77,51 +88,45 @@ class Lightweights {
     if (io.real(2) != 0) flags |= kHasElevation;
     if ((io.num(0) & 1) != 0) flags |= kClosed;
     if ((io.num(0) & 128) != 0) flags |= kPatternThroughout;
-    for (int i = 0; i < vertices.size(); ++i) {
-      const void* vertex = vertices.at(i);
-      if (realOf(*rows.bulge, vertex) != 0) flags |= kHasBulges;
-      if (!even && (realOf(*rows.startWidth, vertex) != 0 || realOf(*rows.endWidth, vertex) != 0)) flags |= kHasWidths;
-      if (rows.id != nullptr && io.version() >= kR2010 && intOf(*rows.id, vertex) != 0) flags |= kHasIds;
-    }
+    const VertexColumns columns(vertices);
+    if (hasAny(columns.bulge)) flags |= kHasBulges;
+    if (!even && (hasAny(columns.startWidth) || hasAny(columns.endWidth))) flags |= kHasWidths;
+    for (int i = 0; i < columns.id.size() && io.version() >= kR2010; ++i)
+      if (columns.id[i] != 0) flags |= kHasIds;
     return flags;
   }
 
   // From AC1015 on each point but the first is given as a change to the one before.
-  void passPoints(int count) {
+  void passPoints(int count, const Column<GcGePoint2d>& points) {
     GcGePoint2d before;
-    vertices.reserve(count);
     for (int i = 0; i < count && !io.rec.failed(); ++i) {
-      void* vertex = Io::kWriting ? vertices.at(i) : vertices.append();
-      const GcGePoint3d held = pointOf(*rows.point, vertex);
-      GcGePoint2d p(held.x, held.y);
+      GcGePoint2d& p = points[i];
       if (i == 0 || io.version() < kR2000) {
         p = io.rec.rd2(p);
       } else {
         p.x = io.rec.dd(p.x, before.x);
         p.y = io.rec.dd(p.y, before.y);
       }
-      if constexpr (!Io::kWriting) setPoint(*rows.point, vertex, {p.x, p.y, 0});
       before = p;
     }
   }
 
-  void passReal(int index, const GcDbField* row) {
-    const bool held = index < vertices.size() && row != nullptr;
-    const double value = io.rec.bd(held ? realOf(*row, vertices.at(index)) : 0);
+  void passReal(int index, const Column<double>& column) {
+    const bool held = index < column.size();
+    const double value = io.rec.bd(held ? column[index] : 0);
     if constexpr (!Io::kWriting)
-      if (held) setReal(*row, vertices.at(index), value);
+      if (held) column[index] = value;
   }
 
-  void passId(int index) {
-    const bool held = index < vertices.size() && rows.id != nullptr;
-    const int32_t value = io.rec.bl(held ? static_cast<int32_t>(intOf(*rows.id, vertices.at(index))) : 0);
+  void passId(int index, const Column<int32_t>& column) {
+    const bool held = index < column.size();
+    const int32_t value = io.rec.bl(held ? column[index] : 0);
     if constexpr (!Io::kWriting)
-      if (held) setInt(*rows.id, vertices.at(index), value);
+      if (held) column[index] = value;
   }
 
   Io& io;
   Elements vertices;
-  VertexRows rows;
 };
 
 template <class Io>

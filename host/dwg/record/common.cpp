@@ -1,35 +1,14 @@
 #include "host/dwg/record/common.h"
 
 #include "host/db/core/extra.h"
-#include "host/db/describe/classinfo.h"
-#include "host/dwg/record/fieldvalue.h"
+#include "host/db/entities/entityaccess.h"
 #include "host/dwg/record/lineweights.h"
 
 namespace gc::dwg {
 
 namespace {
 
-// ---- fields of the entity's own description --------------------------------------------------------------
-
-struct EntityRows {
-  const GcDbField* paperSpace;
-  const GcDbField* layer;
-  const GcDbField* linetype;
-  const GcDbField* color;
-  const GcDbField* lineWeight;
-  const GcDbField* linetypeScale;
-  const GcDbField* invisible;
-
-  static const GcDbField* row(int code) {
-    for (int i = 0; i < GcDbEntity::kFieldCount; ++i)
-      if (GcDbEntity::kFields[i].code == code) return &GcDbEntity::kFields[i];
-    return nullptr;
-  }
-  static const EntityRows& get() {
-    static const EntityRows rows{row(67), row(8), row(6), row(62), row(370), row(48), row(60)};
-    return rows;
-  }
-};
+using Common = GcDbEntityAccess::Common;
 
 // ---- references all objects have -------------------------------------------------------------------------
 
@@ -134,8 +113,7 @@ struct Properties {
   bool isShadowByHandle = false;
 };
 
-void readProperties(RecordIn& record, GcDbEntity& entity, Properties& p) {
-  const EntityRows& rows = EntityRows::get();
+void readProperties(RecordIn& record, GcDbEntity& entity, Common& common, Properties& p) {
   const int version = record.version();
   record.links.mode = static_cast<RecordLinks::Mode>(record.data.bb() % 3);
   p.reactors = record.count(record.data.bl(), 8);
@@ -143,8 +121,8 @@ void readProperties(RecordIn& record, GcDbEntity& entity, Properties& p) {
   if (version >= kR2004) p.hasDictionary = !record.data.b();
   if (version < kR2004) record.links.consecutive = record.data.b();
   if (version >= kR2013) record.data.b();  // binary data of a solid stands in a section of its own
-  setColor(*rows.color, &entity, readEntityColor(record, entity, p.hasColorObject));
-  setReal(*rows.linetypeScale, &entity, record.data.bd());
+  common.color = readEntityColor(record, entity, p.hasColorObject);
+  common.linetypeScale = record.data.bd();
   if (version >= kR2000) {
     p.linetypeFlags = record.data.bb();
     p.plotStyleFlags = record.data.bb();
@@ -156,8 +134,8 @@ void readProperties(RecordIn& record, GcDbEntity& entity, Properties& p) {
   }
   if (version >= kR2010)
     for (bool& has : p.hasStyle) has = record.data.b();
-  setInt(*rows.invisible, &entity, record.data.bs() & 1);
-  if (version >= kR2000) setInt(*rows.lineWeight, &entity, lineWeightOf(record.data.rc()));
+  common.invisible = (record.data.bs() & 1) != 0;
+  if (version >= kR2000) common.lineWeight = static_cast<int16_t>(lineWeightOf(record.data.rc()));
 }
 
 GcDbObjectId readLinetype(RecordIn& record, unsigned flags) {
@@ -168,8 +146,8 @@ GcDbObjectId readLinetype(RecordIn& record, unsigned flags) {
   return id == record.context.byLayer ? GcDbObjectId() : id;
 }
 
-void readEntityReferences(RecordIn& record, GcDbEntity& entity, const Properties& p, GcDbObjectId& owner) {
-  const EntityRows& rows = EntityRows::get();
+void readEntityReferences(RecordIn& record, GcDbEntity& entity, Common& common, const Properties& p,
+                          GcDbObjectId& owner) {
   const int version = record.version();
   if (record.links.mode == RecordLinks::Mode::Owner)
     owner = record.h(kSoftPointer, {});
@@ -177,8 +155,8 @@ void readEntityReferences(RecordIn& record, GcDbEntity& entity, const Properties
     owner = record.links.mode == RecordLinks::Mode::PaperSpace ? record.context.paperSpace : record.context.modelSpace;
   readReactors(record, entity, p.reactors, p.hasDictionary);
   if (version < kR2000) {
-    setId(*rows.layer, &entity, record.h(kHardPointer, {}));
-    setId(*rows.linetype, &entity, readLinetype(record, p.linetypeFlags));
+    common.layer = record.h(kHardPointer, {});
+    common.linetype = readLinetype(record, p.linetypeFlags);
   }
   if (version < kR2004 && !record.links.consecutive) {
     record.links.previous = record.handles.h().absolute(record.own);
@@ -186,8 +164,8 @@ void readEntityReferences(RecordIn& record, GcDbEntity& entity, const Properties
   }
   if (p.hasColorObject) record.h(kHardPointer, {});
   if (version >= kR2000) {
-    setId(*rows.layer, &entity, record.h(kHardPointer, {}));
-    setId(*rows.linetype, &entity, readLinetype(record, p.linetypeFlags));
+    common.layer = record.h(kHardPointer, {});
+    common.linetype = readLinetype(record, p.linetypeFlags);
   }
   if (p.materialFlags == kByHandle) entity.needExtra().material = record.h(kHardPointer, {});
   if (p.materialFlags != 0) entity.needExtra().materialFlags = static_cast<int8_t>(p.materialFlags);
@@ -227,13 +205,14 @@ unsigned linetypeFlags(const RecordContext& context, GcDbObjectId linetype) {
 }  // namespace
 
 void readCommonEntity(RecordIn& record, GcDbEntity& entity, GcDbObjectId& owner) {
-  const EntityRows& rows = EntityRows::get();
   readGraphics(record, entity);
   if (record.version() < kR2000) readOldSize(record);
   Properties properties;
-  readProperties(record, entity, properties);
-  readEntityReferences(record, entity, properties, owner);
-  setInt(*rows.paperSpace, &entity, record.links.mode == RecordLinks::Mode::PaperSpace ? 1 : 0);
+  Common common;
+  readProperties(record, entity, common, properties);
+  readEntityReferences(record, entity, common, properties, owner);
+  common.inPaperSpace = record.links.mode == RecordLinks::Mode::PaperSpace;
+  GcDbEntityAccess::set(entity, common);
 }
 
 void writeCommonEntity(RecordOut& record, const GcDbEntity& entity, uint64_t& sizePosition) {

@@ -48,6 +48,28 @@ class Elements {
   void* m_array;
 };
 
+// One plain field of all elements of an array, which lie side by side: their rows are asked once, not per element.
+// Valid until the array grows.
+template <class T>
+class Column {
+ public:
+  // Empty where the row is missing, or where files have the field in another form than the member.
+  Column(const Elements& elements, const GcDbField* row) {
+    const int size = elements.size();
+    if (row == nullptr || row->get != nullptr || row->kind != gcdescribe::kindOf<T>() || size == 0) return;
+    m_first = static_cast<char*>(row->at(elements.at(0)));
+    if (size > 1) m_step = static_cast<char*>(row->at(elements.at(1))) - m_first;
+    m_size = size;
+  }
+  [[nodiscard]] int size() const { return m_size; }
+  T& operator[](int index) const { return *reinterpret_cast<T*>(m_first + index * m_step); }
+
+ private:
+  char* m_first = nullptr;
+  std::ptrdiff_t m_step = 0;
+  int m_size = 0;
+};
+
 template <class Record>
 class PieceIo {
  public:

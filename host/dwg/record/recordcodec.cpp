@@ -18,32 +18,6 @@ namespace gc::dwg {
 
 namespace {
 
-struct Preamble {
-  uint32_t type = 0;
-  bool ok = false;
-};
-
-// Type, sizes, handle: what every record begins with.
-Preamble readPreamble(RecordIn& record, std::span<const uint8_t> body, uint64_t handleBits) {
-  Preamble preamble;
-  const int version = record.version();
-  record.data = BitReader(body);
-  record.handles = BitReader(body);
-  preamble.type = version >= kR2010 ? record.data.ot() : static_cast<uint16_t>(record.data.bs());
-  const uint64_t all = body.size() * 8;
-  if (version >= kR2010) {
-    if (handleBits > all) return preamble;
-    splitStreams(record, body, all - handleBits);
-  } else if (version >= kR2000) {
-    const uint32_t size = record.data.rl();
-    if (size > all) return preamble;
-    splitStreams(record, body, size);
-  }
-  record.own = record.data.h().value;
-  preamble.ok = !record.failed();
-  return preamble;
-}
-
 // What is behind the last field: less than a byte of filling in the references, nothing in the other streams.
 bool endsExactly(const RecordIn& record) {
   return !record.failed() && record.data.remaining() == 0 && record.texts.remaining() == 0 &&
@@ -69,13 +43,18 @@ std::unique_ptr<GcDbObject> makeObject(const TypeInfo& info) {
   return std::unique_ptr<GcDbObject>(info.isMade ? static_cast<GcDbObject*>(info.rxClass->create()) : nullptr);
 }
 
-// The part all objects have; leaves the streams at the first field of the class.
-void readCommon(RecordIn& record, GcDbObject& object, bool isEntity, ReadRecord& result) {
+void readExtendedData(RecordIn& record, unsigned firstSize, GcDbObject& object, ReadRecord& result) {
   GcDbGroupList xdata;
   bool damaged = false;
-  readXData(record, xdata, damaged);
+  readXData(record, firstSize, xdata, damaged);
   if (damaged) result.trouble = "part of its extended data means nothing and was left out";
-  if (!xdata.isEmpty()) object.needExtra().xdata = xdata;
+  if (!xdata.isEmpty()) object.needExtra().xdata = std::move(xdata);
+}
+
+// The part all objects have; leaves the streams at the first field of the class.
+void readCommon(RecordIn& record, GcDbObject& object, bool isEntity, ReadRecord& result) {
+  if (const auto size = static_cast<uint16_t>(record.data.bs()); size != 0)
+    readExtendedData(record, size, object, result);
   if (isEntity)
     readCommonEntity(record, static_cast<GcDbEntity&>(object), result.owner);
   else
@@ -103,11 +82,12 @@ bool unwrapProxy(RecordIn& record, GcDbZombieData& data) {
 }
 
 // The record as it is, when its class is unknown or its fields are not as they should be.
-ReadRecord readRaw(RecordContext& context, std::span<const uint8_t> body, uint64_t handleBits, const TypeInfo& info) {
+ReadRecord readRaw(RecordContext& context, const RecordBits& bits, const TypeInfo& info) {
   RecordIn record(context, 0);
   ReadRecord result;
-  result.type = readPreamble(record, body, handleBits).type;
-  result.handle = record.own;
+  const RecordBegin begin = beginRecord(record, bits);
+  result.type = begin.type;
+  result.handle = begin.handle;
   result.keptRaw = true;
   if (info.isEntity)
     result.object.reset(new GcDbZombieEntity);
@@ -141,33 +121,46 @@ uint32_t typeOfRecord(int version, std::span<const uint8_t> body) {
   return in.failed() ? 0 : type;
 }
 
-RecordHead headOfRecord(int version, std::span<const uint8_t> body) {
-  BitReader in(body);
-  RecordHead head;
-  head.type = version >= kR2010 ? in.ot() : static_cast<uint16_t>(in.bs());
-  if (version >= kR2000 && version < kR2010) in.rl();
-  head.handle = in.h().value;
-  if (in.failed()) head = {};
-  return head;
+RecordBegin beginRecord(RecordIn& record, const RecordBits& bits) {
+  RecordBegin begin;
+  const int version = record.version();
+  record.behind = bits.behind;
+  record.data = record.handles = BitReader(bits.body, bits.behind);
+  begin.type = version >= kR2010 ? record.data.ot() : static_cast<uint16_t>(record.data.bs());
+  const uint64_t all = bits.body.size() * 8;
+  uint64_t dataBits = all;
+  if (version >= kR2000 && version < kR2010) dataBits = record.data.rl();
+  if (version >= kR2010) dataBits = bits.handleBits <= all ? all - bits.handleBits : all + 1;
+  begin.handle = record.own = record.data.h().value;
+  if (dataBits > all) return begin;
+  if (version >= kR2000) splitStreams(record, bits.body, dataBits);
+  begin.ok = !record.failed();
+  return begin;
 }
 
 ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uint64_t handleBits) {
   RecordIn record(context, 0);
+  const RecordBits bits{body, handleBits, 0};
+  const RecordBegin begin = beginRecord(record, bits);
+  return readRecord(record, begin, bits);
+}
+
+ReadRecord readRecord(RecordIn& record, const RecordBegin& begin, const RecordBits& bits) {
+  RecordContext& context = record.context;
   ReadRecord result;
-  const Preamble preamble = readPreamble(record, body, handleBits);
-  result.type = preamble.type;
-  result.handle = record.own;
-  if (!preamble.ok) {
+  result.type = begin.type;
+  result.handle = begin.handle;
+  if (!begin.ok) {
     result.trouble = "its sizes are wrong";
     return result;
   }
-  const TypeInfo& info = context.classes.typeOf(preamble.type);
+  const TypeInfo& info = context.classes.typeOf(begin.type);
   if (!info.isKnown) {
     result.trouble = "no class has its number";
     return result;
   }
   result.object = makeObject(info);
-  if (result.object == nullptr) return readRaw(context, body, handleBits, info);
+  if (result.object == nullptr) return readRaw(context, bits, info);
   const bool isKnown = info.isRead();
   if (isKnown) {
     readCommon(record, *result.object, info.isEntity, result);
@@ -176,7 +169,7 @@ ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uin
       return result;
     }
   }
-  ReadRecord raw = readRaw(context, body, handleBits, info);
+  ReadRecord raw = readRaw(context, bits, info);
   if (isKnown && raw.trouble.empty()) raw.trouble = "its fields do not end where its record ends: kept as it is";
   return raw;
 }
@@ -206,11 +199,22 @@ bool readKeptBits(const GcDbZombieData& data, GcDbObject& object) {
 
 WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links) {
   RecordOut record(context, object.handle());
-  const RecordView written = writeRecord(record, object, type, links);
+  const RecordView written = writeRecord(record, object, objectKind(object), type, links);
   return {{written.body.begin(), written.body.end()}, written.handleBits};
 }
 
-RecordView writeRecord(RecordOut& record, const GcDbObject& object, uint32_t type, const EntityLinks& links) {
+ObjectKind objectKind(const GcDbObject& object) {
+  ObjectKind kind;
+  kind.isEntity = object.isKindOf(GcDbEntity::desc());
+  kind.isTable = object.isKindOf(GcDbSymbolTable::desc());
+  kind.isZombie = zombieDataOf(object) != nullptr;
+  kind.packing = boundTableOf(*object.isA());
+  kind.filesItself = object.isA()->info() == nullptr;
+  return kind;
+}
+
+RecordView writeRecord(RecordOut& record, const GcDbObject& object, const ObjectKind& kind, uint32_t type,
+                       const EntityLinks& links) {
   record.restart(object.handle());
   static_cast<EntityLinks&>(record.links) = links;
   const int version = record.version();
@@ -221,25 +225,28 @@ RecordView writeRecord(RecordOut& record, const GcDbObject& object, uint32_t typ
   uint64_t sizePosition = record.data.position();
   if (version >= kR2000 && version < kR2010) record.data.rl(0);
   record.data.h(0, record.own);
-  static const GcDbGroupList kNone;
-  writeXData(record, object.extra() != nullptr ? object.extra()->xdata : kNone);
-  if (const auto* entity = GcDbEntity::cast(&object))
-    writeCommonEntity(record, *entity, sizePosition);
+  if (object.extra() != nullptr)
+    writeXData(record, object.extra()->xdata);
+  else
+    record.data.bs(0);
+  if (kind.isEntity)
+    writeCommonEntity(record, static_cast<const GcDbEntity&>(object), sizePosition);
   else
     writeCommonObject(record, object, sizePosition);
 
   auto& changeable = const_cast<GcDbObject&>(object);  // the loop over rows is one for both directions
-  if (const GcDbZombieData* raw = zombieDataOf(object)) {
-    if (isProxied(*raw, version))
-      putProxy(record, *raw, record.context.classes.numberFor(*raw));
+  if (kind.isZombie) {
+    const GcDbZombieData& raw = *zombieDataOf(object);
+    if (isProxied(raw, version))
+      putProxy(record, raw, record.context.classes.numberFor(raw));
     else
-      putRaw(record, *raw);
-  } else if (const auto* table = GcDbSymbolTable::cast(&object)) {
-    writeTable(record, *table);
-  } else if (const BoundTable* packing = boundTableOf(*object.isA())) {
+      putRaw(record, raw);
+  } else if (kind.isTable) {
+    writeTable(record, static_cast<const GcDbSymbolTable&>(object));
+  } else if (kind.packing != nullptr) {
     uint32_t registers[kRegisters] = {};
-    packRows(record, *packing, &changeable, registers);
-  } else if (object.isA()->info() != nullptr) {
+    packRows(record, *kind.packing, &changeable, registers);
+  } else if (!kind.filesItself) {
     GcDbZombieData groups = gcdbAsGroups(object);
     groups.recordType = static_cast<uint16_t>(ClassMap::fixedTypeOf(view(object.isA()->name())));
     putProxy(record, groups, record.context.classes.numberFor(groups));
@@ -257,9 +264,6 @@ RecordView writeRecord(RecordOut& record, const GcDbObject& object, uint32_t typ
   return written;
 }
 
-bool hasPacking(const GcDbObject& object) {
-  return zombieDataOf(object) != nullptr || GcDbSymbolTable::cast(&object) != nullptr ||
-         boundTableOf(*object.isA()) != nullptr || object.isA()->info() == nullptr;
-}
+bool hasPacking(const GcDbObject& object) { return objectKind(object).isWritten(); }
 
 }  // namespace gc::dwg

@@ -32,12 +32,20 @@ ReadRecord readRecord(RecordContext& context, std::span<const uint8_t> body, uin
 
 // The type of a record without reading it; 0 when it is too short.
 uint32_t typeOfRecord(int version, std::span<const uint8_t> body);
-// Type and handle of a record.
-struct RecordHead {
+
+// The same in two steps, so that a caller can look at the beginning first.
+struct RecordBits {
+  std::span<const uint8_t> body;
+  uint64_t handleBits = 0;
+  size_t behind = 0;  // bytes behind the body that may be touched
+};
+struct RecordBegin {
   uint32_t type = 0;
   uint64_t handle = 0;
+  bool ok = false;  // the sizes are possible
 };
-RecordHead headOfRecord(int version, std::span<const uint8_t> body);
+RecordBegin beginRecord(RecordIn& record, const RecordBits& bits);
+ReadRecord readRecord(RecordIn& record, const RecordBegin& begin, const RecordBits& bits);
 
 // The fields of an object from the bits a zombie kept of its record; the parts all objects have are not among them.
 // False when the bits do not end where the fields do. The codec gives this to the database when the program starts.
@@ -53,7 +61,21 @@ struct RecordView {
   std::span<const uint8_t> body;
   uint64_t handleBits = 0;
 };
-RecordView writeRecord(RecordOut& record, const GcDbObject& object, uint32_t type, const EntityLinks& links);
+// What writing asks of an object's class, the same for all its objects.
+struct ObjectKind {
+  const BoundTable* packing = nullptr;
+  bool isEntity = false;
+  bool isTable = false;
+  bool isZombie = false;
+  bool filesItself = false;
+
+  // Whether objects of the class are written in records of their own class.
+  [[nodiscard]] bool isWritten() const { return isZombie || isTable || packing != nullptr || filesItself; }
+};
+ObjectKind objectKind(const GcDbObject& object);
+
+RecordView writeRecord(RecordOut& record, const GcDbObject& object, const ObjectKind& kind, uint32_t type,
+                       const EntityLinks& links);
 
 // `type`: the number of the object's class in the file. `links`: mode, neighbours.
 WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links);

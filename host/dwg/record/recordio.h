@@ -17,7 +17,8 @@ class RecordIn {
   RecordIn(RecordContext& file, uint64_t handle) : context(file), own(handle) {}
 
   RecordContext& context;
-  uint64_t own;  // handle of the record
+  uint64_t own;       // handle of the record
+  size_t behind = 0;  // bytes behind the record that may be touched
   BitReader data;
   BitReader texts;  // from AC1021 on; empty when the record has no texts
   BitReader handles;
@@ -80,7 +81,6 @@ class RecordOut {
     data.clear();
     texts.clear();
     handles.clear();
-    links = RecordLinks();
     hasTexts = isRaw = rawTexts = false;
   }
 

@@ -3,12 +3,12 @@
 namespace gc::dwg {
 
 void splitStreams(RecordIn& record, std::span<const uint8_t> body, uint64_t dataEnd) {
-  record.handles = BitReader(body, dataEnd, body.size() * 8);
+  record.handles = BitReader(body, dataEnd, body.size() * 8, record.behind);
   record.data.setEnd(dataEnd);
   if (record.version() < kR2007 || dataEnd == 0) return;
   uint64_t end = dataEnd - 1;
   record.data.setEnd(end);
-  record.hasTexts = BitReader(body, end, dataEnd).b();
+  record.hasTexts = BitReader(body, end, dataEnd, record.behind).b();
   if (!record.hasTexts) return;
   constexpr uint64_t kSizeBits = 16;
   if (end < 2 * kSizeBits) {
@@ -16,16 +16,16 @@ void splitStreams(RecordIn& record, std::span<const uint8_t> body, uint64_t data
     return;
   }
   end -= kSizeBits;
-  uint64_t size = BitReader(body, end, end + kSizeBits).rs();
+  uint64_t size = BitReader(body, end, end + kSizeBits, record.behind).rs();
   if ((size & 0x8000) != 0) {
     end -= kSizeBits;
-    size = (size & 0x7FFF) | uint64_t{BitReader(body, end, end + kSizeBits).rs()} << 15;
+    size = (size & 0x7FFF) | uint64_t{BitReader(body, end, end + kSizeBits, record.behind).rs()} << 15;
   }
   if (size > end) {
     record.fail();
     return;
   }
-  record.texts = BitReader(body, end - size, end);
+  record.texts = BitReader(body, end - size, end, record.behind);
   record.data.setEnd(end - size);
 }
 

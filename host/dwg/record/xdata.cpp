@@ -122,18 +122,14 @@ void writeApplication(RecordOut& record, GcView name, BitWriter& values) {
 
 }  // namespace
 
-void readXData(RecordIn& record, GcDbGroupList& xdata, bool& damaged) {
-  for (;;) {
-    const auto size = static_cast<uint16_t>(record.data.bs());
-    if (size == 0 || record.data.failed()) return;
+void readXData(RecordIn& record, unsigned size, GcDbGroupList& xdata, bool& damaged) {
+  for (; size != 0 && !record.data.failed(); size = static_cast<uint16_t>(record.data.bs())) {
     const uint64_t application = record.data.h().absolute(record.own);
-    if (record.data.remaining() / 8 < size) {
-      record.data.fail();
-      return;
-    }
-    std::string bytes(size, '\0');
-    record.data.bytes(reinterpret_cast<uint8_t*>(bytes.data()), size);
-    BitReader in({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
+    const uint64_t end = record.data.position() + uint64_t{size} * 8;
+    BitReader in = record.data;
+    record.data.seek(end);
+    if (record.data.failed()) return;
+    in.setEnd(end);
     const GcText name = record.context.nameOf(application);
     if (name.empty()) {
       damaged = true;
@@ -147,6 +143,10 @@ void readXData(RecordIn& record, GcDbGroupList& xdata, bool& damaged) {
 }
 
 void writeXData(RecordOut& record, const GcDbGroupList& xdata) {
+  if (xdata.isEmpty()) {
+    record.data.bs(0);
+    return;
+  }
   BitWriter values;
   GcText name;
   GcDbGroupList::Cursor cursor(xdata);

@@ -7,7 +7,8 @@
 namespace gc::dwg {
 
 // What cannot be read of one application (unknown codes, wrong lengths) is dropped up to its end; `damaged` says so.
-void readXData(RecordIn& record, GcDbGroupList& xdata, bool& damaged);
+// `size`: of the first application's data, which is read already.
+void readXData(RecordIn& record, unsigned size, GcDbGroupList& xdata, bool& damaged);
 void writeXData(RecordOut& record, const GcDbGroupList& xdata);
 
 }  // namespace gc::dwg

@@ -211,6 +211,21 @@ TEST(Bits, BytesAtOddPlaces) {
   EXPECT_FALSE(in.bytes(back, 4));
 }
 
+// Bytes behind the end may be touched, but never count.
+TEST(Bits, WhatLiesBehindTheEndIsNotRead) {
+  std::vector<uint8_t> bytes = {0x12, 0x34, 0x56, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+  const std::span<const uint8_t> record(bytes.data(), 3);
+  BitReader in(record, bytes.size() - record.size());
+  EXPECT_EQ(in.remaining(), 24u);
+  EXPECT_EQ(in.bits(24), 0x123456u);
+  EXPECT_FALSE(in.failed());
+  EXPECT_EQ(in.bits(1), 0u);
+  EXPECT_TRUE(in.failed());
+  BitReader handle({bytes.data(), 1}, bytes.size() - 1);  // says two bytes that are not the record's
+  EXPECT_EQ(handle.h().value, 0u);
+  EXPECT_TRUE(handle.failed());
+}
+
 TEST(Bits, PatchedLongReadsAsWritten) {
   BitWriter out;
   out.bits(1, 3);
@@ -232,6 +247,25 @@ TEST(Checksums, KnownValues) {
   EXPECT_EQ(crc16(bytes, 0), 0xBB3D);
   EXPECT_EQ(crc32(bytes, 0), 0xCBF43926u);
   EXPECT_EQ(pageChecksum(bytes, 1), 0x091E01DEu);
+}
+
+// Runs are summed sixteen bytes at once, the rest one by one: the sum of a whole is that of its parts.
+TEST(Checksums, SumsOfPartsAreThoseOfTheWhole) {
+  std::mt19937 rng(21);
+  std::vector<uint8_t> bytes(300);
+  for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(rng());
+  for (size_t size = 0; size < bytes.size(); ++size) {
+    const std::span<const uint8_t> whole(bytes.data(), size);
+    uint16_t crc = kCrcSeed;
+    uint32_t low = 1, high = 0;
+    for (size_t i = 0; i < size; ++i) {
+      crc = crc16(whole.subspan(i, 1), crc);
+      low = (low + bytes[i]) % 65521;
+      high = (high + low) % 65521;
+    }
+    ASSERT_EQ(crc16(whole, kCrcSeed), crc) << size;
+    ASSERT_EQ(pageChecksum(whole, 1), high << 16 | low) << size;
+  }
 }
 
 TEST(Checksums, SumsDoNotOverflowOnLongRuns) {

@@ -18,6 +18,7 @@
 #include "host/db/objects/zombiedata.h"
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/file/lz.h"
+#include "host/dwg/file/nearlysorted.h"
 #include "host/dwg/file/objectloader.h"
 #include "host/dwg/file/objectmap.h"
 #include "host/dwg/file/sectionframe.h"
@@ -163,6 +164,25 @@ TEST(ObjectMap, EntriesComeBack) {
   for (size_t i = 0; i < back.size(); ++i) {
     EXPECT_EQ(back[i].handle, entries[i].handle);
     EXPECT_EQ(back[i].offset, entries[i].offset);
+  }
+}
+
+// Strays of every kind: early large ones, late small ones, single ones and runs.
+TEST(NearlySorted, AnyOrderIsSorted) {
+  std::mt19937 rng(17);
+  for (int round = 0; round < 500; ++round) {
+    std::vector<uint32_t> numbers(rng() % 200);
+    for (size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<uint32_t>(i * 2);
+    for (unsigned strays = rng() % 30; strays > 0 && !numbers.empty(); --strays) {
+      const auto from = numbers.begin() + static_cast<std::ptrdiff_t>(rng() % numbers.size());
+      const auto to = numbers.begin() + static_cast<std::ptrdiff_t>(rng() % numbers.size());
+      std::rotate(std::min(from, to), std::min(from, to) + (from == to ? 0 : 1), std::max(from, to));
+    }
+    if (round % 5 == 0) std::shuffle(numbers.begin(), numbers.end(), rng);
+    std::vector<uint32_t> expected = numbers;
+    std::sort(expected.begin(), expected.end());
+    sortNearlySorted(numbers, [](uint32_t a, uint32_t b) { return a < b; });
+    ASSERT_EQ(numbers, expected) << "round " << round;
   }
 }
 
