@@ -4,6 +4,7 @@
 
 #include "db/blockbegin.h"
 #include "db/dictionary.h"
+#include "db/dimension.h"
 #include "host/db/clone/block.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/header.h"
@@ -114,7 +115,10 @@ GcDbObjectId GcDbCloner::makeCopy(GcDbObjectId source, GcDbObjectId owner, bool 
   m_map.assign({source, copy, true, primary});
   m_pending.push_back({source, copy});
   copyOwned(*from, copy);
-  if (crossing()) bringAlong(*from);
+  if (crossing())
+    bringAlong(*from);
+  else if (const auto* dimension = GcDbDimension::cast(&*from))
+    counterpart(dimension->dimBlockId());  // one dimension alone shows the block: it goes when that one changes
   return copy;
 }
 
@@ -154,11 +158,11 @@ GcDbObjectId GcDbCloner::counterpart(GcDbObjectId source) {
 
 GcDbObjectId GcDbCloner::counterpartRecord(const GcDbSymbolTableRecord& record) {
   const GcDbObjectId source = record.objectId();
-  Reading<GcDbSymbolTable> from(record.ownerId());
-  if (!from) return {};
+  if (!record.ownerId().isValid()) return {};
+  const GcRxClass* kind = record.ownerId().objectClass();
   GcDbObjectId tableId;
   for (int which = 0; which < GcDbDatabase::kTableCount; ++which)
-    if (m_target.tableId(which).objectClass() == from->isA()) tableId = m_target.tableId(which);
+    if (m_target.tableId(which).objectClass() == kind) tableId = m_target.tableId(which);
   GcDbSymbolTable* table = nullptr;
   if (gcdbOpenObject(table, tableId, GcDb::kForWrite) != Gcad::eOk) return {};
   GcDbObjectId existing;

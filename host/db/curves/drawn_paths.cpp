@@ -4,18 +4,30 @@
 #include <numbers>
 
 #include "host/db/curves/curve_path.h"
+#include "host/db/entities/draw_path.h"
 #include "host/gi/listener.h"
 #include "host/gi/textline.h"
 
 namespace {
 
-class Collector : public GcGiListener {
+class Collector : public GcGiListener, public gcdraw::PathListener {
  public:
   explicit Collector(std::vector<GcGePath>& paths) : m_paths(paths) {}
 
   [[nodiscard]] double deviation() const override { return 0; }
 
+  // A curve inside a block is met where its own path is, like one outside.
+  void draw(GcGiDrawable* drawable) override {
+    const GcDbCurve* curve = GcDbCurve::cast(drawable);
+    if (curve == nullptr) return GcGiListener::draw(drawable);
+    const GcDbCurvePath path(*curve);
+    if (path.status() == Gcad::eOk) return add(*path);
+    if (path.status() == Gcad::eNotApplicable) GcGiListener::draw(drawable);
+  }
+
  private:
+  void wholePath(const GcGePath& path) override { add(path); }
+
   void add(const GcGePath& path) {
     if (path.isEmpty() || !path.isFinite()) return;
     m_paths.push_back(!isMoved() ? path : path.transformed(transform()));

@@ -209,7 +209,7 @@ void GcDbDimension::mirrorTextAngle(const GcGeMatrix3d& transform) {
 }
 
 // Mirrored, a dimension is never seen from behind, whatever the setting for texts. Moved, the dimension shows its block at an offset, as copies that share a block do. Under any other change the
-// block no longer fits, and the dimension draws itself.
+// block no longer fits, and the dimension makes a new one.
 Gcad::ErrorStatus GcDbDimension::subTransformBy(const GcGeMatrix3d& transform) {
   if (!transform.isUniScaledOrtho()) return Gcad::eCannotScaleNonUniformly;
   const bool keepsBlock = onlyMoves(transform);
@@ -222,7 +222,7 @@ Gcad::ErrorStatus GcDbDimension::subTransformBy(const GcGeMatrix3d& transform) {
   m_cloneOffset = m_cloneOffset + moved;
   if (!keepsBlock) {
     m_measurement = measured();
-    m_blockId.setNull();
+    if (m_blockId.isNull() || recomputeDimBlock() != Gcad::eOk) m_blockId.setNull();
   }
   return Gcad::eOk;
 }

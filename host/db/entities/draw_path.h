@@ -6,7 +6,17 @@
 
 namespace gcdraw {
 
-// Bounded spans only: lines and cubics as they are, other curves as cubic arcs that touch them at 16 places a span.
+// What listens to drawables drawing and takes paths as they are.
+class PathListener {
+ public:
+  virtual void wholePath(const GcGePath& path) = 0;
+
+ protected:
+  ~PathListener() = default;
+};
+
+// To a PathListener the path itself, to others primitives. Bounded spans only: lines, circular arcs and cubics as they are, other curves as
+// cubics that touch them at 17 places a span.
 void path(GcGiWorldDraw& draw, const GcGePath& path);
 
 }  // namespace gcdraw

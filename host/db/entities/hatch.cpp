@@ -1,6 +1,7 @@
 #include "db/hatch.h"
 
 #include <iterator>
+#include <vector>
 
 #include "db/database.h"
 #include "host/db/core/header.h"
@@ -239,6 +240,9 @@ void turnEdge(GcDbHatchEdge& edge, double angleRad, double factor) {
 Gcad::ErrorStatus GcDbHatch::subTransformBy(const GcGeMatrix3d& transform) {
   if (!transform.isUniScaledOrtho()) return Gcad::eCannotScaleNonUniformly;
   const GcGeVector3d formerX = gcplanar::directionAt(0, m_normal);
+  std::vector<GcGePoint3d> bases;  // in the world: the lines go along with what they fill
+  for (const GcDbHatchPatternLine& line : m_lines)
+    bases.push_back(gcplanar::toWorld(GcGePoint3d(line.baseX, line.baseY, m_elevation), m_normal));
   const Gcad::ErrorStatus status = GcDbEntity::subTransformBy(transform);
   if (status != Gcad::eOk) return status;
   double turn = gcplanar::angleOf(transform * formerX, m_normal);
@@ -253,9 +257,12 @@ Gcad::ErrorStatus GcDbHatch::subTransformBy(const GcGeMatrix3d& transform) {
     x = c * x0 - s * y;
     y = s * x0 + c * y;
   };
-  for (GcDbHatchPatternLine& line : m_lines) {
+  for (int i = 0; i < m_lines.length(); ++i) {
+    GcDbHatchPatternLine& line = m_lines[i];
     line.angleRad = gcplanar::inFullTurn(line.angleRad + turn);
-    turned(line.baseX, line.baseY);
+    const GcGePoint3d base = gcplanar::toOwn(transform * bases[static_cast<size_t>(i)], m_normal);
+    line.baseX = base.x;
+    line.baseY = base.y;
     turned(line.offsetX, line.offsetY);
     for (double& dash : line.dashes) dash *= factor;
   }
