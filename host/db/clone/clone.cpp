@@ -5,6 +5,7 @@
 #include "db/blockbegin.h"
 #include "db/dictionary.h"
 #include "db/dimension.h"
+#include "db/hatch.h"
 #include "host/db/clone/block.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/header.h"
@@ -322,6 +323,14 @@ void GcDbCloner::sortCopies(GcDbSortentsTable& copy, GcDbObjectId sourceBlock) c
   ignore(copy.setPairs(pairs));
 }
 
+// A hatch copied together with all its boundary follows the copied one; another copy is bound to nothing.
+void GcDbCloner::keepToCopies(GcDbHatch& copy, const GcDbHatch& source) const {
+  if (!source.associative()) return;
+  for (const GcDbHatchLoop& loop : source.loops())
+    for (const GcDbObjectId id : loop.sources)
+      if (m_map.valueOf(id).isNull()) return ignore(copy.removeAssociativity());
+}
+
 Gcad::ErrorStatus GcDbCloner::fill(const Pending& pending) {
   GcDbObject* copy = pending.copy.stub()->object;
   const GcDbObjectId owner = copy->ownerId();
@@ -363,6 +372,7 @@ Gcad::ErrorStatus GcDbCloner::fill(const Pending& pending) {
       return crossing() ? uint64_t{0} : handle;
     });
   }
+  if (auto* hatch = GcDbHatch::cast(copy)) keepToCopies(*hatch, *GcDbHatch::cast(&*source));
   if (auto* order = GcDbSortentsTable::cast(copy)) sortCopies(*order, GcDbSortentsTable::cast(&*source)->blockId());
   copy->subLoaded();
   return status;

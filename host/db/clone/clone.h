@@ -8,6 +8,7 @@
 #include "db/database.h"
 #include "db/idmapping.h"
 
+class GcDbHatch;
 class GcDbSortentsTable;
 
 class GcDbCloner {
@@ -39,6 +40,7 @@ class GcDbCloner {
   void replaceRecord(GcDbObjectId source, GcDbObjectId existing);
   Gcad::ErrorStatus attach(GcDbObjectId copy, GcDbObjectId source, GcDbObjectId owner);
   Gcad::ErrorStatus fill(const Pending& pending);
+  void keepToCopies(GcDbHatch& copy, const GcDbHatch& source) const;
   void sortCopies(GcDbSortentsTable& copy, GcDbObjectId sourceBlock) const;
   GcDbObjectId translated(GcDbObjectId id, int kind) const;
 

@@ -165,6 +165,8 @@ Gcad::ErrorStatus GcDbHatch::setPattern(HatchPatternType type, const GCHAR* name
 
 namespace {
 
+constexpr int kDerivedLoop = 4;  // made of curves of the drawing
+
 // The curves of an associative hatch are bound to tell it of their changes.
 void bindTo(GcDbObjectId hatch, const GcDbObjectIdArray& curves) {
   for (const GcDbObjectId id : curves) {
@@ -207,7 +209,6 @@ Gcad::ErrorStatus GcDbHatch::removeLoopAt(int index) {
 
 // A loop whose curves are gone or no longer close stays as it was and is bound to nothing any more.
 Gcad::ErrorStatus GcDbHatch::evaluateHatch(bool) {
-  constexpr int kDerived = 4;
   assertWriteEnabled();
   if (!m_isAssociative) return Gcad::eOk;
   for (GcDbHatchLoop& loop : m_loops) {
@@ -218,8 +219,18 @@ Gcad::ErrorStatus GcDbHatch::evaluateHatch(bool) {
       continue;
     }
     loop.sources.clear();
-    loop.flags &= ~kDerived;
+    loop.flags &= ~kDerivedLoop;
   }
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus GcDbHatch::removeAssociativity() {
+  assertWriteEnabled();
+  for (GcDbHatchLoop& loop : m_loops) {
+    loop.sources.clear();
+    loop.flags &= ~kDerivedLoop;
+  }
+  m_isAssociative = false;
   return Gcad::eOk;
 }
 

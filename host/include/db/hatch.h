@@ -132,6 +132,8 @@ class GcDbHatch : public GcDbEntity {
   Gcad::ErrorStatus removeLoopAt(int index);
   // Makes the loops of an associative hatch anew from the curves they came from. Errors: as appendLoop.
   Gcad::ErrorStatus evaluateHatch(bool underestimateNumLines = false);
+  // The loops stay and follow no curves any more.
+  Gcad::ErrorStatus removeAssociativity();
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
   // Whether it was last drawn as a fill because its pattern has too many lines.
