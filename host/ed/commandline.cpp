@@ -57,11 +57,7 @@ FeedStatus CommandLine::start(GcView typed) {
   bool global = false;
   const GcView name = withoutPrefixes(typed, global);
   if (const auto function = CommandStack::find(name, global)) {
-    beginGroup();
-    m_names.push_back(upperText(name));
-    function();
-    m_names.pop_back();
-    endGroup();
+    runPlugIn(upperText(name), function);
     return FeedStatus::Done;
   }
   const std::vector<GcText>& undefined = m_editor.undefinedCommands;
@@ -73,15 +69,18 @@ FeedStatus CommandLine::start(GcView typed) {
     if (lisp != nullptr && lisp->runCommand(name)) return FeedStatus::Done;
     if (VariableValue value; getVariable(m_editor, name, value)) return startVariable(name);
     ap::print(GC_T("\nUnknown command \"") + upperText(name) + GC_T("\".\n"));
+    m_editor.watchers().tell(Happening::CommandUnknown, upperText(name));
     return FeedStatus::Unknown;
   }
   beginGroup();
+  m_editor.watchers().tell(Happening::CommandStarts, gc::fromUtf8(command->name));
   m_running.push_back(std::make_unique<CommandRun>(m_editor, *command));
   m_names.push_back(gc::fromUtf8(command->name));
   m_running.back()->start();
   if (m_running.back()->done()) {
-    m_failedAtOnce = !m_running.back()->succeeded();
+    const bool failed = !m_running.back()->succeeded();
     finish();
+    m_failedAtOnce = failed;
   }
   return FeedStatus::Done;
 }
@@ -92,9 +91,26 @@ FeedStatus CommandLine::startVariable(GcView name) {
   return status == FeedStatus::Done ? feed(InputItem::ofText(name)) : status;
 }
 
+// A plug-in's command: it runs to its end at once.
+void CommandLine::runPlugIn(const GcText& name, void (*function)()) {
+  beginGroup();
+  m_editor.watchers().tell(Happening::CommandStarts, name);
+  m_names.push_back(name);
+  function();
+  m_names.pop_back();
+  m_editor.watchers().tell(Happening::CommandEnded, name);
+  endGroup();
+}
+
 void CommandLine::finish() {
+  const CommandRun& run = *m_running.back();
+  const Happening how = run.cancelled()   ? Happening::CommandCancelled
+                        : run.succeeded() ? Happening::CommandEnded
+                                          : Happening::CommandFailed;
+  const GcText name = m_names.back();
   m_running.pop_back();
   m_names.pop_back();
+  m_editor.watchers().tell(how, name);  // within the group, so that one undo takes back both
   endGroup();
 }
 
@@ -169,7 +185,7 @@ void CommandLine::type(GcView text) {
 }
 
 void CommandLine::rememberPoint(const GcGePoint3d& point) {
-  static_cast<void>(setVariable(m_editor, GC_T("LASTPOINT"), VariableValue::ofPoint(point.x, point.y, point.z)));
+  static_cast<void>(setQuietly(m_editor, GC_T("LASTPOINT"), VariableValue::ofPoint(point.x, point.y, point.z)));
 }
 
 void CommandLine::beginGroup() {

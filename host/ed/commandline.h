@@ -61,6 +61,7 @@ class CommandLine {
  private:
   FeedStatus start(GcView typed);
   FeedStatus startVariable(GcView name);
+  void runPlugIn(const GcText& name, void (*function)());
   void finish();
   void closeGroups();
   void openGroups();

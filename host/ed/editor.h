@@ -7,6 +7,7 @@
 #include "db/layoutmanager.h"
 #include "host/ap/document.h"
 #include "host/ed/editorview.h"
+#include "host/ed/editorwatcher.h"
 #include "host/ed/selectionsets.h"
 #include "host/ed/variables/variables.h"
 
@@ -28,6 +29,7 @@ class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
   HeldSet& pickedSet() { return m_pickedSet; }      // chosen before a command
 
   SessionValues& sessionValues() { return m_sessionValues; }
+  EditorWatchers& watchers() { return m_watchers; }
   int errorNumber = 0;  // the variable ERRNO
   static constexpr int kMissedPick = 7;
   static constexpr int kEnterPressed = 52;
@@ -73,6 +75,7 @@ class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
   HeldSet m_previousSet{m_sets};
   HeldSet m_pickedSet{m_sets};
   SessionValues m_sessionValues;
+  EditorWatchers m_watchers;
   EditorView m_view;
   std::vector<EditorView> m_earlierViews;
   std::vector<GcGeMatrix3d> m_earlierUcs;

@@ -107,6 +107,22 @@ def foreign(checks):
         checks.run(f"{name} read after that", "-d", second, "-e", FOREIGN_READ)
 
 
+# Values of LISP programs, kept by the host's own functions; each script ends with 0 when all is well.
+KEPT = """(setq value '(1 0.1 -1.0e-300 "za\\"\\\\ó\\n" (x . 2.5) nil T (((3.0)))))
+(vlax-ldata-put "KEPT" "k" value)
+(vlax-ldata-put (entmakex '((0 . "POINT") (10 1.0 2.0 0.0))) "of point" (list value (entmakex '((0 . "LINE") (10 0 0 0) (11 1 1 0)))))"""
+KEPT_READ = """(setq value '(1 0.1 -1.0e-300 "za\\"\\\\ó\\n" (x . 2.5) nil T (((3.0)))))
+(setq point (ssname (ssget "_X" '((0 . "POINT"))) 0) line (ssname (ssget "_X" '((0 . "LINE"))) 0))
+(exit (if (and (equal (vlax-ldata-get "KEPT" "k") value 0.0) (equal (vlax-ldata-get point "of point") (list value line))) 0 3))"""
+
+
+def kept(checks, kind, version):
+    name = checks.path(f"kept-{version}.{kind}")
+    put, read = checks.script("kept.lsp", KEPT), checks.script("kept_read.lsp", KEPT_READ)
+    if checks.run(f"{kind} {version} values kept", put, "-s", name, "--as", version):
+        checks.run(f"{kind} {version} kept values read", "-d", name, read)
+
+
 def dry_run(checks):
     """A script that puts a value and then fails leaves the drawing's file as it was."""
     drawing = checks.path("dry.dxf")
@@ -135,6 +151,7 @@ def main():
                 if not checks.run(f"{kind} {version} put", put, "-s", name, "--as", version):
                     continue
                 checks.run(f"{kind} {version} read", "-d", name, check)
+                kept(checks, kind, version)
                 checks.run(f"{kind} {version} without the module", "--no-module", "-d", name, absent)
                 checks.run(f"{kind} {version} saved without the module", "--no-module", "-d", name, "-e", "(princ)",
                            "-s", again, "--as", version)

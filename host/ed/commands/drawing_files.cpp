@@ -30,8 +30,7 @@ GcText fullName(Editor& editor, const GcText& typed, const GCHAR* extension) {
   return GcText(beside) + GC_T("/") + name;
 }
 
-bool write(CommandInput& in, GcDbDatabase& database, const GcText& name, GcDb::GcDbDwgVersion version) {
-  if (ap::isDryRun()) return true;
+bool writeFile(CommandInput& in, GcDbDatabase& database, const GcText& name, GcDb::GcDbDwgVersion version) {
   GcDbSaveOptions how;
   how.version = std::max(version, GcDb::kDHL_AC1009);
   how.backup = integerVariable(in.editor(), "ISAVEBAK") != 0;
@@ -39,6 +38,15 @@ bool write(CommandInput& in, GcDbDatabase& database, const GcText& name, GcDb::G
   if (gcdbSaveDrawing(database, gc::toUtf8(name), how, message) == Gcad::eOk) return true;
   in.tell(("\n" + message + "\n").c_str());
   return false;
+}
+
+bool write(CommandInput& in, GcDbDatabase& database, const GcText& name, GcDb::GcDbDwgVersion version) {
+  if (ap::isDryRun()) return true;
+  const bool own = &database == &in.database();
+  if (own) in.editor().watchers().tell(Happening::SaveBegins, name);
+  const bool written = writeFile(in, database, name, version);
+  if (own && written) in.editor().watchers().tell(Happening::SaveEnded, name);
+  return written;
 }
 
 GcDb::GcDbDwgVersion ownVersion(const GcDbDatabase& database) {

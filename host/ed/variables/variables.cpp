@@ -100,6 +100,24 @@ VariableStatus setUnlisted(Editor& editor, GcView name, const VariableValue& giv
   return VariableStatus::Done;
 }
 
+VariableStatus assign(Editor& editor, const GcText& upper, const VariableValue& given) {
+  const VariableRow* row = findRow(upper);
+  if (row == nullptr) return setUnlisted(editor, upper, given);
+  if (row->readOnly || (row->keep == Keep::Computed && row->set == nullptr)) return VariableStatus::ReadOnly;
+  VariableValue value;
+  if (!convert(given, row->kind, value)) return VariableStatus::WrongType;
+  const bool ranged = row->least != 0 || row->most != 0;
+  const bool number = row->kind == VariableKind::Integer || row->kind == VariableKind::Real;
+  if (ranged && number && !(value.number() >= row->least && value.number() <= row->most))
+    return VariableStatus::OutOfRange;
+  if (row->set != nullptr) return row->set(editor, value) ? VariableStatus::Done : VariableStatus::Refused;
+  if (row->keep == Keep::Header)
+    setHeader(editor, upper, value);
+  else
+    editor.sessionValues()[row] = value;
+  return VariableStatus::Done;
+}
+
 }  // namespace
 
 VariableValue VariableValue::of(int32_t value) {
@@ -165,21 +183,15 @@ bool getVariable(Editor& editor, GcView name, VariableValue& value) {
 
 VariableStatus setVariable(Editor& editor, GcView name, const VariableValue& given) {
   const GcText upper = upperText(name);
-  const VariableRow* row = findRow(upper);
-  if (row == nullptr) return setUnlisted(editor, upper, given);
-  if (row->readOnly || (row->keep == Keep::Computed && row->set == nullptr)) return VariableStatus::ReadOnly;
-  VariableValue value;
-  if (!convert(given, row->kind, value)) return VariableStatus::WrongType;
-  const bool ranged = row->least != 0 || row->most != 0;
-  const bool number = row->kind == VariableKind::Integer || row->kind == VariableKind::Real;
-  if (ranged && number && !(value.number() >= row->least && value.number() <= row->most))
-    return VariableStatus::OutOfRange;
-  if (row->set != nullptr) return row->set(editor, value) ? VariableStatus::Done : VariableStatus::Refused;
-  if (row->keep == Keep::Header)
-    setHeader(editor, upper, value);
-  else
-    editor.sessionValues()[row] = value;
-  return VariableStatus::Done;
+  editor.watchers().tell(Happening::VariableChanges, upper);
+  const VariableStatus status = assign(editor, upper, given);
+  const bool done = status == VariableStatus::Done;
+  editor.watchers().tell(done ? Happening::VariableChanged : Happening::VariableRefused, upper);
+  return status;
+}
+
+VariableStatus setQuietly(Editor& editor, GcView name, const VariableValue& value) {
+  return assign(editor, upperText(name), value);
 }
 
 int32_t integerVariable(Editor& editor, const char* name) {

@@ -38,6 +38,8 @@ enum class VariableStatus : uint8_t { Done, Unknown, ReadOnly, WrongType, OutOfR
 // An integer is taken where a real is wanted, and a 2D point for a 3D one; nothing else is converted. Refused: the
 // drawing says no (a layer that is not there, say).
 VariableStatus setVariable(Editor& editor, GcView name, const VariableValue& value);
+// The same without telling the editor's watchers: for what is kept after every point.
+VariableStatus setQuietly(Editor& editor, GcView name, const VariableValue& value);
 
 // Variables whose value is known to exist and to be a number, a text.
 [[nodiscard]] int32_t integerVariable(Editor& editor, const char* name);

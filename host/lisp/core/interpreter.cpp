@@ -98,6 +98,12 @@ EvalResult Interpreter::call(LispValue function, std::span<const LispValue> argu
                  [&] { return m_vm.call(function, arguments.data(), static_cast<uint32_t>(arguments.size())); });
 }
 
+void Interpreter::endAround(const EvalResult& inner) {
+  if (!m_vm.isRunning()) return;
+  if (inner.status == EvalStatus::TimeLimit) m_vm.requestTimeLimit();
+  if (inner.status == EvalStatus::Cancelled) m_vm.requestInterrupt();
+}
+
 void Interpreter::define(TextView name, int code) {
   auto* external = m_vm.heap().create<External>(ObjectType::External);
   external->code = code;

@@ -63,6 +63,10 @@ class Interpreter {
   EvalResult eval(LispValue form, OnError = OnError::Report);
   EvalResult call(LispValue function, std::span<const LispValue> arguments, OnError = OnError::Propagate);
 
+  // After an evaluation that ran within another, with host code between them: what ends a program (a time limit, the
+  // person) ends the one around it at its next safe point.
+  void endAround(const EvalResult& inner);
+
   // Functions that programs call and the host runs (HostCalls::callExternal). Defining replaces; undefining makes the
   // name unknown again, provided that it still holds the external function.
   void define(TextView name, int code);

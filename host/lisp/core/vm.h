@@ -109,6 +109,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
   LispValue typeOf(LispValue value);
   void write(TextView text);
   void flush();
+  bool isRunning() const { return m_runs > 0; }  // an evaluation is at work
   bool atLineStart() const { return m_atLineStart; }
 
   // From any thread.

@@ -45,12 +45,12 @@ LISP_BUILTIN("command", "(command [item]...) -> nil",
              "Runs a command with its input; it stays open for later calls when input is left to be asked for. "
              "Without items, or with nil, the running command is cancelled.") {
   feed(args);
-  return LispValue::nil();
+  return lisplib::settled(args, LispValue::nil());
 }
 
 LISP_BUILTIN("vl-cmdf", "(vl-cmdf [item]...) -> T | nil",
              "Like command; every item is evaluated before the command starts.") {
-  return LispValue::boolean(feed(args));
+  return lisplib::settled(args, LispValue::boolean(feed(args)));
 }
 
 LISP_BUILTIN("command-s", "(command-s item...) -> nil",
@@ -59,7 +59,7 @@ LISP_BUILTIN("command-s", "(command-s item...) -> nil",
   std::vector<ed::InputItem> items = itemsOf(args);
   ed::screen().command(items);
   static_cast<void>(lisplib::hostOf(args.vm()).editor().commandLine().runWhole(std::move(items)));
-  return LispValue::nil();
+  return lisplib::settled(args, LispValue::nil());
 }
 
 LISP_BUILTIN("initcommandversion", "(initcommandversion [n]) -> T",

@@ -68,16 +68,17 @@ LISP_BUILTIN("entget", "(entget entity [applications]) -> list | nil",
 
 LISP_BUILTIN("entmake", "(entmake list) -> list | nil",
              "Makes an entity, a table record or another object from its groups.") {
-  return makeObject(args, false);
+  return lisplib::settled(args, makeObject(args, false));
 }
 
 LISP_BUILTIN("entmakex", "(entmakex list) -> entity | nil", "As entmake, but gives the new object's name.") {
-  return makeObject(args, true);
+  return lisplib::settled(args, makeObject(args, true));
 }
 
 LISP_BUILTIN("entmod", "(entmod list) -> list | nil", "Changes the object that group -1 names to what the list says.") {
   const LispValue list = args.list();
-  return gcdbEntityModify(lisplib::groupsOf(args.vm(), list)) == Gcad::eOk ? list : LispValue::nil();
+  const bool done = gcdbEntityModify(lisplib::groupsOf(args.vm(), list)) == Gcad::eOk;
+  return lisplib::settled(args, done ? list : LispValue::nil());
 }
 
 LISP_BUILTIN("entdel", "(entdel entity) -> entity | nil", "Erases an entity, or brings an erased one back.") {
@@ -86,7 +87,7 @@ LISP_BUILTIN("entdel", "(entdel entity) -> entity | nil", "Erases an entity, or 
   if (gcdbOpenGcDbObject(object, id, GcDb::kForWrite, true) != Gcad::eOk) return LispValue::nil();
   const Gcad::ErrorStatus status = object->erase(!object->isErased());
   ignore(object->close());
-  return status == Gcad::eOk ? args[0] : LispValue::nil();
+  return lisplib::settled(args, status == Gcad::eOk ? args[0] : LispValue::nil());
 }
 
 LISP_BUILTIN("entnext", "(entnext [entity]) -> entity | nil",
@@ -170,5 +171,5 @@ LISP_BUILTIN("regapp", "(regapp name) -> name | nil",
   else
     delete record;
   ignore(table->close());
-  return added ? name : LispValue::nil();
+  return lisplib::settled(args, added ? name : LispValue::nil());
 }

@@ -382,7 +382,7 @@ LISP_BUILTIN("setpropertyvalue", "(setpropertyvalue object name value) -> nil",
   LispValue former;
   if (!property(args.vm(), id, name, former)) failProperty(name, "unknown property");
   if (!setProperty(args.vm(), id, name, args.any())) failProperty(name, "property cannot be set so");
-  return LispValue::nil();
+  return lisplib::settled(args, LispValue::nil());
 }
 
 LISP_BUILTIN("ispropertyreadonly", "(ispropertyreadonly object name) -> 0 | 1",

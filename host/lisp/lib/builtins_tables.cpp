@@ -7,9 +7,11 @@
 #include "host/lisp/lib/drawinghost.h"
 #include "host/lisp/lib/groupvalues.h"
 #include "host/lisp/lib/names.h"
+#include "host/lisp/lib/openobject.h"
 
 using lisp::LispValue;
 using lisplib::hostOf;
+using lisplib::OpenObject;
 
 LISP_GROUP("Tables and dictionaries")
 
@@ -61,11 +63,7 @@ const GcDbObjectIdArray& recordsOf(GcDbDatabase& database, GcDbDatabase::Table w
   return static_cast<GcDbSymbolTable*>(database.tableId(which).stub()->object)->records();
 }
 
-GcDbDictionary* openDictionary(lisp::Args& args, GcDb::OpenMode mode) {
-  GcDbDictionary* dictionary = nullptr;
-  ignore(gcdbOpenObject(dictionary, lisplib::idOfWord(args.entityName()), mode));
-  return dictionary;
-}
+GcDbObjectId idArgument(lisp::Args& args) { return lisplib::idOfWord(args.entityName()); }
 
 LispValue entryList(lisp::Vm& vm, GcDbObjectId id) {
   lisplib::GroupValues values(vm);
@@ -110,21 +108,20 @@ LISP_BUILTIN("namedobjdict", "(namedobjdict) -> entity", "The drawing's root dic
 
 LISP_BUILTIN("dictsearch", "(dictsearch dictionary key [setnext]) -> list | nil",
              "The object under a key, as entget gives it.") {
-  GcDbDictionary* dictionary = openDictionary(args, GcDb::kForRead);
-  if (dictionary == nullptr) return LispValue::nil();
+  const OpenObject<GcDbDictionary> dictionary(idArgument(args), GcDb::kForRead);
+  if (!dictionary) return LispValue::nil();
   GcDbObjectId id;
   const bool found = dictionary->getAt(GcText(args.string()).c_str(), id) == Gcad::eOk;
   int index = 0;
   while (found && index < dictionary->entries().length() && dictionary->entries()[index].id != id) ++index;
   if (found && args.moreNotNil()) hostOf(args.vm()).dictionaryPosition(dictionary->objectId()) = index + 1;
-  ignore(dictionary->close());
   return found ? entryList(args.vm(), id) : LispValue::nil();
 }
 
 LISP_BUILTIN("dictnext", "(dictnext dictionary [rewind]) -> list | nil",
              "The next object of a dictionary; the first after a rewind.") {
-  GcDbDictionary* dictionary = openDictionary(args, GcDb::kForRead);
-  if (dictionary == nullptr) return LispValue::nil();
+  const OpenObject<GcDbDictionary> dictionary(idArgument(args), GcDb::kForRead);
+  if (!dictionary) return LispValue::nil();
   int& position = hostOf(args.vm()).dictionaryPosition(dictionary->objectId());
   if (args.moreNotNil()) position = 0;
   GcDbObjectId id;
@@ -132,49 +129,46 @@ LISP_BUILTIN("dictnext", "(dictnext dictionary [rewind]) -> list | nil",
     const GcDbObjectId each = dictionary->entries()[position++].id;
     if (each.isValid() && !each.isErased()) id = each;
   }
-  ignore(dictionary->close());
   return id.isNull() ? LispValue::nil() : entryList(args.vm(), id);
 }
 
 LISP_BUILTIN("dictadd", "(dictadd dictionary key object) -> entity | nil",
              "Puts an object without an owner under a new key; nil when the key is taken.") {
-  GcDbDictionary* dictionary = openDictionary(args, GcDb::kForWrite);
-  if (dictionary == nullptr) return LispValue::nil();
+  const GcDbObjectId dictionaryId = idArgument(args);
   const GcText key(args.string());
-  GcDbObject* object = nullptr;
-  GcDbObjectId id = lisplib::idOfWord(args.entityName());
-  const bool free = !key.empty() && !dictionary->has(key.c_str());
-  const bool added = free && gcdbOpenGcDbObject(object, id, GcDb::kForWrite) == Gcad::eOk &&
-                     dictionary->setAt(key.c_str(), object, id) == Gcad::eOk;
-  if (object != nullptr) ignore(object->close());
-  ignore(dictionary->close());
-  return added ? args[2] : LispValue::nil();
+  GcDbObjectId id = idArgument(args);
+  bool added = false;
+  if (const OpenObject<GcDbDictionary> dictionary(dictionaryId, GcDb::kForWrite); dictionary) {
+    const OpenObject<GcDbObject> object(id, GcDb::kForWrite);
+    added = !key.empty() && !dictionary->has(key.c_str()) && object &&
+            dictionary->setAt(key.c_str(), object.get(), id) == Gcad::eOk;
+  }
+  return lisplib::settled(args, added ? args[2] : LispValue::nil());
 }
 
 LISP_BUILTIN("dictremove", "(dictremove dictionary key) -> entity | nil",
              "Takes an entry out; an object the dictionary owns goes with it.") {
-  GcDbDictionary* dictionary = openDictionary(args, GcDb::kForWrite);
-  if (dictionary == nullptr) return LispValue::nil();
+  const GcDbObjectId dictionaryId = idArgument(args);
+  const GcText key(args.string());
   GcDbObjectId id;
-  const bool hard = dictionary->isTreatElementsAsHard();
-  const bool removed = dictionary->remove(GcText(args.string()).c_str(), id) == Gcad::eOk;
-  ignore(dictionary->close());
-  GcDbObject* object = nullptr;
-  if (removed && hard && gcdbOpenGcDbObject(object, id, GcDb::kForWrite) == Gcad::eOk) {
-    ignore(object->erase());
-    ignore(object->close());
+  bool hard = false;
+  if (const OpenObject<GcDbDictionary> dictionary(dictionaryId, GcDb::kForWrite); dictionary) {
+    hard = dictionary->isTreatElementsAsHard();
+    if (dictionary->remove(key.c_str(), id) != Gcad::eOk) id.setNull();
   }
-  return removed ? lisplib::makeName(args.vm(), id) : LispValue::nil();
+  if (id.isNull()) return LispValue::nil();
+  if (const OpenObject<GcDbObject> object(hard ? id : GcDbObjectId(), GcDb::kForWrite); object) ignore(object->erase());
+  return lisplib::settled(args, lisplib::makeName(args.vm(), id));
 }
 
 LISP_BUILTIN("dictrename", "(dictrename dictionary old new) -> new | nil", "Gives an entry another key.") {
-  GcDbDictionary* dictionary = openDictionary(args, GcDb::kForWrite);
-  if (dictionary == nullptr) return LispValue::nil();
+  const GcDbObjectId dictionaryId = idArgument(args);
   const GcText from(args.string());
   const GcText to(args.string());
-  const bool renamed = dictionary->setName(from.c_str(), to.c_str());
-  ignore(dictionary->close());
-  return renamed ? args[2] : LispValue::nil();
+  bool renamed = false;
+  if (const OpenObject<GcDbDictionary> dictionary(dictionaryId, GcDb::kForWrite); dictionary)
+    renamed = dictionary->setName(from.c_str(), to.c_str());
+  return lisplib::settled(args, renamed ? args[2] : LispValue::nil());
 }
 
 LISP_BUILTIN("layoutlist", "(layoutlist) -> list", "The names of the layouts, model space left out.") {

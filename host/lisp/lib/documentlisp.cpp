@@ -11,9 +11,12 @@ namespace lisplib {
 DocumentLisp::DocumentLisp(ap::Document& document, const lisp::InterpreterOptions& options)
     : m_host(document, ed::editorOf(document)),
       m_environment(ed::editorOf(document)),
-      m_interpreter(m_host, m_environment, options) {}
+      m_interpreter(m_host, m_environment, options),
+      m_reactors(document, ed::editorOf(document), m_interpreter) {
+  m_host.setReactors(&m_reactors);
+}
 
-DocumentLisp::~DocumentLisp() = default;
+DocumentLisp::~DocumentLisp() { m_host.setReactors(nullptr); }
 
 namespace {
 ap::PlugIn* sender() {
@@ -58,12 +61,28 @@ void DocumentLisp::forgetPlugIn(const void* plugIn) {
   }
 }
 
-void DocumentLisp::evaluate(GcView text) { static_cast<void>(m_interpreter.evalFormsFrom(text, GC_T("command line"))); }
+namespace {
+ReactorEvent endOf(const lisp::EvalResult& result) {
+  return result.status == lisp::EvalStatus::Done ? ReactorEvent::LispEnded : ReactorEvent::LispCancelled;
+}
+}  // namespace
+
+void DocumentLisp::evaluate(GcView text) {
+  m_reactors.lispHappened(ReactorEvent::LispWillStart, text);
+  const lisp::EvalResult result = m_interpreter.evalFormsFrom(text, GC_T("command line"));
+  m_interpreter.endAround(result);
+  m_reactors.lispHappened(endOf(result), text);
+}
 
 bool DocumentLisp::runCommand(GcView name) {
   const lisp::LispValue function = m_interpreter.variable(GcText(GC_T("C:")) + upperText(name));
   if (!function) return false;
-  static_cast<void>(m_interpreter.call(function, {}, lisp::OnError::Report));
+  const GcText form = GcText(GC_T("(C:")) + upperText(name) + GC_T(")");
+  m_reactors.lispHappened(ReactorEvent::LispWillStart, form);
+  const lisp::Root kept(m_interpreter.vm(), function);
+  const lisp::EvalResult result = m_interpreter.call(function, {}, lisp::OnError::Report);
+  m_interpreter.endAround(result);
+  m_reactors.lispHappened(endOf(result), form);
   return true;
 }
 

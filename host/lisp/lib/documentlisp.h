@@ -4,6 +4,7 @@
 #include "host/ap/docmanager.h"
 #include "host/lisp/lib/drawingenvironment.h"
 #include "host/lisp/lib/drawinghost.h"
+#include "host/lisp/lib/reactors.h"
 
 namespace lisplib {
 
@@ -30,6 +31,7 @@ class DocumentLisp final : public ap::LispSpace {
   DrawingHost m_host;
   DrawingEnvironment m_environment;
   lisp::Interpreter m_interpreter;
+  LispReactors m_reactors;
 };
 
 // Gives every new document its editor and its LISP.

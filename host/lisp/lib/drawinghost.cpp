@@ -7,6 +7,7 @@
 #include "host/ap/output.h"
 #include "host/db/core/store.h"
 #include "host/lisp/lib/names.h"
+#include "host/lisp/lib/reactors.h"
 #include "host/lisp/lib/unavailable.h"
 
 namespace lisplib {
@@ -59,7 +60,14 @@ LispValue DrawingHost::callExternal(int code, lisp::Args& args) {
   m_nodes.release(mark);
   if (store.openCount() > openBefore) [[unlikely]]
     noteOpen(m_functions[static_cast<size_t>(code)]);
-  return call.result.value;
+  return settled(args.vm(), call.result.value);
+}
+
+LispValue DrawingHost::settled(lisp::Vm& vm, LispValue value) {
+  if (m_reactors == nullptr || !m_reactors->isDue()) return value;
+  const lisp::Root kept(vm, value);
+  m_reactors->settle();
+  return value;
 }
 
 void DrawingHost::noteOpen(const Function& function) {

@@ -16,6 +16,8 @@ class PlugIn;
 
 namespace lisplib {
 
+class LispReactors;
+
 // A call of a plug-in's function while it runs. Calls nest: a function may run a command that calls LISP.
 struct ExternalCall {
   ExternalCall* outer;
@@ -57,6 +59,13 @@ class DrawingHost : public lisp::HostCalls {
   int& tablePosition(GcDbDatabase::Table table) { return m_tablePositions[table]; }
   int& dictionaryPosition(GcDbObjectId dictionary) { return m_dictionaryPositions[dictionary]; }
 
+  // Reactors of the document's programs; null while LISP is being made or ended.
+  LispReactors* reactors() const { return m_reactors; }
+  void setReactors(LispReactors* reactors) { m_reactors = reactors; }
+  // For builtins that change the drawing, as their last deed: calls the reactors' functions that are due. The value
+  // is handed through and kept meanwhile.
+  lisp::LispValue settled(lisp::Vm& vm, lisp::LispValue value);
+
   // What has been left open since the notes were taken last.
   std::vector<OpenNote> takeOpenNotes() { return std::move(m_openNotes); }
 
@@ -75,6 +84,7 @@ class DrawingHost : public lisp::HostCalls {
   ap::Document& m_document;
   ed::Editor& m_editor;
   std::vector<Function> m_functions;
+  LispReactors* m_reactors = nullptr;
   NodeStock m_nodes;
   std::vector<OpenNote> m_openNotes;
   std::unique_ptr<GcDbEntityMaker> m_entityMaker;
@@ -84,6 +94,11 @@ class DrawingHost : public lisp::HostCalls {
 
 // The host side of an interpreter; every interpreter that has the builtins of this folder has one.
 inline DrawingHost& hostOf(lisp::Vm& vm) { return static_cast<DrawingHost&>(vm.host()); }
+
+// The last deed of a builtin that has changed the drawing: see DrawingHost::settled.
+inline lisp::LispValue settled(lisp::Args& args, lisp::LispValue value) {
+  return hostOf(args.vm()).settled(args.vm(), value);
+}
 
 // A LISP value for a set; it holds the set. nil for number 0.
 lisp::LispValue makeSet(lisp::Vm& vm, ed::SetNumber number);

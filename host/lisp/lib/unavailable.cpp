@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kAutomation = "ActiveX automation is not available";
 constexpr const char* kDialogs = "dialog boxes are not available";
-constexpr const char* kReactors = "reactors of LISP programs are not available";
+constexpr const char* kReactors = "reactors of this kind are not available";
 
 struct Prefix {
   lisp::TextView start;

@@ -1,5 +1,5 @@
 // Functions that programs call and that a program without windows cannot have: automation objects, dialog boxes,
-// reactors of LISP. Their names stay unbound, so that a program that looks first finds nothing; a call is an error
+// some kinds of reactors. Their names stay unbound, so that a program that looks first finds nothing; a call is an error
 // that says why.
 #pragma once
 

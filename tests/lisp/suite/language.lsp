@@ -65,7 +65,7 @@
 (setq suite:*spared* '("EXIT" "QUIT" "VL-EXIT-WITH-VALUE" "VL-EXIT-WITH-ERROR" "GETPOINT" "STARTAPP" "CAL" "C:CAL"))
 (setq suite:*calls* 0)
 (foreach name (atoms-family 1)
-  (if (and (= (type (eval (read name))) 'SUBR) (not (member name suite:*spared*)) (not (wcmatch name "SUITE*,TAP*,%*,GR*,VL-FILE*,VL-MKDIR,VL-REG*,COMMAND*,VL-CMDF,SET*,VL-LOAD*,LOAD,AUTOLOAD,ALERT,PR*,WRITE*,TERPRI,REDRAW,TRACE,UNTRACE,GC,VL-BT,ENT*,DEFUN*,*ACAD-DEFUN,VL-PROPAGATE,VL-BB*,GET*,INIT*,READ*,NENT*,SSGET,REPEAT,WHILE")))
+  (if (and (= (type (eval (read name))) 'SUBR) (not (member name suite:*spared*)) (not (wcmatch name "SUITE*,TAP*,VLR-TRACE*,%*,GR*,VL-FILE*,VL-MKDIR,VL-REG*,COMMAND*,VL-CMDF,SET*,VL-LOAD*,LOAD,AUTOLOAD,ALERT,PR*,WRITE*,TERPRI,REDRAW,TRACE,UNTRACE,GC,VL-BT,ENT*,DEFUN*,*ACAD-DEFUN,VL-PROPAGATE,VL-BB*,GET*,INIT*,READ*,NENT*,SSGET,REPEAT,WHILE")))
     (foreach arguments '(nil (nil) (5) ("x") ((1 . 2)) (-1 -1) ("a" 5) (nil nil nil) ((1 2 3) (1 2 3)) (1.5 "x" nil 7))
       (setq suite:*calls* (1+ suite:*calls*))
       (vl-catch-all-apply (read name) arguments))))
