@@ -121,9 +121,9 @@ GCDB_FIELD_COUNT(GcDbArcDimension);
 
 const GcDbField GcDbRadialDimensionLarge::kFields[] = {
     marker("AcDbRadialDimensionLarge"),
-    field<&GcDbRadialDimensionLarge::m_chord>(13, "chordPoint", Is::WcsPoint),
+    field<&GcDbRadialDimensionLarge::m_jog>(13, "jogPoint", Is::WcsPoint),
     field<&GcDbRadialDimensionLarge::m_overrideCenter>(14, "overrideCenter", Is::WcsPoint),
-    field<&GcDbRadialDimensionLarge::m_jog>(15, "jogPoint", Is::WcsPoint),
+    field<&GcDbRadialDimensionLarge::m_chord>(15, "chordPoint", Is::WcsPoint),
     field<&GcDbRadialDimensionLarge::m_jogAngleRad>(40, "jogAngle", Is::Plain),
 };
 GCDB_FIELD_COUNT(GcDbRadialDimensionLarge);
@@ -219,6 +219,7 @@ Gcad::ErrorStatus GcDbDimension::subTransformBy(const GcGeMatrix3d& transform) {
   const Gcad::ErrorStatus status =
       gcdbTransformFields(*this, transform, turnsOver ? GcDbImageSide::Mirrors : GcDbImageSide::KeepsTurning);
   if (status != Gcad::eOk) return status;
+  if (turnsOver) subMirrored();
   m_cloneOffset = m_cloneOffset + moved;
   if (!keepsBlock) {
     m_measurement = measured();

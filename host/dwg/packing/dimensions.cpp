@@ -124,8 +124,8 @@ constinit const PackRow kArc[] = {
 
 constinit const PackRow kLargeRadial[] = {
     DIMENSION_HEAD(4),  DEFINITION_POINT,  section("AcDbRadialDimensionLarge"),
-    field(Op::BD3, 13), field(Op::BD, 40), field(Op::BD3, 14),
-    field(Op::BD3, 15), DIMENSION_TAIL,
+    field(Op::BD3, 15), field(Op::BD, 40), field(Op::BD3, 14),
+    field(Op::BD3, 13), DIMENSION_TAIL,
 };
 
 #undef DIMENSION_HEAD

@@ -55,6 +55,8 @@ class GcDbDimension : public GcDbEntity {
   virtual void drawPlainly(GcGiWorldDraw& draw) const;
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
   void mirrorTextAngle(const GcGeMatrix3d& transform);
+  // Turned over by a mirroring, but with its former normal: angles against its own lines change their sense.
+  virtual void subMirrored() {}
 
   GcGePoint3d m_definition;   // on the dimension line, or as the kind says; world
   GcGePoint3d m_textMiddle;   // own system
@@ -83,6 +85,8 @@ class GcDbRotatedDimension : public GcDbDimension {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDbRotatedDimension() : GcDbDimension(0) {}
+  // Between the dimension line and extension lines that do not stand at right angles on it, radians; 0: they do.
+  [[nodiscard]] double oblique() const { return m_obliqueRad; }
   GcDbRotatedDimension(double rotationRad, const GcGePoint3d& xLine1, const GcGePoint3d& xLine2,
                        const GcGePoint3d& dimLinePoint, const GCHAR* text = nullptr,
                        GcDbObjectId style = GcDbObjectId::kNull);
@@ -98,6 +102,7 @@ class GcDbRotatedDimension : public GcDbDimension {
 
  protected:
   void drawPlainly(GcGiWorldDraw& draw) const override;
+  void subMirrored() override { m_obliqueRad = -m_obliqueRad; }
 
  private:
   GcGePoint3d m_first, m_second;
@@ -111,6 +116,7 @@ class GcDbAlignedDimension : public GcDbDimension {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDbAlignedDimension() : GcDbDimension(1) {}
+  [[nodiscard]] double oblique() const { return m_obliqueRad; }
   GcDbAlignedDimension(const GcGePoint3d& xLine1, const GcGePoint3d& xLine2, const GcGePoint3d& dimLinePoint,
                        const GCHAR* text = nullptr, GcDbObjectId style = GcDbObjectId::kNull);
   [[nodiscard]] GcGePoint3d xLine1Point() const { return m_first; }
@@ -120,6 +126,7 @@ class GcDbAlignedDimension : public GcDbDimension {
 
  protected:
   void drawPlainly(GcGiWorldDraw& draw) const override;
+  void subMirrored() override { m_obliqueRad = -m_obliqueRad; }
 
  private:
   GcGePoint3d m_first, m_second;
@@ -239,6 +246,15 @@ class GcDbRadialDimensionLarge : public GcDbDimension {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDbRadialDimensionLarge() : GcDbDimension(4) {}
+  [[nodiscard]] GcGePoint3d center() const { return m_definition; }
+  [[nodiscard]] GcGePoint3d chordPoint() const { return m_chord; }
+  [[nodiscard]] GcGePoint3d overrideCenter() const { return m_overrideCenter; }
+  [[nodiscard]] GcGePoint3d jogPoint() const { return m_jog; }
+  [[nodiscard]] double jogAngle() const { return m_jogAngleRad; }
+  [[nodiscard]] double measured() const override { return m_definition.distanceTo(m_chord); }
+
+ protected:
+  void drawPlainly(GcGiWorldDraw& draw) const override;
 
  private:
   GcGePoint3d m_chord, m_overrideCenter, m_jog;
