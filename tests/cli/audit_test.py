@@ -1,26 +1,9 @@
 """gcad audit: what it finds, mends and answers. Usage: audit_test.py GCAD"""
 import json
 import os
-import subprocess
-import sys
 import tempfile
 
-GCAD = ([os.environ["GC_EMULATOR"]] if os.environ.get("GC_EMULATOR") else []) + [sys.argv[1]]
-failures = []
-
-
-def gcad(*arguments):
-    return subprocess.run(GCAD + list(arguments), capture_output=True, text=True, encoding="utf-8")
-
-
-def expect(name, code, *arguments, told=None, says=None):
-    result = gcad(*arguments)
-    good = result.returncode == code
-    good = good and (told is None or told in result.stderr) and (says is None or says in result.stdout)
-    if not good:
-        failures.append(name)
-        print("FAILED", name, "\n  exit", result.returncode, "\n  ", result.stdout[:800], "\n  ", result.stderr[:800])
-    return result
+from program import check, expect, finish
 
 
 def main():
@@ -37,9 +20,7 @@ def main():
         file.write(bad)
     expect("a size below zero", 5, "audit", at("bad.dxf"), says="A24 CIRCLE")
     found = json.loads(expect("as JSON", 5, "audit", at("bad.dxf"), "--json").stdout)
-    if [entry["code"] for entry in found["drawing"]] != ["A24"] or found["mended"] != 0:
-        failures.append("JSON")
-        print("FAILED JSON", found)
+    check("what JSON says", [entry["code"] for entry in found["drawing"]] == ["A24"] and found["mended"] == 0)
     expect("mended", 0, "audit", at("bad.dxf"), "--fix", "-o", at("mended.dxf"), says="1 of these mended")
     expect("clean afterwards", 0, "audit", at("mended.dxf"))
 
@@ -54,8 +35,7 @@ def main():
     expect("onto itself", 2, "audit", at("bad.dxf"), "--fix", "-f", "-o", at("bad.dxf"))
     expect("no such file", 3, "audit", at("none.dxf"))
     expect("it exists", 4, "audit", at("bad.dxf"), "--fix", "-o", at("mended.dxf"), told="-f overwrites it")
-    print("ok" if not failures else f"{len(failures)} failed")
-    return 1 if failures else 0
+    finish()
 
 
-sys.exit(main())
+main()

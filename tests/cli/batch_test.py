@@ -3,32 +3,16 @@ import json
 import os
 import signal
 import subprocess
-import sys
 import tempfile
 import time
 
-GCAD = ([os.environ["GC_EMULATOR"]] if os.environ.get("GC_EMULATOR") else []) + [sys.argv[1]]
-failures = []
-
-
-def gcad(*arguments):
-    return subprocess.run(GCAD + list(arguments), capture_output=True, text=True, encoding="utf-8")
-
-
-def check(name, condition, result=None):
-    if condition:
-        return
-    failures.append(name)
-    print("FAILED", name)
-    if result is not None:
-        print("  exit", result.returncode, "\n  ", result.stdout[:500], "\n  ", result.stderr[:2000])
+from program import GCAD, check, finish, gcad
 
 
 def main():
     with tempfile.TemporaryDirectory() as folder:
         run_all(folder)
-    print(f"{len(failures)} failures")
-    return 1 if failures else 0
+    finish()
 
 
 def run_all(folder):
@@ -95,4 +79,4 @@ def run_all(folder):
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

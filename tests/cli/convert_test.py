@@ -1,32 +1,8 @@
 """gcad convert: exit codes to the letter, versions, what is told. Usage: convert_test.py GCAD"""
 import os
-import subprocess
-import sys
 import tempfile
 
-GCAD = ([os.environ["GC_EMULATOR"]] if os.environ.get("GC_EMULATOR") else []) + [sys.argv[1]]
-failures = []
-
-
-def gcad(*arguments):
-    return subprocess.run(GCAD + list(arguments), capture_output=True, text=True, encoding="utf-8")
-
-
-def check(name, condition, result=None):
-    if condition:
-        return
-    failures.append(name)
-    print("FAILED", name)
-    if result is not None:
-        print("  exit", result.returncode, "\n  ", result.stdout[:500], "\n  ", result.stderr[:2000])
-
-
-def expect(name, code, *arguments, told=None):
-    result = gcad(*arguments)
-    check(name, result.returncode == code, result)
-    if told is not None:
-        check(name + ": told", told in result.stderr, result)
-    return result
+from program import check, expect, finish
 
 
 def version_of(path):
@@ -90,8 +66,7 @@ def main():
     check("the same file", open(at("run.dxf")).read() == open(at("old.dxf")).read())
     result = expect("nothing to tell", 0, "convert", plan, at("same.dxf"))
     check("silent", result.stderr == "", result)
-    print("ok" if not failures else f"{len(failures)} failed")
-    return 1 if failures else 0
+    finish()
 
 
-sys.exit(main())
+main()

@@ -5,7 +5,7 @@ import subprocess
 import sys
 import tempfile
 
-GCAD = ([os.environ["GC_EMULATOR"]] if os.environ.get("GC_EMULATOR") else []) + [sys.argv[1]]
+from program import GCAD
 
 DRAWING = """0
 SECTION

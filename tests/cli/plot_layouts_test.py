@@ -6,7 +6,7 @@ import subprocess
 import sys
 import tempfile
 
-GCAD = ([os.environ["GC_EMULATOR"]] if os.environ.get("GC_EMULATOR") else []) + [sys.argv[1]]
+from program import GCAD
 
 DRAW = """
 (entmake '((0 . "LAYER") (100 . "AcDbSymbolTableRecord") (100 . "AcDbLayerTableRecord") (2 . "GRID") (70 . 0) (62 . 1) (6 . "Continuous")))
