@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "host/db/entities/modeler_text.h"
+#include "host/ge/curves/append.h"
 #include "host/ge/curves/nurbs.h"
 #include "host/rx/math/elementary.h"
 #include "host/rx/text/number.h"
@@ -43,9 +44,17 @@ class Reader {
   explicit Reader(std::string_view text) : m_records(recordsOf(text)) {}
 
   bool run(PlaneArea& area) {
-    for (const Words& record : m_records)
-      if (is(record, "face") && face(record, area)) return true;
-    return false;
+    bool any = false;
+    for (const Words& record : m_records) {
+      PlaneArea part;
+      if (!is(record, "face") || !face(record, part)) continue;
+      if (!any)
+        area = std::move(part);
+      else if (lieInOnePlane(area, part))
+        addTo(area, part);
+      any = true;
+    }
+    return any;
   }
 
  private:
@@ -53,6 +62,20 @@ class Reader {
   static bool ends(const Words& record, std::string_view kind) {
     return !record.empty() && record[0].size() >= kind.size() &&
            record[0].substr(record[0].size() - kind.size()) == kind;
+  }
+
+  static GcGePoint3d startOf(const PlaneArea& area) {
+    return area.loops[0].origin() + area.loops[0].pointOn(0, area.loops[0].spans()[0].u0);
+  }
+  static bool lieInOnePlane(const PlaneArea& a, const PlaneArea& b) {
+    constexpr double kSlope = 1e-9;  // sine of an angle that still counts as none
+    const GcGeVector3d between = startOf(b) - startOf(a);
+    return a.normal.crossProduct(b.normal).length() <= kSlope &&
+           std::fabs(between.dotProduct(a.normal)) <= kSlope * (between.length() + a.loops[0].size());
+  }
+  static void addTo(PlaneArea& area, const PlaneArea& part) {
+    const bool isTurnedOver = area.normal.dotProduct(part.normal) < 0;
+    for (const GcGePath& loop : part.loops) area.loops.push_back(isTurnedOver ? loop.reversed() : loop);
   }
 
   [[nodiscard]] const Words* at(std::string_view pointer) const {
@@ -130,7 +153,7 @@ class Reader {
     if (!this->edge(*edge, own)) return false;
     if (isReversedBehind(record, place)) own = own.reversed();
     if (path.isEmpty()) path.clear(own.origin());
-    appendPath(own, path);
+    gcgeAppend(own, path);
     return true;
   }
   // "coedge" ends in "edge" too: pointers to neighbours come first.
@@ -227,28 +250,6 @@ class Reader {
 };
 
 }  // namespace
-
-void appendPath(const GcGePath& own, GcGePath& path) {
-  const GcGeVector3d shift = own.origin() - path.origin();
-  for (GcGeSpan span : own.spans()) {
-    const double t = path.isEmpty() ? 0 : path.endParam();
-    GcGePole poles[GcGeSpan::kMostDegree + 1];
-    if (span.kind == GcGeSpan::Kind::Bezier) {
-      for (int i = 0; i <= span.degree; ++i) {
-        poles[i] = own.poles()[span.firstPole + i];
-        poles[i].x += shift.x * poles[i].w;
-        poles[i].y += shift.y * poles[i].w;
-        poles[i].z += shift.z * poles[i].w;
-      }
-      span.firstPole = 0;
-    } else {
-      span.a += shift;
-    }
-    span.tPerU = 1 / (span.u1 - span.u0);
-    span.tBase = t - span.tPerU * span.u0;
-    path.addSpan(span, poles);
-  }
-}
 
 bool read(std::string_view text, PlaneArea& area) { return Reader(text).run(area); }
 

@@ -10,15 +10,16 @@
 
 namespace gcmodeler {
 
+// Loops that run counter-clockwise about the normal are outlines, the others holes in them.
 struct PlaneArea {
   GcGeVector3d normal = GcGeVector3d::kZAxis;
   std::vector<GcGePath> loops;
 };
 
-// The lines of a body of one sheet with one face.
+// The lines of a body of sheets, one for each outline with its holes.
 std::vector<std::string> write(const PlaneArea& area);
 
-// The first plane face of a body. False for a text that has none, or edges of kinds other than straight lines, arcs of
+// The first plane face of a body and all others in its plane. False for a text that has none, or edges of kinds other than straight lines, arcs of
 // ellipses and splines. Reads the forms of all versions of the text.
 bool read(std::string_view text, PlaneArea& area);
 
@@ -26,9 +27,6 @@ bool read(std::string_view text, PlaneArea& area);
 std::string writeBinary(const PlaneArea& area);
 // Bytes of any version. False where read() of the text would be, and for damaged ones.
 bool readBinary(std::string_view bytes, PlaneArea& area);
-
-// Appends the pieces of one path to another, wherever their origins are.
-void appendPath(const GcGePath& own, GcGePath& path);
 
 // Files keep the text enciphered; the same call deciphers it.
 std::string cipher(std::string_view line);

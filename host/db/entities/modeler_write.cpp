@@ -5,6 +5,7 @@
 #include "host/db/entities/modeler_record.h"
 #include "host/db/entities/modeler_tags.h"
 #include "host/db/entities/modeler_text.h"
+#include "host/ge/curves/arrangement.h"
 #include "host/ge/curves/nurbs.h"
 #include "host/rx/math/elementary.h"
 
@@ -13,8 +14,39 @@ namespace {
 
 constexpr int kNone = -1;
 
-// Records are laid down in the order of their numbers: body, lump, shell, face, plane, then each loop with its coedges,
-// edges, vertices, points and curves. Bytes have one record before them.
+// An outline and its holes.
+using Face = std::vector<const GcGePath*>;
+
+// The outlines of an area, each with the holes that lie in it and in no smaller one.
+std::vector<Face> facesOf(const PlaneArea& area) {
+  std::vector<Face> faces;
+  std::vector<double> sizes;
+  for (const GcGePath& loop : area.loops) {
+    const double size = loop.vectorArea().dotProduct(area.normal);
+    if (size <= 0) continue;
+    faces.push_back({&loop});
+    sizes.push_back(size);
+  }
+  if (faces.size() < 2) {
+    Face all;
+    for (const GcGePath& loop : area.loops) all.push_back(&loop);
+    return {all};
+  }
+  for (const GcGePath& loop : area.loops) {
+    if (loop.vectorArea().dotProduct(area.normal) > 0) continue;
+    const GcGePoint3d at = loop.origin() + loop.pointOn(0, (loop.spans()[0].u0 + loop.spans()[0].u1) / 2);
+    size_t best = faces.size();
+    for (size_t i = 0; i < faces.size(); ++i)
+      if ((best == faces.size() || sizes[i] < sizes[best]) && gcgeEncloses(*faces[i][0], area.normal, at)) best = i;
+    faces[best == faces.size() ? 0 : best].push_back(&loop);
+  }
+  return faces;
+}
+
+constexpr int kPerEdge = 5;  // records of an edge of a loop
+
+// Records are laid down in the order of their numbers: body, then for each face lump, shell, face, plane, and each loop
+// with its coedges, edges, vertices, points and curves. Bytes have one record before them.
 class Writer {
  public:
   Writer(const PlaneArea& area, Form form) : m_area(area), m_form(form) {}
@@ -23,25 +55,33 @@ class Writer {
     if (isBinary()) m_records.push_back(versionRecord());
     m_body = static_cast<int>(m_records.size());
     add(begin("body").ref(m_body + 1).ref(kNone).ref(kNone));
-    add(begin("lump").ref(kNone).ref(m_body + 2).ref(m_body));
-    add(begin("shell").ref(kNone).ref(kNone).ref(faceNumber()).ref(kNone).ref(m_body + 1));
-    add(begin("face")
-            .ref(kNone)
-            .ref(faceNumber() + 2)
-            .ref(m_body + 2)
-            .ref(kNone)
-            .ref(faceNumber() + 1)
-            .flag(false, "forward")
-            .flag(true, "double")
-            .flag(false, "out"));
-    add(plane());
-    for (size_t i = 0; i < m_area.loops.size(); ++i) loop(m_area.loops[i], i + 1 == m_area.loops.size());
+    const std::vector<Face> faces = facesOf(m_area);
+    for (size_t i = 0; i < faces.size(); ++i) face(faces[i], i + 1 == faces.size());
     return std::move(m_records);
   }
 
  private:
   [[nodiscard]] bool isBinary() const { return m_form == Form::Binary21800; }
-  [[nodiscard]] int faceNumber() const { return m_body + 3; }
+  [[nodiscard]] int faceNumber() const { return m_lump + 2; }
+
+  void face(const Face& loops, bool isLast) {
+    m_lump = static_cast<int>(m_records.size());
+    int next = m_lump + 4;
+    for (const GcGePath* loop : loops) next += 1 + kPerEdge * static_cast<int>(loop->spans().size());
+    add(begin("lump").ref(isLast ? kNone : next).ref(m_lump + 1).ref(m_body));
+    add(begin("shell").ref(kNone).ref(kNone).ref(faceNumber()).ref(kNone).ref(m_lump));
+    add(begin("face")
+            .ref(kNone)
+            .ref(faceNumber() + 2)
+            .ref(m_lump + 1)
+            .ref(kNone)
+            .ref(faceNumber() + 1)
+            .flag(false, "forward")
+            .flag(true, "double")
+            .flag(false, "out"));
+    add(plane(*loops[0]));
+    for (size_t i = 0; i < loops.size(); ++i) loop(*loops[i], i + 1 == loops.size());
+  }
   void add(const Record& record) { m_records.push_back(record.end()); }
 
   // The kind, no attributes; later versions add the number of the history and the pattern it is part of.
@@ -60,8 +100,7 @@ class Writer {
     return record;
   }
 
-  [[nodiscard]] Record plane() const {
-    const GcGePath& path = m_area.loops[0];
+  [[nodiscard]] Record plane(const GcGePath& path) const {
     Record record = begin("plane-surface");
     record.place(path.origin() + path.pointOn(0, path.spans()[0].u0))
         .vector(m_area.normal)
@@ -72,7 +111,6 @@ class Writer {
 
   // Numbers of a loop's records: the loop, then five for every edge.
   void loop(const GcGePath& path, bool isLast) {
-    constexpr int kPerEdge = 5;
     const int self = static_cast<int>(m_records.size());
     const int count = static_cast<int>(path.spans().size());
     const auto record = [&](int edge, int which) { return self + 1 + kPerEdge * ((edge + count) % count) + which; };
@@ -163,7 +201,7 @@ class Writer {
 
   const PlaneArea& m_area;
   Form m_form;
-  int m_body = 0;
+  int m_body = 0, m_lump = 0;
   double m_from = 0, m_to = 0;
   std::vector<std::string> m_records;
 };

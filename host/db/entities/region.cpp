@@ -11,6 +11,7 @@
 #include "host/db/entities/draw_path.h"
 #include "host/db/entities/modeler_text.h"
 #include "host/db/entities/region_loops.h"
+#include "host/ge/curves/arrangement.h"
 
 GCDB_DEFINE_CLASS(GcDbRegion, "AcDbRegion")
 
@@ -140,6 +141,37 @@ Gcad::ErrorStatus GcDbRegion::createFromCurves(const GcDbVoidPtrArray& curves, G
     regions.append(region.release());
   }
   return areas.empty() ? Gcad::eInvalidInput : Gcad::eOk;
+}
+
+namespace {
+
+GcGePoint3d startOf(const PlaneArea& area) {
+  return area.loops[0].origin() + area.loops[0].pointOn(0, area.loops[0].spans()[0].u0);
+}
+
+bool lieInOnePlane(const PlaneArea& a, const PlaneArea& b) {
+  constexpr double kSlope = 1e-8;  // sine of an angle that still counts as none
+  const GcGeVector3d between = startOf(b) - startOf(a);
+  return a.normal.crossProduct(b.normal).length() <= kSlope &&
+         std::fabs(between.dotProduct(a.normal)) <= kSlope * (between.length() + a.loops[0].size());
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbRegion::booleanOper(BoolOperType operation, const GcDbRegion& other) {
+  PlaneArea own, second;
+  if (!areaOf(m_lines, own) || !areaOf(other.m_lines, second)) return Gcad::eNotApplicable;
+  if (!lieInOnePlane(own, second)) return Gcad::eInvalidInput;
+  if (own.normal.dotProduct(second.normal) < 0)
+    for (GcGePath& loop : second.loops) loop = loop.reversed();
+  const GcGeCombination how = operation == kBoolUnite      ? GcGeCombination::Union
+                              : operation == kBoolSubtract ? GcGeCombination::Difference
+                                                           : GcGeCombination::Intersection;
+  assertWriteEnabled();
+  own.loops = gcgeCombine(own.loops, second.loops, own.normal, how);
+  m_lines = own.loops.empty() ? GcArray<GcDbModelerLine>() : linesOf(own);
+  m_bytes.clear();
+  return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbRegion::getArea(double& area) const {

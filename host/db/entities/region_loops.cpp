@@ -3,6 +3,7 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "host/ge/curves/append.h"
 #include "host/ge/curves/meet.h"
 
 namespace gcregion {
@@ -120,7 +121,7 @@ class Joiner {
       Piece& piece = m_pieces[static_cast<size_t>(end / 2)];
       piece.used = true;
       way.push_back(end / 2);
-      gcmodeler::appendPath(end % 2 == 0 ? piece.path : piece.path.reversed(), path);
+      gcgeAppend(end % 2 == 0 ? piece.path : piece.path.reversed(), path);
       at = end % 2 == 0 ? piece.end : piece.start;
     }
     return true;

@@ -82,7 +82,8 @@ const CommandIndex& commandIndex() {
           groupCommands(),      reshapeCommands(),        settingCommands(),      clipboardCommands(),
           cornerCommands(),     spaceTransformCommands(), outsideCommands(),      linetypeCommands(),
           plotCommands(),       furtherCurveCommands(),   multilineCommands(),    revisionCloudCommands(),
-          textMergeCommands(),  changeSpaceCommands(),    scaleListCommands(),    calculatorCommands()}) {
+          textMergeCommands(),  changeSpaceCommands(),    scaleListCommands(),    calculatorCommands(),
+          regionCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

@@ -45,6 +45,7 @@ std::span<const Command> textMergeCommands();
 std::span<const Command> changeSpaceCommands();
 std::span<const Command> scaleListCommands();
 std::span<const Command> calculatorCommands();
+std::span<const Command> regionCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

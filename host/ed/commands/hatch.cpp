@@ -1,4 +1,4 @@
-// Hatches: by points within areas, selected curves or points drawn; -BOUNDARY, which keeps only the outline; REGION.
+// Hatches: by points within areas, selected curves or points drawn; -BOUNDARY, which keeps only the outline.
 #include "db/hatch.h"
 
 #include "db/polyline.h"
@@ -225,41 +225,9 @@ Task<bool> boundaryCommand(CommandInput& in) {
   co_return any;
 }
 
-// ---- REGION
-
-// Regions in the place of closed curves (DELOBJ says whether those go).
-int makeRegions(Editor& editor, const std::vector<GcDbObjectId>& ids) {
-  GcDbVoidPtrArray curves;
-  std::vector<GcDbObjectId> sources;
-  for (const GcDbObjectId id : ids) {
-    GcDbCurve* curve = nullptr;
-    if (gcdbOpenObject(curve, id, GcDb::kForRead) != Gcad::eOk) continue;
-    curves.append(curve);
-    sources.push_back(id);
-  }
-  GcDbVoidPtrArray regions;
-  ignore(GcDbRegion::createFromCurves(curves, regions));
-  for (void* curve : curves) ignore(static_cast<GcDbCurve*>(curve)->close());
-  for (void* region : regions) appendWithDefaults(editor, static_cast<GcDbRegion*>(region));
-  if (regions.length() > 0 && integerVariable(editor, "DELOBJ") != 0)
-    for (const GcDbObjectId id : sources) eraseEntity(id);
-  return regions.length();
-}
-
-Task<bool> region(CommandInput& in) {
-  const std::vector<GcDbObjectId> ids = co_await selectObjects(in);
-  const int made = makeRegions(in.editor(), ids);
-  const std::string count = std::to_string(made);
-  in.tell(("\n" + count + " loop" + (made == 1 ? "" : "s") + " extracted.\n" + count + " Region" +
-           (made == 1 ? "" : "s") + " created.\n")
-              .c_str());
-  co_return made > 0;
-}
-
 constexpr Command kCommands[] = {
     {"-HATCH", "HATCH BHATCH H -H -BHATCH", hatch},
     {"-BOUNDARY", "BOUNDARY BO -BO", boundaryCommand},
-    {"REGION", "REG", region},
 };
 
 }  // namespace

@@ -23,6 +23,11 @@ class GcDbRegion : public GcDbEntity {
   // new regions belong to the caller. Errors: eInvalidInput when there is no loop.
   static Gcad::ErrorStatus createFromCurves(const GcDbVoidPtrArray& curves, GcDbVoidPtrArray& regions);
 
+  enum BoolOperType : uint8_t { kBoolUnite = 0, kBoolIntersect = 1, kBoolSubtract = 2 };
+  // Makes this region what it is together with the other one, which stays. Nothing may be left: isNull() then.
+  // Errors: eNotApplicable for data that is no plane area, eInvalidInput when the two lie in different planes.
+  Gcad::ErrorStatus booleanOper(BoolOperType operation, const GcDbRegion& other);
+
   [[nodiscard]] bool isNull() const { return m_lines.isEmpty() && m_bytes.isEmpty(); }
   // Of the area with its holes. Errors: eNotApplicable for data that is no plane area.
   Gcad::ErrorStatus getArea(double& area) const;
