@@ -22,6 +22,10 @@ GcGePath pathOf(const GcDbHatchLoop& loop);
 // to be a loop by itself (`alone`), vertices. False for what bounds nothing.
 bool appendCurve(GcDbEntity& entity, const GcGeVector3d& normal, bool alone, GcDbHatchLoop& loop);
 
+// The loop along a closed path, as it looks along the normal: vertices for lines and circular arcs, else edges. False for
+// a path without end.
+bool appendPath(const GcGePath& path, const GcGeVector3d& normal, GcDbHatchLoop& loop);
+
 // Orders and turns the edges so that each begins where the one before ends. `pieces` says how many edges each curve
 // gave: they stay together. Closed curves stay rings of their own. False when what is left open does not close.
 bool chain(GcArray<GcDbHatchEdge>& edges, const GcArray<int>& pieces);

@@ -1,5 +1,6 @@
 // Loops of hatches made from curves of the drawing.
 #include <cmath>
+#include <memory>
 
 #include "db/arc.h"
 #include "db/circle.h"
@@ -10,6 +11,7 @@
 #include "db/polyline.h"
 #include "db/polyline2d.h"
 #include "db/spline.h"
+#include "host/db/curves/from_path.h"
 #include "host/db/entities/bulge.h"
 #include "host/db/entities/ellipse_axes.h"
 #include "host/db/entities/hatch_edges.h"
@@ -168,9 +170,8 @@ void addBezier(const GcGePath& path, const GcGeSpan& span, GcDbHatchLoop& loop) 
 }
 
 // Any curve, piece by piece, as it looks along the normal.
-bool addPath(const GcDbCurve& curve, const Plane& plane, GcDbHatchLoop& loop) {
-  GcGePath world;
-  if (curve.subPath(world) != Gcad::eOk || !world.isBounded()) return false;
+bool addPath(const GcGePath& world, const Plane& plane, GcDbHatchLoop& loop) {
+  if (!world.isBounded()) return false;
   GcGeMatrix3d toPlane;
   toPlane.setToWorldToPlane(plane.normal);
   GcGeMatrix3d flatten;
@@ -228,7 +229,19 @@ bool gchatch::appendCurve(GcDbEntity& entity, const GcGeVector3d& normal, bool a
   const Plane plane{normal};
   if (addLevelCurve(entity, plane, alone, loop)) return true;
   const GcDbCurve* curve = GcDbCurve::cast(&entity);
-  return curve != nullptr && addPath(*curve, plane, loop);
+  GcGePath path;
+  return curve != nullptr && curve->subPath(path) == Gcad::eOk && addPath(path, plane, loop);
+}
+
+bool gchatch::appendPath(const GcGePath& path, const GcGeVector3d& normal, GcDbHatchLoop& loop) {
+  const Plane plane{normal};
+  const GcDbPolyline* line = nullptr;
+  const bool isWholeArc = path.spans().size() == 1 && path.spans()[0].kind == GcGeSpan::Kind::Arc;
+  const std::unique_ptr<GcDbCurve> made(isWholeArc ? nullptr : gcdbPolylineFromPath(path, normal));
+  if (made != nullptr) line = GcDbPolyline::cast(made.get());
+  if (line == nullptr) return addPath(path, plane, loop);
+  addPolyline(*line, plane, true, loop);
+  return true;
 }
 
 // The curves may come in any order and direction; together they must close.

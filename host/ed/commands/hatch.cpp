@@ -1,14 +1,20 @@
-// Hatches: by points within areas, selected curves or points drawn; -BOUNDARY, which keeps only the outline.
+// Hatches: by points within areas, selected curves or points drawn; -BOUNDARY, which keeps only the outlines.
 #include "db/hatch.h"
 
 #include "db/polyline.h"
-#include "db/region.h"
+#include "host/db/curves/from_path.h"
+#include "host/db/entities/hatch_edges.h"
+#include "host/db/entities/planar.h"
 #include "host/ed/append.h"
-#include "host/ed/boundary.h"
+#include "host/ed/areas.h"
+#include "host/ed/colors.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
-#include "host/ed/vertexchain.h"
+#include "host/ed/drawingorder.h"
+#include "host/ed/records.h"
+#include "host/ge/curves/append.h"
 
 namespace ed {
 
@@ -18,6 +24,8 @@ using What = Ask::What;
 
 // Flags of loops.
 constexpr int kExternal = 1;
+constexpr int kDerived = 4;
+constexpr int kText = 8;
 constexpr int kOutermost = 16;
 
 struct Pattern {
@@ -75,25 +83,87 @@ bool give(GcDbHatch& hatch, const Pattern& pattern) {
 
 // The loops of one hatch, collected while the command runs.
 struct Loops {
-  std::vector<GcDbObjectIdArray> outer;
-  std::vector<GcDbObjectIdArray> inner;
-  std::vector<GcDbObjectId> drawn;  // made for the hatch alone
+  std::vector<GcDbObjectIdArray> chains;  // along whole curves
+  std::vector<Area> areas;                // around points
+  std::vector<GcDbObjectId> drawn;        // made for the hatch alone
+  std::vector<GcDbObjectId> among;        // the boundary set; empty for all that is visible
+  [[nodiscard]] bool isEmpty() const { return chains.empty() && areas.empty(); }
 };
 
-bool make(CommandInput& in, const Pattern& pattern, const Loops& loops) {
-  if (loops.outer.empty()) return false;
+bool appendLoop(GcDbHatch& hatch, const AreaLoop& from, int flags) {
+  GcDbHatchLoop loop;
+  loop.flags = flags | (hatch.associative() ? kDerived : 0) | (from.isAroundText ? kText : 0);
+  if (!gchatch::appendPath(from.path, hatch.normal(), loop)) return false;
+  if (hatch.associative()) loop.sources = from.sources;
+  return hatch.appendLoop(loop) == Gcad::eOk;
+}
+
+// Islands as HPISLANDDETECTION says: all that lie in each other, the outermost, none.
+bool appendArea(GcDbHatch& hatch, const Area& area) {
+  bool good = appendLoop(hatch, area.outer, kExternal);
+  if (hatch.hatchStyle() == GcDbHatch::kIgnore) return good;
+  for (const AreaLoop& island : area.islands) good = good && appendLoop(hatch, island, kOutermost);
+  if (hatch.hatchStyle() == GcDbHatch::kOuter) return good;
+  for (const AreaLoop& island : area.nested) good = good && appendLoop(hatch, island, 0);
+  return good;
+}
+
+double elevationOf(const Loops& loops, const GcGeVector3d& normal) {
+  if (!loops.areas.empty()) return gcplanar::toOwn(loops.areas[0].outer.path.origin(), normal).z;
+  GcDbCurve* curve = nullptr;
+  GcGePoint3d at;
+  if (gcdbOpenObject(curve, loops.chains[0][0], GcDb::kForRead) != Gcad::eOk) return 0;
+  ignore(curve->getStartPoint(at));
+  ignore(curve->close());
+  return gcplanar::toOwn(at, normal).z;
+}
+
+// What the command's options say of the hatch's look.
+void giveLook(Editor& editor, GcDbHatch& hatch) {
+  const GcText layer = textVariable(editor, "HPLAYER"), color = textVariable(editor, "HPCOLOR");
+  if (layer != GC_T(".") && !layer.empty()) ignore(hatch.setLayer(layer.c_str()));
+  if (GcCmEntityColor chosen; color != GC_T(".") && parseColor(color, chosen)) ignore(hatch.setColor(chosen));
+}
+
+// HPDRAWORDER: behind or before everything. Those that go by the boundary stand behind or before all as well, which
+// shows the same where nothing else lies between.
+void putInOrder(Editor& editor, GcDbObjectId id) {
+  const int order = integerVariable(editor, "HPDRAWORDER");
+  if (order == 1) reorder(editor.currentSpace(), {id}, {}, Place::Back);
+  if (order == 2) reorder(editor.currentSpace(), {id}, {}, Place::Front);
+}
+
+bool makeOne(CommandInput& in, const Pattern& pattern, const Loops& loops) {
   auto* hatch = new GcDbHatch;
   const GcGeMatrix3d user = ucsToWorld(in.editor());
-  ignore(hatch->setNormal(GcGeVector3d(user.entry[0][2], user.entry[1][2], user.entry[2][2])));
+  ignore(hatch->setNormal(user.column(2)));
+  ignore(hatch->setElevation(elevationOf(loops, hatch->normal())));
   ignore(hatch->setAssociative(integerVariable(in.editor(), "HPASSOC") != 0 && loops.drawn.empty()));
+  ignore(hatch->setHatchStyle(static_cast<GcDbHatch::HatchStyle>(integerVariable(in.editor(), "HPISLANDDETECTION"))));
   bool good = give(*hatch, pattern);
   if (!good) in.tell("\nUnknown pattern name.\n");
-  for (const GcDbObjectIdArray& loop : loops.outer) good = good && hatch->appendLoop(kExternal, loop) == Gcad::eOk;
-  for (const GcDbObjectIdArray& loop : loops.inner) good = good && hatch->appendLoop(kOutermost, loop) == Gcad::eOk;
-  if (good)
-    appendWithDefaults(in.editor(), hatch);
-  else
+  for (const GcDbObjectIdArray& chain : loops.chains) good = good && hatch->appendLoop(kExternal, chain) == Gcad::eOk;
+  for (const Area& area : loops.areas) good = good && appendArea(*hatch, area);
+  if (!good) {
     delete hatch;
+    return false;
+  }
+  const GcDbObjectId id = appendWithDefaults(in.editor(), hatch);
+  forEach<GcDbHatch>({id}, [&](GcDbHatch& made) { giveLook(in.editor(), made); });
+  putInOrder(in.editor(), id);
+  return true;
+}
+
+bool make(CommandInput& in, const Pattern& pattern, const Loops& loops) {
+  if (loops.isEmpty()) return false;
+  bool good = true;
+  if (integerVariable(in.editor(), "HPSEPARATE") == 0) {
+    good = makeOne(in, pattern, loops);
+  } else {
+    for (const GcDbObjectIdArray& chain : loops.chains)
+      good = makeOne(in, pattern, {{chain}, {}, loops.drawn, {}}) && good;
+    for (const Area& area : loops.areas) good = makeOne(in, pattern, {{}, {area}, loops.drawn, {}}) && good;
+  }
   for (const GcDbObjectId id : loops.drawn) eraseEntity(id);
   return good;
 }
@@ -120,40 +190,109 @@ Task<bool> drawBoundary(CommandInput& in, Loops& loops) {
   outline->setClosed(true);
   GcDbObjectIdArray loop;
   loop.append(appendFromUser(in.editor(), outline));
-  loops.outer.push_back(loop);
+  loops.chains.push_back(loop);
   if (!keep.isKeyword("Yes")) loops.drawn.push_back(loop[0]);
   co_return true;
 }
 
-void takeArea(CommandInput& in, const GcGePoint3d& point, Loops& loops) {
-  Boundary boundary;
-  if (!boundaryAt(in.editor(), point, {}, boundary)) {
-    in.tell("\nValid hatch boundary not found.\n");
-    return;
+// False, with a word, when nothing encloses the point.
+bool takeArea(CommandInput& in, const GcGePoint3d& point, const char* complaint, Loops& loops) {
+  const AreaFinder finder(in.editor(), loops.among, point.z);
+  Area area;
+  if (!finder.areaAt(point, area)) {
+    in.tell(complaint);
+    return false;
   }
-  loops.outer.push_back(boundary.outer);
-  loops.inner.insert(loops.inner.end(), boundary.islands.begin(), boundary.islands.end());
+  loops.areas.push_back(std::move(area));
+  return true;
 }
 
-// Advanced options and the like: settings that make no difference here are taken and passed over.
-Task<bool> passOver(CommandInput& in, const Answer& option) {
-  if (option.isKeyword("Origin") || option.isKeyword("DRaw") || option.isKeyword("LAyer") ||
-      option.isKeyword("COlor") || option.isKeyword("Transparency")) {
-    static_cast<void>(co_await in.ask(Ask(What::Word, "\nEnter new value: ")));
-    co_return true;
-  }
+void put(CommandInput& in, const GCHAR* name, const VariableValue& value) {
+  if (setVariable(in.editor(), name, value) != VariableStatus::Done) in.tell("\nInvalid.\n");
+}
+
+Task<bool> askSwitch(CommandInput& in, const char* prompt, const GCHAR* name) {
+  const Answer answer = co_await in.ask(Ask(What::Keyword, prompt).words("Yes No"));
+  if (answer.kind == Answer::Kind::Keyword) put(in, name, VariableValue::of(answer.isKeyword("Yes") ? 1 : 0));
+  co_return true;
+}
+
+Task<bool> askAdvanced(CommandInput& in, Loops& loops) {
   for (;;) {
-    const Answer advanced =
+    const Answer option =
         co_await in.ask(Ask(What::Keyword,
                             "\nEnter an option [Boundary set/Retain boundary/Island detection/Style/Associativity/Gap "
                             "tolerance/separate Hatches]: ")
                             .words("Boundary Retain Island Style Associativity Gap Hatches"));
-    if (advanced.kind != Answer::Kind::Keyword) co_return true;
-    const Answer value = co_await in.ask(Ask(What::Word, "\nEnter new value: "));
-    const bool no = !value.text.empty() && gcUpper(value.text[value.text[0] == GC_T('_') ? 1 : 0]) == GC_T('N');
-    if (advanced.isKeyword("Associativity"))
-      static_cast<void>(setVariable(in.editor(), GC_T("HPASSOC"), VariableValue::of(no ? 0 : 1)));
+    if (option.kind != Answer::Kind::Keyword) co_return true;
+    if (option.isKeyword("Boundary")) {
+      const Answer set =
+          co_await in.ask(Ask(What::Keyword, "\nSpecify candidate set for boundary [New/Everything] <Everything>: ")
+                              .words("New Everything"));
+      loops.among.clear();
+      if (set.isKeyword("New")) loops.among = co_await selectObjects(in);
+    } else if (option.isKeyword("Island")) {
+      const Answer finds =
+          co_await in.ask(Ask(What::Keyword, "\nDo you want island detection? [Yes/No] <Yes>: ").words("Yes No"));
+      put(in, GC_T("HPISLANDDETECTION"), VariableValue::of(finds.isKeyword("No") ? 2 : 1));
+    } else if (option.isKeyword("Style")) {
+      const Answer style = co_await in.ask(
+          Ask(What::Keyword, "\nEnter hatching style [Ignore/Outer/Normal]: ").words("Ignore Outer Normal"));
+      const int number = style.isKeyword("Ignore") ? 2 : style.isKeyword("Outer") ? 1 : 0;
+      if (style.kind == Answer::Kind::Keyword) put(in, GC_T("HPISLANDDETECTION"), VariableValue::of(number));
+    } else if (option.isKeyword("Associativity")) {
+      static_cast<void>(co_await askSwitch(in, "\nDo you want associativity? [Yes/No]: ", GC_T("HPASSOC")));
+    } else if (option.isKeyword("Hatches")) {
+      static_cast<void>(co_await askSwitch(in, "\nCreate separate hatches? [Yes/No]: ", GC_T("HPSEPARATE")));
+    } else if (option.isKeyword("Gap")) {
+      const Answer gap = co_await in.ask(Ask(What::Distance, "\nSpecify a boundary gap tolerance value: "));
+      if (gap.kind == Answer::Kind::Number) put(in, GC_T("HPGAPTOL"), VariableValue::of(gap.number));
+      if (gap.number > 0) in.tell("\nOnly boundaries without gaps are found.\n");
+    } else {
+      const Answer keep =
+          co_await in.ask(Ask(What::Keyword, "\nRetain derived boundaries? [Yes/No] <No>: ").words("Yes No"));
+      if (keep.isKeyword("Yes")) in.tell("\n-BOUNDARY draws the outlines.\n");
+    }
   }
+}
+
+Task<bool> askOption(CommandInput& in, const Answer& option, Loops& loops) {
+  if (option.isKeyword("Advanced")) co_return co_await askAdvanced(in, loops);
+  if (option.isKeyword("COlor")) {
+    const Answer color = co_await in.ask(Ask(What::Word, "\nSpecify hatch color <use Current>: "));
+    GcCmEntityColor parsed;
+    const bool isKnown = color.text.empty() || color.text == GC_T(".") || parseColor(color.text, parsed);
+    if (!isKnown) in.tell("\nInvalid color.\n");
+    if (isKnown)
+      put(in, GC_T("HPCOLOR"), VariableValue::of(color.text.empty() ? GcView(GC_T(".")) : GcView(color.text)));
+    static_cast<void>(co_await in.ask(Ask(What::Word, "\nSpecify background color or [none] <none>: ")));
+    co_return true;
+  }
+  if (option.isKeyword("LAyer")) {
+    const Answer name = co_await in.ask(Ask(What::Line, "\nSpecify layer name <.>: "));
+    const bool isKnown =
+        name.text.empty() || name.text == GC_T(".") || !recordNamed(in.database().layerTableId(), name.text).isNull();
+    if (!isKnown) in.tell("\nCannot find the layer.\n");
+    if (isKnown) put(in, GC_T("HPLAYER"), VariableValue::of(name.text.empty() ? GcView(GC_T(".")) : GcView(name.text)));
+    co_return true;
+  }
+  if (option.isKeyword("DRaw")) {
+    const Answer order = co_await in.ask(
+        Ask(What::Keyword,
+            "\nEnter draw order [do Not change/send to Back/bring to Front/send beHind boundary/bring in front of "
+            "bounDary] <send beHind boundary>: ")
+            .words("Not Back Front beHind bounDary"));
+    const int number = order.isKeyword("Not")        ? 0
+                       : order.isKeyword("Back")     ? 1
+                       : order.isKeyword("Front")    ? 2
+                       : order.isKeyword("bounDary") ? 4
+                                                     : 3;
+    put(in, GC_T("HPDRAWORDER"), VariableValue::of(number));
+    co_return true;
+  }
+  static_cast<void>(co_await in.ask(Ask(What::Word, "\nEnter new value: ")));
+  in.tell("\nThis option makes no difference here.\n");
+  co_return true;
 }
 
 Task<bool> hatch(CommandInput& in) {
@@ -166,15 +305,15 @@ Task<bool> hatch(CommandInput& in) {
             "Boundaries/Advanced/DRaw order/Origin/ANnotative/hatch COlor/LAyer/Transparency]: ")
             .words("Properties Select draW Boundaries Advanced DRaw Origin ANnotative COlor LAyer Transparency"));
     if (answer.isPoint()) {
-      takeArea(in, answer.point, loops);
+      static_cast<void>(takeArea(in, answer.point, "\nValid hatch boundary not found.\n", loops));
     } else if (answer.isKeyword("Properties")) {
       pattern = co_await askPattern(in);
     } else if (answer.isKeyword("Select")) {
-      for (const GcDbObjectIdArray& chain : closedChains(co_await selectObjects(in))) loops.outer.push_back(chain);
+      for (const GcDbObjectIdArray& chain : closedChains(co_await selectObjects(in))) loops.chains.push_back(chain);
     } else if (answer.isKeyword("draW")) {
       static_cast<void>(co_await drawBoundary(in, loops));
     } else if (answer.kind == Answer::Kind::Keyword) {
-      static_cast<void>(co_await passOver(in, answer));
+      static_cast<void>(co_await askOption(in, answer, loops));
     } else {
       break;
     }
@@ -182,52 +321,129 @@ Task<bool> hatch(CommandInput& in) {
   co_return make(in, pattern, loops);
 }
 
-// A closed polyline along a chain of lines, arcs, circles and polylines.
-bool drawOutline(Editor& editor, const GcDbObjectIdArray& curves) {
-  VertexChain outline;
-  for (const GcDbObjectId id : curves) {
-    GcDbEntity* entity = nullptr;
-    VertexChain part;
-    if (gcdbOpenObject(entity, id, GcDb::kForRead) != Gcad::eOk) return false;
-    bool good = part.take(*entity);
-    ignore(entity->close());
-    if (outline.vertices.empty())
-      outline = std::move(part);
-    else
-      good = good && outline.join(std::move(part), 0);
-    if (!good) return false;
+// ---- -BOUNDARY
+
+// A closed polyline along the loop, or whatever curve can follow it; the object's kind in `kind`.
+bool drawOutline(Editor& editor, const GcGePath& path, const GcGeVector3d& normal) {
+  GcGePath outline = path;
+  if (path.spans().size() == 1 && path.spans()[0].kind == GcGeSpan::Kind::Arc) {
+    // A bulge describes less than a turn: two half circles.
+    const double middle = (path.startParam() + path.endParam()) / 2;
+    outline = GcGePath(path.origin());
+    gcgeAppend(path.trimmed(path.startParam(), middle), outline);
+    gcgeAppend(path.trimmed(middle, path.endParam()), outline);
+    outline.setClosed(true, true);
   }
-  if (!outline.closed) return false;
-  auto* made = new GcDbPolyline;
-  outline.put(*made);
-  return !appendWithDefaults(editor, made).isNull();
+  GcDbCurve* made = gcdbPolylineFromPath(outline, normal);
+  if (made == nullptr) made = gcdbCurveFromPath(path, normal);
+  return made != nullptr && !appendWithDefaults(editor, made).isNull();
 }
 
-// A closed polyline around the area a point lies in (of straight and circular curves), islands too.
 Task<bool> boundaryCommand(CommandInput& in) {
-  bool any = false;
+  Loops loops;
   for (;;) {
     const Answer answer =
         co_await in.ask(Ask(What::Point, "\nSpecify internal point or [Advanced options]: ").words("Advanced"));
-    if (answer.isKeyword("Advanced")) {
-      static_cast<void>(co_await passOver(in, answer));
-      continue;
-    }
-    if (!answer.isPoint()) break;
-    Boundary boundary;
-    if (!boundaryAt(in.editor(), answer.point, {}, boundary)) {
-      in.tell("\nValid boundary not found.\n");
-      continue;
-    }
-    any = drawOutline(in.editor(), boundary.outer) || any;
-    for (const GcDbObjectIdArray& island : boundary.islands) any = drawOutline(in.editor(), island) || any;
+    if (answer.isKeyword("Advanced"))
+      static_cast<void>(co_await askAdvanced(in, loops));
+    else if (answer.isPoint())
+      static_cast<void>(takeArea(in, answer.point, "\nValid boundary not found.\n", loops));
+    else
+      break;
   }
-  co_return any;
+  const GcGeVector3d normal = ucsToWorld(in.editor()).column(2).normal();
+  int made = 0;
+  for (const Area& area : loops.areas) {
+    made += drawOutline(in.editor(), area.outer.path, normal) ? 1 : 0;
+    if (integerVariable(in.editor(), "HPISLANDDETECTION") == GcDbHatch::kIgnore) continue;
+    for (const AreaLoop& island : area.islands) made += drawOutline(in.editor(), island.path, normal) ? 1 : 0;
+  }
+  if (made > 0)
+    in.tell(("\nBOUNDARY created " + std::to_string(made) + (made == 1 ? " polyline\n" : " polylines\n")).c_str());
+  co_return made > 0;
+}
+
+// ---- HATCHEDIT
+
+void changePattern(GcDbHatch& hatch, const Pattern& pattern, CommandInput& in) {
+  if (!give(hatch, pattern)) in.tell("\nUnknown pattern name.\n");
+}
+
+// Curves along the loops; the hatch can go by them from then on.
+int recreateBoundary(CommandInput& in, GcDbObjectId id) {
+  std::vector<GcGePath> paths;
+  GcGeVector3d normal;
+  forEach<GcDbHatch>({id}, [&](GcDbHatch& hatch) {
+    normal = hatch.normal();
+    GcGeMatrix3d toWorld, lift;
+    lift.setToTranslation({0, 0, hatch.elevation()});
+    toWorld.setToPlaneToWorld(normal);
+    for (const GcDbHatchLoop& loop : hatch.loops()) {
+      GcGePath path = gchatch::pathOf(loop);
+      path.setClosed(true, true);
+      paths.push_back(path.transformed(toWorld * lift));
+    }
+  });
+  int made = 0;
+  for (GcGePath& path : paths) {
+    path.setClosed(true, true);
+    made += !path.isEmpty() && drawOutline(in.editor(), path, normal) ? 1 : 0;
+  }
+  return made;
+}
+
+Task<bool> editHatch(CommandInput& in) {
+  const Answer picked = co_await in.ask(Ask(What::Entity, "\nSelect hatch object: ").needed());
+  if (picked.kind != Answer::Kind::Entity || picked.entity.objectClass() != GcDbHatch::desc()) {
+    in.tell("\nThe object is no hatch.\n");
+    co_return false;
+  }
+  const std::vector<GcDbObjectId> one{picked.entity};
+  const Answer option = co_await in.ask(
+      Ask(What::Keyword,
+          "\nEnter hatch option [DIsassociate/Style/Properties/DRaw order/recreate Boundary/ASsociate/hatch "
+          "COlor/LAyer] <Properties>: ")
+          .words("DIsassociate Style Properties DRaw Boundary ASsociate COlor LAyer"));
+  if (option.kind == Answer::Kind::Cancelled) co_return false;
+  if (option.isKeyword("DIsassociate")) {
+    forEach<GcDbHatch>(one, [](GcDbHatch& hatch) { ignore(hatch.setAssociative(false)); });
+  } else if (option.isKeyword("Style")) {
+    const Answer style = co_await in.ask(
+        Ask(What::Keyword, "\nEnter hatching style [Ignore/Outer/Normal] <Normal>: ").words("Ignore Outer Normal"));
+    const auto number = style.isKeyword("Ignore")  ? GcDbHatch::kIgnore
+                        : style.isKeyword("Outer") ? GcDbHatch::kOuter
+                                                   : GcDbHatch::kNormal;
+    forEach<GcDbHatch>(one, [&](GcDbHatch& hatch) { ignore(hatch.setHatchStyle(number)); });
+  } else if (option.isKeyword("Boundary")) {
+    const int made = recreateBoundary(in, picked.entity);
+    in.tell(("\n" + std::to_string(made) + " boundary curve(s) created.\n").c_str());
+    co_return made > 0;
+  } else if (option.isKeyword("ASsociate")) {
+    const std::vector<GcDbObjectIdArray> chains = closedChains(co_await selectObjects(in));
+    if (chains.empty()) co_return false;
+    forEach<GcDbHatch>(one, [&](GcDbHatch& hatch) {
+      ignore(hatch.setAssociative(true));
+      const int former = hatch.numLoops();
+      bool good = true;
+      for (const GcDbObjectIdArray& chain : chains) good = good && hatch.appendLoop(kExternal, chain) == Gcad::eOk;
+      for (int i = 0; good && i < former; ++i) ignore(hatch.removeLoopAt(0));
+    });
+  } else if (option.isKeyword("DRaw") || option.isKeyword("COlor") || option.isKeyword("LAyer")) {
+    Loops none;
+    static_cast<void>(co_await askOption(in, option, none));
+    if (option.isKeyword("DRaw")) putInOrder(in.editor(), picked.entity);
+    forEach<GcDbHatch>(one, [&](GcDbHatch& hatch) { giveLook(in.editor(), hatch); });
+  } else {
+    const Pattern pattern = co_await askPattern(in);
+    forEach<GcDbHatch>(one, [&](GcDbHatch& hatch) { changePattern(hatch, pattern, in); });
+  }
+  co_return true;
 }
 
 constexpr Command kCommands[] = {
     {"-HATCH", "HATCH BHATCH H -H -BHATCH", hatch},
     {"-BOUNDARY", "BOUNDARY BO -BO", boundaryCommand},
+    {"-HATCHEDIT", "HATCHEDIT HE -HE", editHatch},
 };
 
 }  // namespace
