@@ -65,6 +65,20 @@ GcDbStub* GcDbStore::findFar(uint64_t handle) const {
   return at == m_far->map.end() ? nullptr : at->second;
 }
 
+// A file of a few kilobytes may refer to thousands of handles that lie far apart: pages for them would be empty, and
+// those handles go into the map.
+bool GcDbStore::needPage(uint64_t page) {
+  constexpr size_t kAlways = 64;
+  constexpr size_t kLeastPerPage = 64;
+  constexpr uint64_t kNear = 4096;
+  if (page < m_pages.size() && m_pages[page] != nullptr) return true;
+  if (page >= kMostPages || page >= kNear + m_count || m_pageCount > kAlways + m_count / kLeastPerPage) return false;
+  if (page >= m_pages.size()) m_pages.resize(page + 1);
+  m_pages[page] = std::make_unique<GcDbStub*[]>(kPageMask + 1);
+  ++m_pageCount;
+  return true;
+}
+
 GcDbStub* GcDbStore::make(uint64_t handle) {
   if ((m_count & kChunkMask) == 0 && (m_count >> kChunkBits) == m_chunks.size())
     m_chunks.push_back(std::make_unique<GcDbStub[]>(kChunkMask + 1));
@@ -72,9 +86,7 @@ GcDbStub* GcDbStore::make(uint64_t handle) {
   stub->handle = handle;
   stub->databaseIndex = m_index;
   const uint64_t page = handle >> kPageBits;
-  if (page < kMostPages) {
-    if (page >= m_pages.size()) m_pages.resize(page + 1);
-    if (m_pages[page] == nullptr) m_pages[page] = std::make_unique<GcDbStub*[]>(kPageMask + 1);
+  if (needPage(page)) {
     m_pages[page][handle & kPageMask] = stub;
   } else {
     if (m_far == nullptr) m_far = std::make_unique<FarHandles>();
@@ -125,7 +137,8 @@ GcDbObjectIdArray GcDbStore::openObjects() const {
 
 size_t GcDbStore::overheadBytes() const {
   size_t bytes = m_chunks.size() * (kChunkMask + 1) * sizeof(GcDbStub) + m_pages.size() * sizeof(void*);
-  for (const auto& page : m_pages)
-    if (page != nullptr) bytes += (kPageMask + 1) * sizeof(void*);
+  bytes += m_pageCount * (kPageMask + 1) * sizeof(void*);
+  constexpr size_t kFarNode = 4 * sizeof(void*);
+  if (m_far != nullptr) bytes += m_far->map.size() * kFarNode + m_far->map.bucket_count() * sizeof(void*);
   return bytes;
 }

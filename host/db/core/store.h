@@ -37,8 +37,9 @@ class GcDbStore {
   // The stub of a handle; null when there is none.
   [[nodiscard]] GcDbStub* find(uint64_t handle) const {
     const uint64_t page = handle >> kPageBits;
-    if (page < m_pages.size()) return m_pages[page] == nullptr ? nullptr : m_pages[page][handle & kPageMask];
-    return page < kMostPages ? nullptr : findFar(handle);
+    if (page < m_pages.size() && m_pages[page] != nullptr)
+      if (GcDbStub* stub = m_pages[page][handle & kPageMask]) return stub;
+    return m_far == nullptr ? nullptr : findFar(handle);
   }
   // The stub of a handle, made when there is none (a reference to an object that may come later).
   GcDbStub* need(uint64_t handle);
@@ -89,12 +90,14 @@ class GcDbStore {
 
   [[nodiscard]] GcDbStub* findFar(uint64_t handle) const;
   GcDbStub* make(uint64_t handle);
+  bool needPage(uint64_t page);
 
   struct FarHandles;
   std::vector<std::unique_ptr<GcDbStub*[]>> m_pages;
   std::vector<std::unique_ptr<GcDbStub[]>> m_chunks;
   std::unique_ptr<FarHandles> m_far;
   size_t m_count = 0;
+  size_t m_pageCount = 0;
   uint64_t m_handseed = 1;
   int m_openCount = 0;
   uint16_t m_index = 0;

@@ -125,31 +125,37 @@ class Opener {
     }
     m_room -= size;
     std::vector<uint8_t> bytes(size);
-    uint64_t unpacked = 0;
-    for (uint32_t i = 0; i < pages && unpacked <= size; ++i) {
+    uint64_t told = 0;  // what pages take and what they give: work is bounded by the first, loss shows in the second
+    uint64_t filled = 0;
+    for (uint32_t i = 0; i < pages && told <= size; ++i) {
       const uint64_t entry = at + kDescriptionSize + uint64_t{i} * kPageEntrySize;
       const uint64_t start = u64(map, entry + 8);
       if (start >= size) continue;
       const auto room = std::span<uint8_t>(bytes).subspan(start, std::min<uint64_t>(size - start, mostPerPage));
-      unpacked += room.size();
-      dataPage(u32(map, entry), name, isPacked, room);
+      told += room.size();
+      filled += dataPage(u32(map, entry), name, isPacked, room);
+    }
+    if (filled < size) {
+      note(m_report, GcDbLoadAction::Missing, 0, 0,
+           "section " + name + " has " + std::to_string(filled) + " of its " + std::to_string(size) + " bytes");
     }
     m_sections.owned.push_back(std::move(bytes));
     place(name, m_sections.owned.back());
   }
 
-  void dataPage(uint32_t id, const std::string& name, bool isPacked, std::span<uint8_t> room) {
+  // Fills the room; how much of it.
+  uint64_t dataPage(uint32_t id, const std::string& name, bool isPacked, std::span<uint8_t> room) {
     const auto at = m_pages.find(id);
     if (at == m_pages.end() || !holds(m_file, at->second.at, kDataHeaderSize)) {
       note(m_report, GcDbLoadAction::Missing, 0, 0,
            "page " + std::to_string(id) + " of section " + name + " is missing");
-      return;
+      return 0;
     }
     const uint64_t address = at->second.at;
     const uint32_t hide = dataMask(address);
     if ((u32(m_file, address) ^ hide) != kDataPageType) {
       note(m_report, GcDbLoadAction::Missing, address, 0, "page " + std::to_string(id) + " is no page of data");
-      return;
+      return 0;
     }
     const uint32_t packedSize = u32(m_file, address + 8) ^ hide;
     const auto packed = part(m_file, address + kDataHeaderSize, packedSize);
@@ -157,10 +163,10 @@ class Opener {
       note(m_report, GcDbLoadAction::Missing, address, 0, "page " + std::to_string(id) + " is cut off");
     else if (pageChecksum(packed, 0) != (u32(m_file, address + kDataChecksumAt) ^ hide))
       note(m_report, GcDbLoadAction::Noted, address, 0, "the checksum of page " + std::to_string(id) + " is wrong");
-    if (isPacked)
-      decompress(packed, room);
-    else
-      std::copy_n(packed.begin(), std::min(room.size(), packed.size()), room.begin());
+    if (isPacked) return decompress(packed, room);
+    const uint64_t size = std::min(room.size(), packed.size());
+    std::copy_n(packed.begin(), size, room.begin());
+    return size;
   }
 
   void place(const std::string& name, std::span<const uint8_t> bytes) {
@@ -180,8 +186,8 @@ class Opener {
   Sections& m_sections;
   GcDbLoadReport& m_report;
   std::unordered_map<uint32_t, Page> m_pages;
-  // What all sections together may take: a byte of packed data tells of 255 at most.
-  uint64_t m_room = std::max<uint64_t>(kLeastRoom, 256 * m_file.size());
+  // What all sections together may take. A byte of packed data can tell of 255; whole drawings pack to a tenth at best.
+  uint64_t m_room = std::max<uint64_t>(kLeastRoom, 64 * m_file.size());
 };
 
 }  // namespace

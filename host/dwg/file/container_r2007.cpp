@@ -163,16 +163,23 @@ class Opener {
     }
     m_room -= size;
     std::vector<uint8_t> bytes(size);
+    uint64_t told = 0;  // what pages take and what they give: work is bounded by the first, loss shows in the second
     uint64_t filled = 0;
-    for (uint64_t i = 0; i < count && filled <= size; ++i) {
+    for (uint64_t i = 0; i < count && told <= size; ++i) {
       const auto entry = pages.subspan(i * kPageEntry, kPageEntry);
       const uint64_t start = u64(entry, 0);
       const uint64_t unpacked = u64(entry, 24);
       if (start >= size || unpacked > kMostPerPage) continue;
-      filled += unpacked;
+      told += unpacked;
       const std::vector<uint8_t> page = dataPage(u64(entry, 16), u64(entry, 32), unpacked, name);
       const uint64_t room = size - start;
-      if (!page.empty()) std::memcpy(bytes.data() + start, page.data(), page.size() < room ? page.size() : room);
+      const uint64_t given = std::min<uint64_t>(page.size(), room);
+      std::copy_n(page.begin(), given, bytes.begin() + static_cast<std::ptrdiff_t>(start));
+      filled += given;
+    }
+    if (filled < size) {
+      note(m_report, GcDbLoadAction::Missing, 0, 0,
+           "section " + name + " has " + std::to_string(filled) + " of its " + std::to_string(size) + " bytes");
     }
     m_sections.owned.push_back(std::move(bytes));
     place(name, m_sections.owned.back());
@@ -211,8 +218,8 @@ class Opener {
   GcDbLoadReport& m_report;
   std::vector<uint8_t> m_header;
   std::unordered_map<uint64_t, Page> m_pages;
-  // What all sections together may take: a byte of packed data tells of 255 at most.
-  uint64_t m_room = std::max<uint64_t>(kLeastRoom, 256 * m_file.size());
+  // What all sections together may take. A byte of packed data can tell of 255; whole drawings pack to a tenth at best.
+  uint64_t m_room = std::max<uint64_t>(kLeastRoom, 64 * m_file.size());
 };
 
 }  // namespace

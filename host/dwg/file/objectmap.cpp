@@ -16,10 +16,10 @@ namespace {
 constexpr size_t kMostPerPiece = 2032;
 constexpr size_t kMostPair = 20;  // bytes of one pair
 
-void readPiece(std::span<const uint8_t> piece, std::vector<MapEntry>& entries) {
+void readPiece(std::span<const uint8_t> piece, uint64_t most, std::vector<MapEntry>& entries) {
   BitReader in(piece);
   MapEntry at;
-  while (in.remaining() >= 16) {
+  while (in.remaining() >= 16 && entries.size() < most) {
     at.handle += in.mc();
     at.offset += static_cast<uint64_t>(in.mcSigned());
     if (in.failed()) return;
@@ -41,19 +41,27 @@ void closePiece(BitWriter& piece, std::vector<uint8_t>& out) {
 
 }  // namespace
 
-std::vector<MapEntry> readObjectMap(std::span<const uint8_t> bytes, GcDbLoadReport& report) {
+std::vector<MapEntry> readObjectMap(std::span<const uint8_t> bytes, uint64_t most, GcDbLoadReport& report) {
   std::vector<MapEntry> entries;
-  for (uint64_t at = 0; holds(bytes, at, 4);) {
+  for (uint64_t at = 0;;) {
+    if (!holds(bytes, at, 4)) {
+      note(report, GcDbLoadAction::Missing, at, 0, "the object map has no end");
+      break;
+    }
     const uint16_t size = u16be(bytes, at);
     if (size <= 2) break;
+    if (entries.size() >= most) {
+      note(report, GcDbLoadAction::Skipped, at, 0, "the object map tells of more objects than the file has room for");
+      break;
+    }
     if (!holds(bytes, at, uint64_t{size} + 2)) {
       note(report, GcDbLoadAction::Missing, at, 0, "the object map is cut off");
-      readPiece(bytes.subspan(at + 2), entries);
+      readPiece(bytes.subspan(at + 2), most, entries);
       break;
     }
     if (crc16(bytes.subspan(at, size), kCrcSeed) != u16be(bytes, at + size))
       note(report, GcDbLoadAction::Noted, at, 0, "the checksum of a piece of the object map is wrong");
-    readPiece(bytes.subspan(at + 2, size - 2u), entries);
+    readPiece(bytes.subspan(at + 2, size - 2u), most, entries);
     at += uint64_t{size} + 2;
   }
   return entries;

@@ -91,6 +91,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
     return Gcad::eUnsupportedVersion;
   }
   if (!openSections(file, sections, report)) return Gcad::eBadDwgFile;
+  if (sections.objects.empty()) note(report, GcDbLoadAction::Missing, 0, 0, "there are no records of objects");
 
   RecordContext context(database);
   context.version = sections.version;
@@ -99,7 +100,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   HeaderReferences header;
   const bool hasHeader = readHeader(sections, context, header, report);
   readClasses(sections, context, report);
-  const std::vector<MapEntry> map = readObjectMap(sections.handles, report);
+  const std::vector<MapEntry> map = readObjectMap(sections.handles, mostRecordsIn(sections.objects.size()), report);
   if (!hasHeader && map.empty()) return Gcad::eBadDwgFile;
   setKnown(header, context);
 

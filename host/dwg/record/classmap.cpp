@@ -123,19 +123,23 @@ const Fixed* fixedAt(uint32_t number) {
 
 }  // namespace
 
+void ClassMap::add(FileClass fileClass) {
+  const size_t place = m_fileClasses.size();
+  m_byNumber.try_emplace(fileClass.number, place);
+  if (findByDxfName(fileClass.dxfName) == nullptr) m_byName.emplace(hashNoCase(fileClass.dxfName), place);
+  m_fileClasses.push_back(std::move(fileClass));
+  m_types.clear();
+}
+
 const ClassMap::FileClass* ClassMap::fileClass(uint32_t number) const {
-  if (number >= kFirstFileClass && number - kFirstFileClass < m_fileClasses.size()) {
-    const FileClass& usual = m_fileClasses[number - kFirstFileClass];
-    if (usual.number == number) return &usual;
-  }
-  for (const FileClass& each : m_fileClasses)
-    if (each.number == number) return &each;
-  return nullptr;
+  const auto at = m_byNumber.find(number);
+  return at == m_byNumber.end() ? nullptr : &m_fileClasses[at->second];
 }
 
 ClassMap::FileClass* ClassMap::findByDxfName(GcView name) {
-  for (FileClass& each : m_fileClasses)
-    if (equalNoCase(each.dxfName, name)) return &each;
+  const auto [from, to] = m_byName.equal_range(hashNoCase(name));
+  for (auto at = from; at != to; ++at)
+    if (equalNoCase(m_fileClasses[at->second].dxfName, name)) return &m_fileClasses[at->second];
   return nullptr;
 }
 

@@ -47,14 +47,11 @@ class ClassMap {
     int32_t maintenanceVersion = 0;
   };
 
-  void add(FileClass fileClass) {
-    m_fileClasses.push_back(std::move(fileClass));
-    m_types.clear();
-  }
+  void add(FileClass fileClass);
   [[nodiscard]] const std::vector<FileClass>& fileClasses() const { return m_fileClasses; }
   [[nodiscard]] std::vector<FileClass>& fileClasses() { return m_fileClasses; }
   [[nodiscard]] const FileClass* fileClass(uint32_t number) const;
-  [[nodiscard]] FileClass* findByDxfName(GcView name);
+  [[nodiscard]] FileClass* findByDxfName(GcView name);  // letter case does not count
   // The number of a zombie's own class: its fixed type, or that of the file's class of its DXF name; 0 for none.
   [[nodiscard]] uint32_t numberFor(const GcDbZombieData& data);
 
@@ -71,6 +68,8 @@ class ClassMap {
   [[nodiscard]] TypeInfo lookUp(uint32_t number) const;
 
   std::vector<FileClass> m_fileClasses;
+  std::unordered_map<uint32_t, size_t> m_byNumber;  // places; of several of a number or a name the first counts
+  std::unordered_multimap<uint64_t, size_t> m_byName;
   mutable std::unordered_map<uint32_t, TypeInfo> m_types;
 };
 

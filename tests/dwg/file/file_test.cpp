@@ -158,7 +158,7 @@ TEST(ObjectMap, EntriesComeBack) {
   }
   const std::vector<uint8_t> bytes = writeObjectMap(entries);
   GcDbLoadReport report;
-  const std::vector<MapEntry> back = readObjectMap(bytes, report);
+  const std::vector<MapEntry> back = readObjectMap(bytes, SIZE_MAX, report);
   EXPECT_TRUE(report.isClean());
   ASSERT_EQ(back.size(), entries.size());
   for (size_t i = 0; i < back.size(); ++i) {
@@ -279,7 +279,7 @@ TEST(File, WrongChecksumsAreToldAndReadingGoesOn) {
   sections.version = kR2000;
   GcDbLoadReport report;
   ASSERT_TRUE(openR2000(bytes, sections, report));
-  const std::vector<MapEntry> map = readObjectMap(sections.handles, report);
+  const std::vector<MapEntry> map = readObjectMap(sections.handles, SIZE_MAX, report);
   ASSERT_GT(map.size(), 3U);
   const MapEntry& damaged = map[map.size() / 2];
   const uint64_t next =

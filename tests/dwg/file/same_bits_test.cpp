@@ -57,7 +57,7 @@ std::map<uint64_t, std::string> recordsOf(std::span<const uint8_t> file) {
                       : sections.version == kR2007 ? openR2007(file, sections, report)
                                                    : openR2004(file, sections, report);
   if (!isOpen) return records;
-  for (const MapEntry& entry : readObjectMap(sections.handles, report)) {
+  for (const MapEntry& entry : readObjectMap(sections.handles, SIZE_MAX, report)) {
     const auto rest = part(sections.objects, entry.offset, sections.objects.size());
     BitReader in(rest);
     const uint64_t size = in.ms();
