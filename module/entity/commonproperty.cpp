@@ -1,7 +1,5 @@
 #include "module/entity/commonproperty.h"
 
-#include <string_view>
-
 struct CommonProperty {
   const GCHAR* name;
   short valueType;
@@ -45,11 +43,24 @@ constexpr CommonProperty kProperties[] = {
 CCommonEntProperty::CCommonEntProperty() : m_properties(kProperties) {}
 CCommonEntProperty::~CCommonEntProperty() = default;
 
+namespace {
+
+// The properties' names are plain capitals. Letters beyond ASCII are left to the host, which may have capitals for
+// them that are within.
+bool isCalled(const GCHAR* name, const GCHAR* capitals) {
+  for (; *name != 0; ++name, ++capitals) {
+    if (*name >= 0x80) return GcString(name).upper() == GcString(capitals);
+    const GCHAR capital = static_cast<GCHAR>(*name >= 'a' && *name <= 'z' ? *name - 'a' + 'A' : *name);
+    if (capital != *capitals) return false;
+  }
+  return *capitals == 0;
+}
+
+}  // namespace
+
 const CommonProperty* CCommonEntProperty::find(const GCHAR* name) const {
-  using View = std::basic_string_view<GCHAR>;
-  const GcString upper = GcString(name).upper();
   for (const CommonProperty& property : m_properties)
-    if (View(upper.c_str(), upper.length()) == property.name) return &property;
+    if (isCalled(name, property.name)) return &property;
   return nullptr;
 }
 

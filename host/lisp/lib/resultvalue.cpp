@@ -88,7 +88,10 @@ bool isOneList(const resbuf* chain) {
 
 LispValue listOfChain(lisp::Vm& vm, const resbuf* chain) {
   if (isOneList(chain)) chain = chain->rbnext;  // the bracket left at its end is passed over
-  std::vector<ListBuilder> open(1, ListBuilder(vm));
+  constexpr size_t kUsualDepth = 8;
+  std::vector<ListBuilder> open;
+  open.reserve(kUsualDepth);
+  open.emplace_back(vm);
   bool dot = false;
   for (const resbuf* node = chain; node != nullptr && node->restype != RTNONE; node = node->rbnext) {
     if (node->restype == RTLB) {
