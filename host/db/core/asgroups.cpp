@@ -57,7 +57,7 @@ GcDbZombieData gcdbAsGroups(const GcDbObject& object) {
   GcDbZombieData data;
   data.dxfName = object.isA()->dxfName();
   Keeper keeper(object, data.groups);
-  gcdbFieldsOut(object, keeper, GcDb::kDHL_Current);
+  gcdbFieldsOut(object, keeper, GcDb::kDHL_Current, For::Whole);
   keeper.finish();
   return data;
 }

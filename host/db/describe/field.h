@@ -67,8 +67,8 @@ enum class Write : uint8_t {
   Never                // read from old files, never written
 };
 
-// What the groups are for: files leave out more than entity lists do.
-enum class For : uint8_t { File, List };
+// What the groups are for: files leave out more than entity lists do; what is whole has even what they have elsewhere.
+enum class For : uint8_t { File, List, Whole };
 
 // How the value lives in memory.
 enum class Kind : uint8_t {

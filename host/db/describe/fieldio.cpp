@@ -202,12 +202,12 @@ void putPieces(const GcDbField& row, GcView text, GcDbGroupSink& sink) {
 
 bool isLeftOut(const GcDbField& row, const void* record, For purpose) {
   if (row.code < 0 && row.kind != Kind::Groups && row.kind != Kind::Records) return true;
-  if (purpose == For::File && row.inFiles != nullptr && !row.inFiles(record)) return true;
+  if (purpose != For::List && row.inFiles != nullptr && !row.inFiles(record)) return true;
   switch (row.write) {
-    case Write::Never: return true;
-    case Write::ListsOnly: return purpose == For::File;
+    case Write::Never: return purpose != For::Whole || row.isDefault(record);
+    case Write::ListsOnly: return purpose != For::List;
     case Write::UnlessDefault: return row.isDefault(record);
-    case Write::FilesUnlessDefault: return purpose == For::File && row.isDefault(record);
+    case Write::FilesUnlessDefault: return purpose != For::List && row.isDefault(record);
     default: return false;
   }
 }

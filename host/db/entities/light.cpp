@@ -5,7 +5,6 @@
 #include "gi/drawable.h"
 #include "host/db/describe/colorrows.h"
 #include "host/db/describe/fieldio.h"
-#include "host/db/describe/rest.h"
 
 GCDB_DEFINE_CLASS(GcDbLight, "AcDbLight")
 
@@ -21,7 +20,16 @@ const GcDbField GcDbLight::kFields[] = {
     field<&GcDbLight::m_intensity>(40, "intensity", Is::Plain),
     field<&GcDbLight::m_position>(10, "position", Is::WcsPoint),
     field<&GcDbLight::m_target>(11, "target", Is::WcsPoint),
-    rest<&GcDbLight::m_more>("more"),
+    field<&GcDbLight::m_attenuation>(72, "attenuation", Is::Plain),
+    field<&GcDbLight::m_hasLimits>(292, "hasLimits", Is::Plain),
+    field<&GcDbLight::m_startLimit>(41, "startLimit", Is::Plain),
+    field<&GcDbLight::m_endLimit>(42, "endLimit", Is::Plain),
+    field<&GcDbLight::m_hotspotRad>(50, "hotspot", Is::Plain),
+    field<&GcDbLight::m_falloffRad>(51, "falloff", Is::Plain),
+    field<&GcDbLight::m_castsShadows>(293, "castsShadows", Is::Plain),
+    field<&GcDbLight::m_shadowType>(73, "shadowType", Is::Plain),
+    field<&GcDbLight::m_shadowMapSize>(91, "shadowMapSize", Is::Plain),
+    field<&GcDbLight::m_shadowSoftness>(280, "shadowSoftness", Is::Plain),
 };
 GCDB_FIELD_COUNT(GcDbLight);
 

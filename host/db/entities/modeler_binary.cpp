@@ -1,4 +1,5 @@
 // Binary bodies, read as the text that says the same: one reader then knows both.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -120,9 +121,30 @@ class Reader {
 
 }  // namespace
 
+bool textOfBinary(std::string_view bytes, std::string& text) { return Reader(bytes).run(text); }
+
 bool readBinary(std::string_view bytes, PlaneArea& area) {
   std::string text;
-  return Reader(bytes).run(text) && read(text, area);
+  return textOfBinary(bytes, text) && read(text, area);
+}
+
+size_t binarySize(std::string_view bytes) {
+  if (!bytes.starts_with(tags::kOlder) && !bytes.starts_with(tags::kNewer)) return 0;
+  size_t size = std::string_view::npos;
+  for (const std::string_view end : {tags::kEndOlder, tags::kEndNewer}) {
+    const size_t at = bytes.find(end);
+    if (at != std::string_view::npos) size = std::min(size, at + end.size());
+  }
+  return size == std::string_view::npos ? 0 : size;
+}
+
+int binaryVersion(std::string_view bytes) {
+  const bool isOlder = bytes.starts_with(tags::kOlder);
+  if (!isOlder && !bytes.starts_with(tags::kNewer)) return 0;
+  bytes.remove_prefix(isOlder ? tags::kOlder.size() : tags::kNewer.size() + 1);
+  int32_t version = 0;
+  if (bytes.size() >= sizeof version) std::memcpy(&version, bytes.data(), sizeof version);
+  return version;
 }
 
 }  // namespace gcmodeler

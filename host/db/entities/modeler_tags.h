@@ -31,4 +31,16 @@ enum Tag : int {
 inline constexpr std::string_view kOlder = "ACIS BinaryFile";
 inline constexpr std::string_view kNewer = "ASM BinaryFile";
 
+// And what they end with: "End-of-ACIS-data", "End-of-ASM-data" as words of a kind.
+inline constexpr std::string_view kEndOlder =
+    "\x0E\x03"
+    "End\x0E\x02of\x0E\x04"
+    "ACIS\x0D\x04"
+    "data";
+inline constexpr std::string_view kEndNewer =
+    "\x0E\x03"
+    "End\x0E\x02of\x0E\x03"
+    "ASM\x0D\x04"
+    "data";
+
 }  // namespace gcmodeler::tags

@@ -27,6 +27,13 @@ bool read(std::string_view text, PlaneArea& area);
 std::string writeBinary(const PlaneArea& area);
 // Bytes of any version. False where read() of the text would be, and for damaged ones.
 bool readBinary(std::string_view bytes, PlaneArea& area);
+// The text that says the same as the bytes of any version, but for words that bytes have not (`read` and `edgesOf` do
+// not look at them). False for damaged bytes.
+bool textOfBinary(std::string_view bytes, std::string& text);
+// How many of the bytes belong to the body they begin with; 0 when they begin with none, or it has no end.
+size_t binarySize(std::string_view bytes);
+// The number of the modeller's version that bytes begin with (20800, say); 0 for none.
+int binaryVersion(std::string_view bytes);
 
 // Files keep the text enciphered; the same call deciphers it.
 std::string cipher(std::string_view line);

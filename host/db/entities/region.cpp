@@ -9,39 +9,17 @@
 #include "host/db/curves/from_path.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/draw_path.h"
+#include "host/db/entities/modeler_rows.h"
 #include "host/db/entities/modeler_text.h"
 #include "host/db/entities/region_loops.h"
 #include "host/ge/curves/arrangement.h"
 
 GCDB_DEFINE_CLASS(GcDbRegion, "AcDbRegion")
 
-namespace {
-
-constexpr GcDbField kLineFields[] = {
-    field<&GcDbModelerLine::text>(1, "text", Is::Plain),
-    list<&GcDbModelerLine::more, 3>(-1, "more"),
-};
-
-}  // namespace
-
-namespace {
-
-// Files from 2013 on name the history of a region; most have none.
-constexpr GcView kNoHistory = GC_T("{00000000-0000-0000-0000-000000000000}");
-constexpr int kHistoryCode = 2;
-
-}  // namespace
+using gcmodeler::kLineFields;
 
 struct GcDbRegionFiling {
-  static GcDbGroup history(const void* record) {
-    const GcString& id = static_cast<const GcDbRegion*>(record)->m_historyId;
-    return GcDbGroup::ofText(kHistoryCode, id.isEmpty() ? kNoHistory : view(id));
-  }
-  static bool setHistory(void* record, const GcDbGroup& group) {
-    if (group.kind != GcDbGroupKind::Text) return false;
-    static_cast<GcDbRegion*>(record)->m_historyId = group.text == kNoHistory ? GcString() : toGcString(group.text);
-    return true;
-  }
+  using Revision = gcmodeler::RevisionFiling<&GcDbRegion::m_historyId>;
 };
 
 const GcDbField GcDbRegion::kFields[] = {
@@ -50,8 +28,8 @@ const GcDbField GcDbRegion::kFields[] = {
         .from(GcDb::kDHL_AC1027)
         .when<&GcDbRegion::isRecorded>()
         .readAnyway(),
-    field<&GcDbRegion::m_historyId>(kHistoryCode, "historyId", Is::Plain)
-        .filedAs(GcDbRegionFiling::history, GcDbRegionFiling::setHistory)
+    field<&GcDbRegion::m_historyId>(gcmodeler::kRevisionCode, "historyId", Is::Plain)
+        .filedAs(GcDbRegionFiling::Revision::get, GcDbRegionFiling::Revision::set)
         .from(GcDb::kDHL_AC1027)
         .when<&GcDbRegion::isRecorded>()
         .readAnyway(),
@@ -67,6 +45,7 @@ const GcDbField GcDbRegion::kFields[] = {
         .inFilesWhen<&GcDbRegion::isTextOnly>()
         .echo(),
     field<&GcDbRegion::m_bytes>(310, "bytes", Is::Plain, Write::Never),
+    gcmodeler::notInGroups(field<&GcDbRegion::m_picture>(-1, "picture", Is::Plain)),
 };
 GCDB_FIELD_COUNT(GcDbRegion);
 
@@ -74,29 +53,10 @@ namespace {
 
 using gcmodeler::PlaneArea;
 
-// Enciphered, in groups of at most 255 characters.
-GcArray<GcDbModelerLine> linesOf(const PlaneArea& area) {
-  constexpr size_t kMostCharacters = 255;
-  GcArray<GcDbModelerLine> lines;
-  for (const std::string& plain : gcmodeler::write(area)) {
-    const GcText text = fromUtf8(gcmodeler::cipher(plain));
-    GcDbModelerLine line;
-    line.text = GcString(text.c_str(), std::min(text.size(), kMostCharacters));
-    for (size_t at = kMostCharacters; at < text.size(); at += kMostCharacters)
-      line.more.append(GcString(text.c_str() + at, std::min(text.size() - at, kMostCharacters)));
-    lines.append(line);
-  }
-  return lines;
-}
+GcArray<GcDbModelerLine> linesOf(const PlaneArea& area) { return gcmodeler::linesOf(gcmodeler::write(area)); }
 
 bool areaOf(const GcArray<GcDbModelerLine>& lines, PlaneArea& area) {
-  std::string text;
-  for (const GcDbModelerLine& line : lines) {
-    text += gcmodeler::cipher(toUtf8(view(line.text)));
-    for (const GcString& more : line.more) text += gcmodeler::cipher(toUtf8(view(more)));
-    text += '\n';
-  }
-  return gcmodeler::read(text, area);
+  return gcmodeler::read(gcmodeler::textOf(lines), area);
 }
 
 }  // namespace
@@ -271,5 +231,6 @@ Gcad::ErrorStatus GcDbRegion::subTransformBy(const GcGeMatrix3d& transform) {
   moved.normal = moved.loops[0].vectorArea().dotProduct(normal) < 0 ? -normal : normal;
   m_lines = linesOf(moved);
   m_bytes.clear();
+  m_picture.clear();
   return Gcad::eOk;
 }

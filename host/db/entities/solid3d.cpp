@@ -7,6 +7,7 @@
 #include "host/db/describe/fieldio.h"
 #include "host/db/describe/rest.h"
 #include "host/db/entities/modeler_edges.h"
+#include "host/db/entities/modeler_rows.h"
 #include "host/db/entities/modeler_text.h"
 
 GCDB_DEFINE_CLASS(GcDbModelerGeometry, "AcDbModelerGeometry")
@@ -14,15 +15,35 @@ GCDB_DEFINE_CLASS(GcDb3dSolid, "AcDb3dSolid")
 GCDB_DEFINE_CLASS(GcDbBody, "AcDbBody")
 GCDB_DEFINE_CLASS(GcDbSurface, "AcDbSurface")
 
+struct GcDbModelerFiling {
+  using Revision = gcmodeler::RevisionFiling<&GcDbModelerGeometry::m_revisionId>;
+};
+
 const GcDbField GcDbModelerGeometry::kFields[] = {
     marker("AcDbModelerGeometry"),
-    rest<&GcDbModelerGeometry::m_data>("data"),
+    field<&GcDbModelerGeometry::m_hasRevision>(290, "hasRevision", Is::Plain).from(GcDb::kDHL_AC1027),
+    field<&GcDbModelerGeometry::m_revisionId>(gcmodeler::kRevisionCode, "revisionId", Is::Plain)
+        .filedAs(GcDbModelerFiling::Revision::get, GcDbModelerFiling::Revision::set)
+        .from(GcDb::kDHL_AC1027),
+    field<&GcDbModelerGeometry::m_version>(70, "version", Is::Plain).orElse(1).until(GcDb::kDHL_AC1027),
+    field<&GcDbModelerGeometry::m_version>(70, "textVersion", Is::Plain)
+        .orElse(1)
+        .from(GcDb::kDHL_AC1027)
+        .inFilesWhen<&GcDbModelerGeometry::hasText>()
+        .echo(),
+    each<&GcDbModelerGeometry::m_lines>(-1, "lines", gcmodeler::kLineFields).until(GcDb::kDHL_AC1027),
+    each<&GcDbModelerGeometry::m_lines>(-1, "textLines", gcmodeler::kLineFields)
+        .from(GcDb::kDHL_AC1027)
+        .inFilesWhen<&GcDbModelerGeometry::hasText>()
+        .echo(),
+    gcmodeler::notInGroups(field<&GcDbModelerGeometry::m_bytes>(310, "bytes", Is::Plain)),
+    gcmodeler::notInGroups(field<&GcDbModelerGeometry::m_picture>(-1, "picture", Is::Plain)),
 };
 GCDB_FIELD_COUNT(GcDbModelerGeometry);
 
 const GcDbField GcDb3dSolid::kFields[] = {
-    marker("AcDb3dSolid").when<&GcDb3dSolid::hasSolidData>().readAnyway(),
-    rest<&GcDb3dSolid::m_solidData>("solidData"),
+    marker("AcDb3dSolid").from(GcDb::kDHL_AC1021),
+    field<&GcDb3dSolid::m_history>(350, "history", Is::SoftOwner).from(GcDb::kDHL_AC1021),
 };
 GCDB_FIELD_COUNT(GcDb3dSolid);
 
@@ -49,15 +70,18 @@ GC_SURFACE(GcDbNurbSurface, "AcDbNurbSurface");
 
 Gcad::ErrorStatus GcDbModelerGeometry::subTransformBy(const GcGeMatrix3d&) { return Gcad::eNotApplicable; }
 
+void GcDbModelerGeometry::setBytes(const GcArray<uint8_t>& bytes) {
+  assertWriteEnabled();
+  m_bytes = bytes;
+}
+
 bool GcDbModelerGeometry::subWorldDraw(GcGiWorldDraw* draw) {
-  constexpr int kLine = 1, kContinued = 3;
   std::string text;
-  GcDbGroupList::Cursor cursor(m_data);
-  for (GcDbGroup group; cursor.next(group);) {
-    if (group.code != kLine && group.code != kContinued) continue;
-    if (group.code == kLine && !text.empty()) text += '\n';
-    text += gcmodeler::cipher(toUtf8(group.text));
-  }
+  if (hasText())
+    text = gcmodeler::textOf(m_lines);
+  else
+    gcmodeler::textOfBinary({reinterpret_cast<const char*>(m_bytes.begin()), static_cast<size_t>(m_bytes.length())},
+                            text);
   for (const std::vector<GcGePoint3d>& edge : gcmodeler::edgesOf(text))
     draw->geometry().polyline(static_cast<int>(edge.size()), edge.data());
   return true;

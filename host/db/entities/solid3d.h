@@ -1,15 +1,21 @@
-// Solids, bodies and surfaces: what a solid modeller has written, as text or as a name of bytes elsewhere in the file,
-// kept as it came. Straight and elliptic edges of text are drawn.
+// Solids, bodies and surfaces: what a solid modeller has written, as text or as bytes, kept as it came. Straight and
+// elliptic edges are drawn.
 #pragma once
 
-#include "db/entity.h"
+#include "db/region.h"
 #include "host/db/describe/group.h"
+#include "host/db/describe/recordof.h"
 
 class GcDbModelerGeometry : public GcDbEntity {
  public:
   GCRX_DECLARE_MEMBERS(GcDbModelerGeometry);
   static const GcDbField kFields[];
   static const int kFieldCount;
+
+  // What DWG files have since 2004, and all files since 2013; empty for a body of text.
+  [[nodiscard]] const GcArray<uint8_t>& bytes() const { return m_bytes; }
+  void setBytes(const GcArray<uint8_t>& bytes);
+  [[nodiscard]] bool hasText() const { return !m_lines.isEmpty(); }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
 
@@ -18,7 +24,16 @@ class GcDbModelerGeometry : public GcDbEntity {
   // The modeller's own data cannot be moved without it. Errors: eNotApplicable.
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
-  GcDbGroupList m_data;
+ private:
+  friend struct GcDbModelerFiling;
+  friend struct GcDbModelerParts;
+
+  GcArray<GcDbModelerLine> m_lines;
+  GcArray<uint8_t> m_bytes;
+  GcArray<uint8_t> m_picture;  // of its edges, as DWG records have it; none when the body is newer
+  GcString m_revisionId;       // of files from 2013 on; empty for none
+  int16_t m_version = 1;
+  bool m_hasRevision = false;
 };
 
 class GcDb3dSolid : public GcDbModelerGeometry {
@@ -29,8 +44,9 @@ class GcDb3dSolid : public GcDbModelerGeometry {
   GcDb3dSolid() = default;
 
  private:
-  [[nodiscard]] bool hasSolidData() const { return !m_solidData.isEmpty(); }
-  GcDbGroupList m_solidData;  // since R2007: what it was made by
+  friend struct GcDbRecordOf<GcDb3dSolid>;
+
+  GcDbObjectId m_history;  // since R2007: what it was made by
 };
 
 class GcDbBody : public GcDbModelerGeometry {

@@ -3,6 +3,7 @@
 
 #include "db/entity.h"
 #include "host/db/describe/group.h"
+#include "host/db/describe/recordof.h"
 
 struct GcDbMeshEdge {
   int32_t from = 0, to = 0;  // vertices
@@ -19,6 +20,8 @@ class GcDbSubDMesh : public GcDbEntity {
   bool subWorldDraw(GcGiWorldDraw* draw) override;
 
  private:
+  friend struct GcDbRecordOf<GcDbSubDMesh>;
+
   int16_t m_version = 2;
   bool m_blendCrease = false;
   int32_t m_level = 0;  // how often it is subdivided when it is shown

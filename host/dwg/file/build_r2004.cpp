@@ -8,6 +8,7 @@
 #include "host/dwg/bits/crc.h"
 #include "host/dwg/file/bytewriter.h"
 #include "host/dwg/file/contents.h"
+#include "host/dwg/file/datasection.h"
 #include "host/dwg/file/lz.h"
 #include "host/dwg/file/pages_r2004.h"
 #include "host/dwg/file/sectionframe.h"
@@ -67,7 +68,7 @@ class Builder {
     addKept("AcDb:AppInfo");
     addKept("AcDb:FileDepList");
     addKept("AcDb:RevHistory");
-    addKept("AcDb:AcDsPrototype_1b");
+    if (!m_contents.data.empty()) addSection(kDataSection, m_contents.data, false);
     addSection("AcDb:AcDbObjects", objectsSection(), true);
     addSection("AcDb:ObjFreeSpace", freeSpaceSection(m_context, m_contents, 0), true);
     addSection("AcDb:Template", templateSection(m_context), true);

@@ -5,6 +5,7 @@
 #include "db/dictionary.h"
 #include "host/dwg/bits/crc.h"
 #include "host/dwg/file/classsection.h"
+#include "host/dwg/file/datasection.h"
 #include "host/dwg/file/headersection.h"
 
 namespace gc::dwg {
@@ -107,6 +108,8 @@ FileContents makeContents(RecordContext& context) {
   if (context.version < kR2004) contents.viewportTable = contents.handseed++;
   contents.header = writeHeader(context, contents.handseed);
   contents.classes = writeClasses(context);
+  planDataSection(context);
+  contents.data = writeDataSection(context);
   pointOut(context, contents);
   return contents;
 }

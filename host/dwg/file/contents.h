@@ -16,6 +16,7 @@ struct FileContents {
   std::vector<uint8_t> header;
   std::vector<uint8_t> classes;
   std::vector<MapEntry> map;         // of the records that are written
+  std::vector<uint8_t> data;         // from R2013 on: what is too large for records; empty for none
   uint64_t viewportTable = 0;        // AC1015: the handle of the (empty) list of viewport headers
   std::vector<uint64_t> pointedOut;  // handles the second header repeats
 };

@@ -111,8 +111,11 @@ class Planner {
     uint32_t type = 0;    // of records
     uint32_t number = 0;  // of the class among those of the file
     const ObjectKind* kind = nullptr;
+    bool isLookedAt = false;  // some objects go as proxies
     int32_t count = 0;
   };
+
+  static uint32_t proxyType(bool isEntity) { return isEntity ? kProxyEntity : kProxyObject; }
 
   ClassType& classTypeOf(const GcDbObject& object) {
     const GcRxClass& rxClass = *object.isA();
@@ -122,14 +125,15 @@ class Planner {
     m_lastType = &at->second;
     if (!isNew) return *m_lastType;
     ClassType& made = at->second;
-    made.kind = &m_plan.kinds.emplace_back(objectKind(object));
+    made.kind = &m_plan.kinds.emplace_back(classKind(object));
+    made.isLookedAt = made.kind->packing != nullptr && made.kind->packing->isWhole != nullptr;
     if (made.kind->isZombie) return made;  // each object has a type of its own
     made.type = ClassMap::fixedTypeOf(view(rxClass.name()));
     if (made.type == 0 && rxClass.dxfName() != nullptr)
       made.type = made.number =
           numberOfClass(view(rxClass.dxfName()), view(rxClass.name()), &rxClass, made.kind->isEntity);
     // A class that is described but whose record is not goes as a proxy that holds its groups.
-    if (made.type != 0 && !made.kind->isWritten()) made.type = made.kind->isEntity ? kProxyEntity : kProxyObject;
+    if (made.type != 0 && !made.kind->isWritten()) made.type = proxyType(made.kind->isEntity);
     return made;
   }
 
@@ -146,6 +150,12 @@ class Planner {
         m_context.classes.fileClasses()[ofClass.number - kFirstFileClass].instanceCount += ofClass.count - 1;
   }
 
+  // An object of which its class's record says not all.
+  void asProxy(PlannedObject& planned) {
+    planned.kind = &m_plan.kinds.emplace_back(objectKind(*planned.object));
+    planned.type = proxyType(planned.kind->isEntity);
+  }
+
   void choose() {
     m_plan.objects.reserve(m_database.store().size());
     m_database.store().forEach([&](GcDbStub* stub) {
@@ -156,6 +166,7 @@ class Planner {
       ClassType& ofClass = classTypeOf(*stub->object);
       planned.type = typeOf(*stub->object, ofClass);
       planned.kind = ofClass.kind;
+      if (ofClass.isLookedAt && !hasPacking(*planned.object)) asProxy(planned);
       if (planned.type == 0) {
         m_context.omitted.insert(stub->handle);
         ++m_plan.leftOut;

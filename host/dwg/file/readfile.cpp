@@ -5,6 +5,7 @@
 #include "host/db/core/life.h"
 #include "host/db/core/store.h"
 #include "host/dwg/file/classsection.h"
+#include "host/dwg/file/datasection.h"
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/file/headersection.h"
 #include "host/dwg/file/linker.h"
@@ -60,6 +61,11 @@ void keepOthers(const Sections& sections, GcDbDatabase& database) {
         {other.name, std::vector<uint8_t>(other.bytes.begin(), other.bytes.end()), sections.version});
 }
 
+void takeBodies(const Sections& sections, RecordContext& context, GcDbLoadReport& report) {
+  for (const Sections::Named& other : sections.others)
+    if (other.name == kDataSection) takeBodies(other.bytes, context, report);
+}
+
 // A handle that was only referred to must not be given to a new object.
 void raiseHandseed(GcDbDatabase& database, uint64_t fromHeader) {
   constexpr uint64_t kMostBelievable = uint64_t{1} << 56;
@@ -108,6 +114,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   ObjectLoader(sections, context, report, links).loadAll(map);
   keepClasses(context);
   keepOthers(sections, database);
+  takeBodies(sections, context, report);
   linkObjects(context, header, links, report);
   raiseHandseed(database, header.handseed);
   if (links.keptRaw > 0) gcdbWakeZombies(database);

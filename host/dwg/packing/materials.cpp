@@ -119,7 +119,17 @@ struct GcDbRecordOf<GcDbMaterial> {
     if constexpr (!Pass::kWriting) keep(values, pass.version() >= gc::dwg::kR2007, material.m_data);
   }
 
+  // What makes a procedural map is not described.
+  static bool isWhole(const GcDbMaterial& material) {
+    Values values(material.m_data);
+    for (const MapCodes* map : {&kDiffuse, &kSpecular, &kReflection, &kOpacity, &kBump, &kRefraction})
+      if (GcDbRecordOf::number(values, map->source, 1) == kProcedural) return false;
+    return true;
+  }
+
  private:
+  static constexpr int kProcedural = 2;
+
   static double& number(Values& values, int code, double usual) {
     return values.numbers.try_emplace(code, usual).first->second;
   }
@@ -133,14 +143,13 @@ struct GcDbRecordOf<GcDbMaterial> {
 
   template <class Pass>
   static void map(Pass& pass, Values& values, const MapCodes& map) {
-    constexpr int kFile = 1, kProcedural = 2;
+    constexpr int kFile = 1;
     pass.bd(number(values, map.blend, 1));
     for (const int code : {map.projection, map.tiling, map.transform}) pass.rc(number(values, code, 1));
     GcArray<double>& matrix = values.matrices[map.matrix];
     for (int i = matrix.length(); i < kMatrixSize; ++i) matrix.append(i % 5 == 0 ? 1.0 : 0.0);
     for (double& entry : matrix) pass.bd(entry);
     double& source = number(values, map.source, kFile);
-    if (Pass::kWriting && source == kProcedural) source = 0;  // what makes it is not described
     pass.rc(source);
     pass.must(source != kProcedural);
     if (source == kFile) pass.t(values.texts[map.file]);

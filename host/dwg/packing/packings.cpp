@@ -13,7 +13,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addSplines(list);
   addDimensions(list);
   addHatches(list);
-  addRegions(list);
+  addModelers(list);
   addLayouts(list);
   addObjects(list);
   addMlines(list);
@@ -26,6 +26,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addSections(list);
   addUnderlays(list);
   addMaterials(list);
+  addScenes(list);
 }
 
 }  // namespace gc::dwg::packing

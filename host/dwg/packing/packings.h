@@ -17,7 +17,7 @@ void addDimStyles(std::vector<ClassPacking>& list);
 void addSplines(std::vector<ClassPacking>& list);
 void addDimensions(std::vector<ClassPacking>& list);
 void addHatches(std::vector<ClassPacking>& list);
-void addRegions(std::vector<ClassPacking>& list);
+void addModelers(std::vector<ClassPacking>& list);
 void addLayouts(std::vector<ClassPacking>& list);
 void addMlines(std::vector<ClassPacking>& list);
 void addImages(std::vector<ClassPacking>& list);
@@ -28,6 +28,7 @@ void addFilters(std::vector<ClassPacking>& list);
 void addDimAssocs(std::vector<ClassPacking>& list);
 void addSections(std::vector<ClassPacking>& list);
 void addUnderlays(std::vector<ClassPacking>& list);
+void addScenes(std::vector<ClassPacking>& list);
 void addMaterials(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 

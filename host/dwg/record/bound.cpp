@@ -122,6 +122,7 @@ struct AllBound {
     const size_t before = missing.size();
     Binder binder{packing.className, missing};
     auto table = binder.bind(std::move(scope), packing.rows, packing.rowCount, "");
+    table->isWhole = packing.isWhole;
     if (missing.size() == before) tables[&rxClass] = std::move(table);
   }
 

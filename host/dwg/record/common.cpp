@@ -26,6 +26,12 @@ void readReactors(RecordIn& record, GcDbObject& object, int count, bool hasDicti
   if (!dictionary.isNull()) object.needExtra().extensionDictionary = dictionary;
 }
 
+void writeIsApart(RecordOut& record) {
+  if (record.version() < kR2013) return;
+  record.links.bodyIsApart = record.context.inDataSection.count(record.own) != 0;
+  record.data.b(record.links.bodyIsApart);
+}
+
 void writeReactors(RecordOut& record, const GcDbObject& object, bool hasDictionary) {
   for (const GcDbObjectId id : object.persistentReactors())
     if (record.context.isWritten(id)) record.h(kSoftPointer, id);
@@ -120,7 +126,7 @@ void readProperties(RecordIn& record, GcDbEntity& entity, Common& common, Proper
   if (version < kR2000) p.linetypeFlags = record.data.b() ? kByLayer : kByHandle;
   if (version >= kR2004) p.hasDictionary = !record.data.b();
   if (version < kR2004) record.links.consecutive = record.data.b();
-  if (version >= kR2013) record.data.b();  // binary data of a solid stands in a section of its own
+  if (version >= kR2013) record.links.bodyIsApart = record.data.b();
   common.color = readEntityColor(record, entity, p.hasColorObject);
   common.linetypeScale = record.data.bd();
   if (version >= kR2000) {
@@ -236,7 +242,7 @@ void writeCommonEntity(RecordOut& record, const GcDbEntity& entity, uint64_t& si
   if (version < kR2000) record.data.b(linetype == kByLayer);
   if (version >= kR2004) record.data.b(!hasDictionary);
   if (version < kR2004) record.data.b(record.links.consecutive);
-  if (version >= kR2013) record.data.b(false);
+  writeIsApart(record);
   writeEntityColor(record, entity);
   record.data.bd(entity.linetypeScale());
   if (version >= kR2000) {
@@ -277,7 +283,7 @@ void readCommonObject(RecordIn& record, GcDbObject& object, GcDbObjectId& owner)
   if (record.version() < kR2000) readOldSize(record);
   const int reactors = record.count(record.data.bl(), 8);
   const bool hasDictionary = record.version() < kR2004 || !record.data.b();
-  if (record.version() >= kR2013) record.data.b();
+  if (record.version() >= kR2013) record.links.bodyIsApart = record.data.b();
   owner = record.h(kSoftPointer, {});
   readReactors(record, object, reactors, hasDictionary);
 }
@@ -290,7 +296,7 @@ void writeCommonObject(RecordOut& record, const GcDbObject& object, uint64_t& si
   const bool hasDictionary = writesDictionary(record, object);
   record.data.bl(reactorCount(record, object));
   if (record.version() >= kR2004) record.data.b(!hasDictionary);
-  if (record.version() >= kR2013) record.data.b(false);
+  writeIsApart(record);
   record.h(kSoftPointer, object.ownerId());
   writeReactors(record, object, hasDictionary);
 }

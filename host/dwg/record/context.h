@@ -28,6 +28,8 @@ struct RecordContext {
   // Names of blocks by the handle of their begin entity: the record itself has anonymous names without their number.
   std::unordered_map<uint64_t, GcText> blockNames;
 
+  // From R2013 on: objects of which the file's data section holds more (bodies of solids, pictures of blocks), by handle.
+  std::unordered_set<uint64_t> inDataSection;
   // Objects that the version cannot hold and that are left out of the file, by handle.
   std::unordered_set<uint64_t> omitted;
 
@@ -62,6 +64,7 @@ struct RecordLinks : EntityLinks {
   GcDbObjectIdArray parts;  // from AC1018 on: the owned entities themselves
   GcDbObjectId sequenceEnd;
   bool hasParts = false;
+  bool bodyIsApart = false;  // the file's data section holds more of the object
 };
 
 }  // namespace gc::dwg

@@ -15,6 +15,8 @@
 
 #include "db/dbdefs.h"
 
+class GcDbObject;
+
 namespace gc::dwg {
 
 class PieceIn;
@@ -177,11 +179,13 @@ struct ClassPacking {
   const char* className;  // "AcDbLine"
   const PackRow* rows;
   int rowCount;
+  // Whether a record says all of an object; null when it always does. What it does not goes as a proxy with its groups.
+  bool (*isWhole)(const GcDbObject& object) = nullptr;
 };
 
 template <int N>
 constexpr ClassPacking packingOf(const char* className, const PackRow (&rows)[N]) {
-  return {className, rows, N};
+  return {className, rows, N, nullptr};
 }
 
 inline constexpr int kR13 = GcDb::kDHL_AC1012;

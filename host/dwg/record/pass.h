@@ -172,7 +172,14 @@ void passAll(Io& io) {
 template <class Class>
 struct Passed {
   static constexpr PackRow kRows[1] = {piece(passAll<Class, PieceIn>, passAll<Class, PieceOut>, {})};
-  static constexpr ClassPacking named(const char* className) { return packingOf(className, kRows); }
+  static constexpr ClassPacking named(const char* className) {
+    ClassPacking packing = packingOf(className, kRows);
+    if constexpr (requires(const Class& object) { GcDbRecordOf<Class>::isWhole(object); })
+      packing.isWhole = [](const GcDbObject& object) {
+        return GcDbRecordOf<Class>::isWhole(static_cast<const Class&>(object));
+      };
+    return packing;
+  }
 };
 
 }  // namespace packing

@@ -18,6 +18,10 @@ namespace gc::dwg {
 
 namespace {
 
+bool isWhole(const BoundTable& packing, const GcDbObject& object) {
+  return packing.isWhole == nullptr || packing.isWhole(object);
+}
+
 // What is behind the last field: less than a byte of filling in the references, nothing in the other streams.
 bool endsExactly(const RecordIn& record) {
   return !record.failed() && record.data.remaining() == 0 && record.texts.remaining() == 0 &&
@@ -204,6 +208,12 @@ WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint
 }
 
 ObjectKind objectKind(const GcDbObject& object) {
+  ObjectKind kind = classKind(object);
+  if (kind.packing != nullptr && !isWhole(*kind.packing, object)) kind.packing = nullptr;
+  return kind;
+}
+
+ObjectKind classKind(const GcDbObject& object) {
   ObjectKind kind;
   kind.isEntity = object.isKindOf(GcDbEntity::desc());
   kind.isTable = object.isKindOf(GcDbSymbolTable::desc());

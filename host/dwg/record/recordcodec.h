@@ -72,6 +72,8 @@ struct ObjectKind {
   // Whether objects of the class are written in records of their own class.
   [[nodiscard]] bool isWritten() const { return isZombie || isTable || packing != nullptr || filesItself; }
 };
+ObjectKind classKind(const GcDbObject& object);
+// The same of the single object: without a packing when its class's record does not say all of it.
 ObjectKind objectKind(const GcDbObject& object);
 
 RecordView writeRecord(RecordOut& record, const GcDbObject& object, const ObjectKind& kind, uint32_t type,
@@ -80,7 +82,7 @@ RecordView writeRecord(RecordOut& record, const GcDbObject& object, const Object
 // `type`: the number of the object's class in the file. `links`: mode, neighbours.
 WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links);
 
-// Whether objects of the class can be written in records of their own class.
+// Whether the object can be written in records of their own class.
 bool hasPacking(const GcDbObject& object);
 
 }  // namespace gc::dwg

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "db/region.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
+#include "host/db/entities/modeler_body.h"
 #include "host/dxf/modeler_section.h"
 
 namespace gc::dxf {
@@ -31,13 +31,12 @@ bool bodyOf(const GcDbFileRecord& record, Body& body) {
   return hasBytes && !body.bytes.isEmpty();
 }
 
-// True when the record's bytes are the region's now.
+// True when the record's bytes are the object's now.
 bool give(const LoadContext& context, const Body& body) {
   GcDbStub* stub = context.database.store().find(body.handle);
-  auto* region = stub != nullptr && stub->object ? GcDbRegion::cast(stub->object) : nullptr;
-  if (region == nullptr) return false;
+  if (stub == nullptr || !stub->object || !gcmodeler::hasBody(*stub->object)) return false;
   stub->writing = true;
-  const Gcad::ErrorStatus status = region->setBytes(body.bytes);
+  const Gcad::ErrorStatus status = gcmodeler::setBytes(*stub->object, body.bytes);
   stub->writing = stub->recorded = stub->modified = false;
   if (status != Gcad::eOk)
     context.report(GcDbLoadAction::Noted, 0, body.handle, "its body is no plane area: kept, not measured");

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "db/database.h"
-#include "db/region.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
+#include "host/db/entities/modeler_body.h"
 #include "host/dxf/modeler_section.h"
 
 namespace gc::dxf {
@@ -36,18 +36,17 @@ class SectionWriter {
     for (const GcDbFileSection& section : database.fileParts().sections)
       if (view(section.name) == kSection) m_kept = &section;
     database.store().forEach([&](const GcDbStub* stub) {
-      const auto* region = stub->object && !stub->erased ? GcDbRegion::cast(stub->object) : nullptr;
-      const bool isRecorded = region != nullptr && (out.version() >= GcDb::kDHL_AC1027 || !region->hasText());
-      if (isRecorded) m_regions.push_back(stub);
+      if (!stub->object || stub->erased || !gcmodeler::hasBody(*stub->object)) return;
+      if (out.version() >= GcDb::kDHL_AC1027 || !gcmodeler::hasText(*stub->object)) m_bodies.push_back(stub);
     });
-    std::sort(m_regions.begin(), m_regions.end(),
+    std::sort(m_bodies.begin(), m_bodies.end(),
               [](const GcDbStub* a, const GcDbStub* b) { return a->handle < b->handle; });
   }
 
   void run() {
-    const bool hasBodies = std::any_of(m_regions.begin(), m_regions.end(), [](const GcDbStub* stub) {
+    const bool hasBodies = std::any_of(m_bodies.begin(), m_bodies.end(), [](const GcDbStub* stub) {
       GcArray<std::uint8_t> bytes;
-      return GcDbRegion::cast(stub->object)->getBytes(bytes) == Gcad::eOk;
+      return gcmodeler::getBytes(*stub->object, bytes) == Gcad::eOk;
     });
     if (m_kept == nullptr && !hasBodies) return;
     m_out.tags().writeString(0, "SECTION");
@@ -56,8 +55,8 @@ class SectionWriter {
     writeHead();
     if (hasBodies) completeSchemas();
     if (m_kept != nullptr) writeKeptRecords();
-    for (const GcDbStub* stub : m_regions)
-      if (!m_written.contains(stub)) writeRegion(*stub);
+    for (const GcDbStub* stub : m_bodies)
+      if (!m_written.contains(stub)) writeBody(*stub);
     m_out.tags().writeString(0, "ENDSEC");
   }
 
@@ -100,18 +99,18 @@ class SectionWriter {
     m_out.put(record.groups);
   }
 
-  // Regions stand where their records did.
+  // Bodies stand where their records did.
   void writeKeptRecords() {
     for (const GcDbFileRecord& record : m_kept->records) {
       if (record.type.isEmpty() || view(record.type) == kSchema) continue;
       if (!isEmptyBody(record))
         writeRecord(record);
-      else if (const GcDbStub* stub = regionOf(record); stub != nullptr && m_written.insert(stub).second)
-        writeRegion(*stub);
+      else if (const GcDbStub* stub = bodyOf(record); stub != nullptr && m_written.insert(stub).second)
+        writeBody(*stub);
     }
   }
 
-  // A place that the bytes of a region were taken from.
+  // A place that the bytes of an object were taken from.
   static bool isEmptyBody(const GcDbFileRecord& record) {
     bool isBody = false;
     GcDbGroupList::Cursor cursor(record.groups);
@@ -121,14 +120,14 @@ class SectionWriter {
     }
     return isBody;
   }
-  [[nodiscard]] const GcDbStub* regionOf(const GcDbFileRecord& record) const {
+  [[nodiscard]] const GcDbStub* bodyOf(const GcDbFileRecord& record) const {
     std::uint64_t handle = 0;
     GcDbGroupList::Cursor cursor(record.groups);
     for (GcDbGroup group; cursor.next(group);)
       if (group.code == kHandle) handle = static_cast<std::uint64_t>(group.integer);
-    const auto at = std::lower_bound(m_regions.begin(), m_regions.end(), handle,
+    const auto at = std::lower_bound(m_bodies.begin(), m_bodies.end(), handle,
                                      [](const GcDbStub* stub, std::uint64_t than) { return stub->handle < than; });
-    return at != m_regions.end() && (*at)->handle == handle ? *at : nullptr;
+    return at != m_bodies.end() && (*at)->handle == handle ? *at : nullptr;
   }
 
   // The schema of bodies, and those of the attributes it refers to.
@@ -182,10 +181,10 @@ class SectionWriter {
     }
   }
 
-  void writeRegion(const GcDbStub& stub) {
+  void writeBody(const GcDbStub& stub) {
     constexpr int kMostInGroup = 127;
     GcArray<std::uint8_t> bytes;
-    if (GcDbRegion::cast(stub.object)->getBytes(bytes) != Gcad::eOk) return;
+    if (gcmodeler::getBytes(*stub.object, bytes) != Gcad::eOk) return;
     begin(kRecord);
     integer(kSchemaNumber, m_numbers[GcText(kBodySchema)]);
     m_out.putText(kValueName, kOwnerName);
@@ -203,7 +202,7 @@ class SectionWriter {
 
   GroupWriter& m_out;
   const GcDbFileSection* m_kept = nullptr;
-  std::vector<const GcDbStub*> m_regions;
+  std::vector<const GcDbStub*> m_bodies;
   std::set<const GcDbStub*> m_written;
   std::map<GcText, int> m_numbers;
   int m_next = 0;

@@ -1,4 +1,4 @@
-// Writes the section ACDSDATA: what the drawing's own file had there, and the bytes of all regions.
+// Writes the section ACDSDATA: what the drawing's own file had there, and the bytes of all regions, solids and surfaces.
 #pragma once
 
 #include "host/dxf/write/group_writer.h"

@@ -51,12 +51,14 @@ class GcDbRegion : public GcDbEntity {
 
  private:
   friend struct GcDbRegionFiling;
+  friend struct GcDbModelerParts;
   [[nodiscard]] bool isRecorded() const;
   [[nodiscard]] bool isTextOnly() const { return !isRecorded(); }
 
   GcArray<GcDbModelerLine> m_lines;
-  GcArray<uint8_t> m_bytes;  // as they were read; empty when the text is newer
-  GcString m_historyId;      // of files from 2013 on; empty for none
+  GcArray<uint8_t> m_bytes;    // as they were read; empty when the text is newer
+  GcArray<uint8_t> m_picture;  // of its edges, as DWG records have it; none when the region is newer
+  GcString m_historyId;        // of files from 2013 on; empty for none
   int16_t m_version = 1;
   bool m_hasHistory = false;
 };

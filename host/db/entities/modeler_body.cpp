@@ -1,0 +1,39 @@
+#include "host/db/entities/modeler_body.h"
+
+GcDbModelerParts GcDbModelerParts::of(GcDbRegion& region) {
+  return {region.m_lines, region.m_bytes, region.m_picture, region.m_historyId, region.m_hasHistory};
+}
+
+GcDbModelerParts GcDbModelerParts::of(GcDbModelerGeometry& body) {
+  return {body.m_lines, body.m_bytes, body.m_picture, body.m_revisionId, body.m_hasRevision};
+}
+
+namespace gcmodeler {
+
+bool hasBody(const GcDbObject& object) {
+  return GcDbRegion::cast(&object) != nullptr || GcDbModelerGeometry::cast(&object) != nullptr;
+}
+
+bool hasText(const GcDbObject& object) {
+  if (const auto* region = GcDbRegion::cast(&object)) return region->hasText();
+  const auto* body = GcDbModelerGeometry::cast(&object);
+  return body != nullptr && body->hasText();
+}
+
+Gcad::ErrorStatus getBytes(const GcDbObject& object, GcArray<uint8_t>& bytes) {
+  if (const auto* region = GcDbRegion::cast(&object)) return region->getBytes(bytes);
+  const auto* body = GcDbModelerGeometry::cast(&object);
+  if (body == nullptr || body->bytes().isEmpty()) return Gcad::eNotApplicable;
+  bytes = body->bytes();
+  return Gcad::eOk;
+}
+
+Gcad::ErrorStatus setBytes(GcDbObject& object, const GcArray<uint8_t>& bytes) {
+  if (auto* region = GcDbRegion::cast(&object)) return region->setBytes(bytes);
+  auto* body = GcDbModelerGeometry::cast(&object);
+  if (body == nullptr) return Gcad::eNotApplicable;
+  body->setBytes(bytes);
+  return Gcad::eOk;
+}
+
+}  // namespace gcmodeler
