@@ -10,6 +10,7 @@
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
 #include "host/dwg/file/nearlysorted.h"
+#include "host/dwg/record/bound.h"
 #include "host/dwg/record/rawrecord.h"
 
 namespace gc::dwg {
