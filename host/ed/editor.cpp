@@ -8,6 +8,7 @@
 #include "host/ap/docmanager.h"
 #include "host/db/core/header.h"
 #include "host/db/core/store.h"
+#include "host/db/core/undo.h"
 #include "host/db/core/viewspace.h"
 #include "host/ed/commandline.h"
 #include "host/ed/viewplace.h"
@@ -27,6 +28,19 @@ GcDbLayoutManager& layouts() { return *gcdbHostApplicationServices()->layoutMana
 Editor::Editor(ap::Document& document) : m_document(document), m_commandLine(std::make_unique<CommandLine>(*this)) {
   layouts().addReactor(this);
   takeView(*this);
+  drawingSaved();
+}
+
+int Editor::changedBits() const {
+  constexpr int kObjects = 1, kVariables = 4, kView = 16;
+  return (database().undo().isChanged() ? kObjects : 0) | (m_variableChanged ? kVariables : 0) |
+         (m_view == m_savedView ? 0 : kView);
+}
+
+void Editor::drawingSaved() {
+  database().undo().setSaved();
+  m_variableChanged = false;
+  m_savedView = m_view;
 }
 
 Editor::~Editor() { layouts().removeReactor(this); }

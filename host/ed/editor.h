@@ -28,6 +28,11 @@ class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
   HeldSet& previousSet() { return m_previousSet; }  // what the last selection of a command was
   HeldSet& pickedSet() { return m_pickedSet; }      // chosen before a command
 
+  // What DBMOD tells: bits 1 objects, 4 variables of the drawing, 16 view, changed since it was opened or saved.
+  [[nodiscard]] int changedBits() const;
+  void variableChanged() { m_variableChanged = true; }
+  void drawingSaved();
+
   SessionValues& sessionValues() { return m_sessionValues; }
   EditorWatchers& watchers() { return m_watchers; }
   int errorNumber = 0;  // the variable ERRNO
@@ -77,6 +82,8 @@ class Editor final : public ap::DocumentPart, private GcDbLayoutManagerReactor {
   SessionValues m_sessionValues;
   EditorWatchers m_watchers;
   EditorView m_view;
+  EditorView m_savedView;
+  bool m_variableChanged = false;
   std::vector<EditorView> m_earlierViews;
   std::vector<GcGeMatrix3d> m_earlierUcs;
   int m_paperViewport = 1;

@@ -14,6 +14,7 @@ struct EditorView {
   GcGeVector3d direction = GcGeVector3d::kZAxis;  // from the target to the eye, world coordinates
   GcGePoint3d target;                             // world coordinates
 
+  bool operator==(const EditorView&) const = default;
   [[nodiscard]] double width() const { return height * aspect; }
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "db/line.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/strokes.h"
 
@@ -195,6 +196,73 @@ std::vector<GcDbObjectId> entitiesIn(Editor& editor, const Region& region) {
     if (outline.takes(strokesOf(*entity, deviation))) found.push_back(id);
     ignore(entity->close());
   }
+  return found;
+}
+
+SelectionOrigin originOf(Editor& editor, const Region& region) {
+  using Kind = Region::Kind;
+  using How = SelectionOrigin::How;
+  const bool whole = region.kind == Kind::Window || region.kind == Kind::WindowPolygon;
+  SelectionOrigin origin{region.kind == Kind::Fence ? How::Fence : whole ? How::Window : How::Crossing, {}};
+  const GcGeMatrix3d toWorld = ucsToWorld(editor);
+  const bool box = region.kind == Kind::Window || region.kind == Kind::Crossing;
+  if (box && region.points.size() == 2) {
+    const GcGeMatrix3d fromDisplay = displayToWorld(editor);
+    const GcGePoint3d a = fromDisplay.inverse() * (toWorld * region.points[0]);
+    const GcGePoint3d b = fromDisplay.inverse() * (toWorld * region.points[1]);
+    for (const GcGePoint3d& corner : {a, GcGePoint3d(b.x, a.y, a.z), b, GcGePoint3d(a.x, b.y, b.z)})
+      origin.points.push_back(fromDisplay * corner);
+    return origin;
+  }
+  for (const GcGePoint3d& point : region.points) origin.points.push_back(toWorld * point);
+  return origin;
+}
+
+SelectionOrigin originOfPick(Editor& editor, const GcGePoint3d& userPoint) {
+  return {SelectionOrigin::How::Picked, {ucsToWorld(editor) * userPoint}};
+}
+
+namespace {
+
+// Where a side of a fence crosses the entity as it is seen, when the two do not meet in space.
+void appendSeenCrossings(Editor& editor, const GcGePoint3d& from, const GcGePoint3d& to,
+                         const std::vector<Stroke>& strokes, std::vector<GcGePoint3d>& found) {
+  const GcGeMatrix3d toDisplay = displayToWorld(editor).inverse();
+  const auto flat = [&](const GcGePoint3d& point) {
+    const GcGePoint3d at = toDisplay * point;
+    return Flat{at.x, at.y};
+  };
+  const Flat a = flat(from);
+  const Flat b = flat(to);
+  for (const Stroke& stroke : strokes) {
+    std::vector<GcGePoint3d> points = stroke.points;
+    if (stroke.closed && points.size() > 2) points.push_back(points[0]);
+    for (size_t i = 1; i < points.size(); ++i) {
+      const Flat c = flat(points[i - 1]);
+      const Flat d = flat(points[i]);
+      const double before = turn(a, b, c);
+      const double behind = turn(a, b, d);
+      if (!cross(a, b, c, d) || before == behind) continue;
+      found.push_back(points[i - 1] + (points[i] - points[i - 1]) * (before / (before - behind)));
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<GcGePoint3d> crossings(Editor& editor, const std::vector<GcGePoint3d>& fence, GcDbObjectId entityId) {
+  std::vector<GcGePoint3d> found;
+  GcDbEntity* entity = nullptr;
+  if (gcdbOpenObject(entity, entityId, GcDb::kForRead) != Gcad::eOk) return found;
+  for (size_t side = 1; side < fence.size(); ++side) {
+    GcArray<GcGePoint3d> met;
+    const GcDbLine line(fence[side - 1], fence[side]);
+    ignore(line.intersectWith(entity, GcDb::kOnBothOperands, met));
+    for (const GcGePoint3d& point : met) found.push_back(point);
+    if (met.isEmpty())
+      appendSeenCrossings(editor, fence[side - 1], fence[side], strokesOf(*entity, editor.view().height / 2000), found);
+  }
+  ignore(entity->close());
   return found;
 }
 

@@ -13,6 +13,12 @@ struct Region {
 // Entities of the current space that lie inside the region (Window…) or inside or across it (Crossing…, Fence), newest
 // first. Those of frozen or switched-off layers are left out.
 [[nodiscard]] std::vector<GcDbObjectId> entitiesIn(Editor& editor, const Region& region);
+// A region as a selection remembers it: in world coordinates, boxes with all four corners.
+[[nodiscard]] SelectionOrigin originOf(Editor& editor, const Region& region);
+[[nodiscard]] SelectionOrigin originOfPick(Editor& editor, const GcGePoint3d& userPoint);
+// Where a fence of world points meets an entity on the screen, in world coordinates, along the fence.
+[[nodiscard]] std::vector<GcGePoint3d> crossings(Editor& editor, const std::vector<GcGePoint3d>& fence,
+                                                 GcDbObjectId entity);
 // Entities of the current space on layers that are thawed and on; newest first.
 [[nodiscard]] std::vector<GcDbObjectId> visibleEntities(Editor& editor);
 // Entities of model space and of every layout, whatever their layer; newest first.

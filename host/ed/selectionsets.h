@@ -8,15 +8,29 @@
 #include <vector>
 
 #include "db/objectid.h"
+#include "ge/point.h"
 
 namespace ed {
+
+// How members came into a set.
+struct SelectionOrigin {
+  enum class How : uint8_t { Named, Picked, Window, Crossing, Fence } how = How::Named;
+  std::vector<GcGePoint3d> points;  // world: the pick, the corners of the region, the fence
+};
 
 class SelectionSet {
  public:
   [[nodiscard]] const std::vector<GcDbObjectId>& ids() const { return m_ids; }
   [[nodiscard]] size_t size() const { return m_ids.size(); }
   [[nodiscard]] bool contains(GcDbObjectId id) const;
-  bool add(GcDbObjectId id);     // false when it is a member already
+  bool add(GcDbObjectId id);  // false when it is a member already
+  // Those that are no members yet, with what they were selected by.
+  void add(const std::vector<GcDbObjectId>& ids, SelectionOrigin origin);
+  // The members of another set that are among the ids, in the order of the ids, with their origins.
+  void addFrom(const SelectionSet& other, const std::vector<GcDbObjectId>& ids);
+  // Number of a member's origin within origins(); 0 for one that was named.
+  [[nodiscard]] size_t originAt(size_t index) const { return m_from.empty() ? 0 : m_from[index]; }
+  [[nodiscard]] const std::vector<SelectionOrigin>& origins() const { return m_origins; }
   bool remove(GcDbObjectId id);  // false when it is no member
 
  private:
@@ -24,6 +38,8 @@ class SelectionSet {
   static constexpr size_t kSearched = 16;
   std::vector<GcDbObjectId> m_ids;
   std::unordered_set<GcDbStub*> m_members;
+  std::vector<SelectionOrigin> m_origins{1};  // the first is for members that were named
+  std::vector<uint32_t> m_from;               // beside m_ids; empty while all were named
 };
 
 using SetNumber = uint64_t;  // 0 names no set

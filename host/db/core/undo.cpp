@@ -1,5 +1,6 @@
 #include "host/db/core/undo.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "db/database.h"
@@ -26,6 +27,11 @@ void GcDbUndo::endGroup() {
 
 void GcDbUndo::setMark() { m_mark = true; }
 
+int GcDbUndo::marks() const {
+  const auto marked = std::count_if(m_done.begin(), m_done.end(), [](const Group& group) { return group.mark; });
+  return static_cast<int>(marked) + (m_mark ? 1 : 0);
+}
+
 void GcDbUndo::keep(Change change) {
   m_undone.clear();
   if (m_fresh || m_done.empty() || m_depth == 0) {
@@ -49,7 +55,9 @@ GcDbUndo::Change GcDbUndo::change(What what, const GcDbObject& object) {
 }
 
 void GcDbUndo::record(What what, const GcDbObject& object) {
-  if (m_applying || (!m_on && m_transactions == 0)) return;
+  if (m_applying) return;
+  m_changed = true;
+  if (!m_on && m_transactions == 0) return;
   const bool hasImage = what == What::Modified || what == What::Replaced;
   record(hasImage ? change(what, object) : change(what, object.objectId()));
 }

@@ -27,6 +27,10 @@ class GcDbUndo {
   // Back to the last mark, or to the beginning when there is none (then false).
   bool back();
   [[nodiscard]] int undoable() const { return static_cast<int>(m_done.size()); }
+  [[nodiscard]] int marks() const;
+  // Something has been recorded since the drawing was opened or saved last, whether or not recording is on.
+  [[nodiscard]] bool isChanged() const { return m_changed; }
+  void setSaved() { m_changed = false; }
   [[nodiscard]] int redoable() const { return static_cast<int>(m_undone.size()); }
 
   // Transactions record whether or not recording is on. The number says where changes stood at the start; an
@@ -90,4 +94,5 @@ class GcDbUndo {
   bool m_applying = false;
   bool m_fresh = false;  // the group has been begun but has no change yet
   bool m_mark = false;
+  bool m_changed = false;
 };

@@ -12,6 +12,7 @@
 #include "host/db/core/loader.h"
 #include "host/db/core/names.h"
 #include "host/db/core/store.h"
+#include "host/db/core/undo.h"
 #include "host/db/core/xdata.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/sequence.h"
@@ -284,13 +285,9 @@ class DimensionFollower {
   GcDbGroupList m_before;
 };
 
-}  // namespace
-
-Gcad::ErrorStatus gcdbEntityModify(const GcDbGroupList& list) {
-  GcDbGroup name;
-  if (!findGroup(list, -1, name) || !name.id.isValid()) return Gcad::eInvalidInput;
+Gcad::ErrorStatus changeObject(GcDbObjectId id, const GcDbGroupList& list) {
   GcDbObject* object = nullptr;
-  Gcad::ErrorStatus status = gcdbOpenGcDbObject(object, name.id, GcDb::kForWrite);
+  Gcad::ErrorStatus status = gcdbOpenGcDbObject(object, id, GcDb::kForWrite);
   if (status != Gcad::eOk) return status;
   if (isOnLockedLayer(*object)) status = Gcad::eOnLockedLayer;
   if (status == Gcad::eOk) {
@@ -298,9 +295,24 @@ Gcad::ErrorStatus gcdbEntityModify(const GcDbGroupList& list) {
     DimensionFollower follower(*object);
     status = fillObject(*object, list);
     object->subLoaded();
-    follower.follow();
+    if (status == Gcad::eOk) follower.follow();
   }
   ignore(object->close());
+  return status;
+}
+
+}  // namespace
+
+Gcad::ErrorStatus gcdbEntityModify(const GcDbGroupList& list) {
+  GcDbGroup name;
+  if (!findGroup(list, -1, name) || !name.id.isValid()) return Gcad::eInvalidInput;
+  GcDbUndo& undo = name.id.database()->undo();
+  const size_t start = undo.beginTransaction();
+  const Gcad::ErrorStatus status = changeObject(name.id, list);
+  if (status == Gcad::eOk)
+    undo.endTransaction();
+  else
+    undo.abortTransaction(start);  // what was changed before the group that failed
   return status;
 }
 

@@ -10,7 +10,7 @@
 // Changes the object that group -1 names to what the list says; groups that are missing stay as they are; kind,
 // handle and owner cannot change. Extended data behind a group -3 replaces that of the named applications.
 // Errors: eInvalidInput (no object in the list), eWasErased, eOnLockedLayer, eInvalidDxfCode (a group the kind does
-// not have), eRegappIdNotFound, eDuplicateRecordName …
+// not have), eRegappIdNotFound, eDuplicateRecordName …; the object is then as it was.
 Gcad::ErrorStatus gcdbEntityModify(const GcDbGroupList& list);
 
 // Makes objects from lists, one after the other: entities into the current space (or the block being defined),

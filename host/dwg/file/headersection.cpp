@@ -162,9 +162,7 @@ class HeaderOut {
       case HeaderOp::BL: m_record.bl(static_cast<int32_t>(integer(row))); return;
       case HeaderOp::BLL: m_record.bll(static_cast<uint64_t>(integer(row))); return;
       case HeaderOp::RC: m_record.rc(static_cast<unsigned>(integer(row))); return;
-      case HeaderOp::BD:
-        m_record.bd(row.name == nullptr ? row.constant : m_header.real(nameOfRow(row.name), row.constant));
-        return;
+      case HeaderOp::BD: m_record.bd(real(row)); return;
       case HeaderOp::BD3: m_record.bd3(point(nameOfRow(row.name))); return;
       case HeaderOp::RD2: {
         const GcGePoint3d p = m_header.point(nameOfRow(row.name));
@@ -193,6 +191,11 @@ class HeaderOut {
   [[nodiscard]] int64_t integer(const HeaderRow& row) const {
     return row.name == nullptr ? static_cast<int64_t>(row.constant)
                                : m_header.integer(nameOfRow(row.name), static_cast<int64_t>(row.constant));
+  }
+  [[nodiscard]] double real(const HeaderRow& row) const {
+    if (row.name == nullptr) return row.constant;
+    if (std::string_view(row.name) == "$CELTSCALE") return m_database.celtscale();
+    return m_header.real(nameOfRow(row.name), row.constant);
   }
   // The axes of coordinate systems are the world's where nothing else is said.
   [[nodiscard]] GcGePoint3d point(const GcText& name) const {

@@ -86,6 +86,17 @@ bool isDwg(std::string_view bytes) {
   return versionOfBytes({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}) != GcDb::kDHL_Unknown;
 }
 
+// The template part: the length of a description (16 bits), its characters, then $MEASUREMENT (16 bits).
+void takeMeasurement(const Sections& sections, GcDbDatabase& database) {
+  for (const Sections::Named& other : sections.others) {
+    if (other.name != "AcDb:Template" || other.bytes.size() < 4) continue;
+    const auto u16 = [&](size_t at) { return static_cast<size_t>(other.bytes[at] | other.bytes[at + 1] << 8); };
+    const size_t at = 2 + u16(0) * (sections.version < kR2007 ? 1 : 2);
+    if (at + 2 <= other.bytes.size() && u16(at) <= 1)
+      database.header().setInteger(GC_T("$MEASUREMENT"), static_cast<int>(u16(at)));
+  }
+}
+
 Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   const std::span<const uint8_t> file(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
   GcDbLoadReport& report = database.loadReport();
@@ -105,6 +116,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   setVersionSettings(database, sections);
   HeaderReferences header;
   const bool hasHeader = readHeader(sections, context, header, report);
+  takeMeasurement(sections, database);
   readClasses(sections, context, report);
   const std::vector<MapEntry> map = readObjectMap(sections.handles, mostRecordsIn(sections.objects.size()), report);
   if (!hasHeader && map.empty()) return Gcad::eBadDwgFile;

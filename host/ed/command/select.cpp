@@ -18,17 +18,21 @@ constexpr const char* kWords =
 class Chosen {
  public:
   Chosen(Editor& editor, bool lockedToo) : m_editor(editor), m_lockedToo(lockedToo) {}
-  void apply(const Ids& ids) {
+  void apply(const Ids& ids, SelectionOrigin origin = {}) {
+    Ids added;
     for (const GcDbObjectId id : ids) {
       if (!id.isValid() || id.isErased() || !isInSpace(id, m_editor.currentSpace())) continue;
       if (m_removing)
         m_set.remove(id);
       else if (m_lockedToo || !isOnLockedLayer(id))
-        m_set.add(id);
+        added.push_back(id);
     }
+    m_set.add(added, std::move(origin));
   }
+  void apply(const Region& region) { apply(entitiesIn(m_editor, region), originOf(m_editor, region)); }
   void setRemoving(bool removing) { m_removing = removing; }
   [[nodiscard]] const Ids& ids() const { return m_set.ids(); }
+  [[nodiscard]] const SelectionSet& set() const { return m_set; }
 
  private:
   Editor& m_editor;
@@ -89,19 +93,19 @@ Task<bool> applyAnswer(CommandInput& in, const Answer& answer, Chosen& chosen) {
   } else if (answer.isPoint()) {
     const GcDbObjectId picked = entityAt(editor, answer.point);
     if (!picked.isNull()) {
-      chosen.apply({picked});
+      chosen.apply({picked}, originOfPick(editor, answer.point));
       co_return true;
     }
     const Answer corner = co_await in.ask(Ask(Ask::What::Point, "\nSpecify opposite corner: ").from(answer.point));
     if (!corner.isPoint()) co_return true;
     // To the right a window, to the left a crossing.
     kind = corner.point.x >= answer.point.x ? Region::Kind::Window : Region::Kind::Crossing;
-    chosen.apply(entitiesIn(editor, {kind, {answer.point, corner.point}}));
+    chosen.apply(Region{kind, {answer.point, corner.point}});
   } else if (answer.isKeyword("Remove") || answer.isKeyword("Add")) {
     chosen.setRemoving(answer.isKeyword("Remove"));
   } else if (regionOf(answer, kind)) {
     const Region region = co_await askRegion(in, kind, {});
-    if (region.points.size() >= 2) chosen.apply(entitiesIn(editor, region));
+    if (region.points.size() >= 2) chosen.apply(region);
   } else if (answer.isKeyword("Group")) {
     const Answer name = co_await in.ask(Ask(Ask::What::Line, "\nEnter group name: "));
     const GcDbObjectId group = groupNamed(editor.database(), name.text);
@@ -133,7 +137,7 @@ Task<Ids> select(CommandInput& in, const char* prompt, bool once) {
 
 }  // namespace
 
-std::vector<GcDbObjectId> selectByPerson(Editor& editor, PersonSelection& how) {
+void selectByPerson(Editor& editor, PersonSelection& how) {
   constexpr Command kSelecting{"SELECT", "", nullptr};
   Chosen chosen(editor, true);
   const auto body = [&](CommandInput& in) -> Task<bool> {
@@ -149,7 +153,7 @@ std::vector<GcDbObjectId> selectByPerson(Editor& editor, PersonSelection& how) {
   CommandRun run(editor, kSelecting, body);
   run.start();
   while (!run.done()) run.feed(InputItem::of(InputItem::Kind::Pause));
-  return how.cancelled ? Ids() : chosen.ids();
+  if (!how.cancelled) how.chosen = chosen.set();
 }
 
 Task<Ids> selectObjects(CommandInput& in, const char* prompt) { co_return co_await select(in, prompt, false); }

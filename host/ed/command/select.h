@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/ed/command/command.h"
+#include "host/ed/selectionsets.h"
 
 namespace ed {
 
@@ -17,8 +18,9 @@ Task<std::vector<GcDbObjectId>> selectOnce(CommandInput& in, const char* prompt 
 struct PersonSelection {
   bool single = false;     // the first answer is all
   bool cancelled = false;  // by the person; the result is empty then
+  SelectionSet chosen;     // with what each was selected by
 };
 // Locked layers are not kept out, and the previous set stays.
-std::vector<GcDbObjectId> selectByPerson(Editor& editor, PersonSelection& how);
+void selectByPerson(Editor& editor, PersonSelection& how);
 
 }  // namespace ed

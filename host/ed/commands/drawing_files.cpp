@@ -45,6 +45,7 @@ bool write(CommandInput& in, GcDbDatabase& database, const GcText& name, GcDb::G
   const bool own = &database == &in.database();
   if (own) in.editor().watchers().tell(Happening::SaveBegins, name);
   const bool written = writeFile(in, database, name, version);
+  if (own && written) in.editor().drawingSaved();
   if (own && written) in.editor().watchers().tell(Happening::SaveEnded, name);
   return written;
 }

@@ -105,7 +105,7 @@ const VariableRow kRows[] = {
     {"CMDNAMES", kText, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { v.text = e.commandNames(); }},
     {"CTAB", kText, kComputed, "", 0, 0, false, ctabGet, ctabSet},
     {"CVPORT", kInt, kComputed, "2", 0, 0, false, cvportGet, cvportSet},
-    {"DBMOD", kInt, kComputed, "0", 0, 0, true},
+    {"DBMOD", kInt, kComputed, "0", 0, 0, true, [](Editor& e, Value& v) { v.integer = e.changedBits(); }},
     {"DIMSTYLE", kText, kComputed, "", 0, 0, true, dimStyleGet},
     {"ERRNO", kInt, kComputed, "0", 0, 0, false, [](Editor& e, Value& v) { v.integer = e.errorNumber; },
      [](Editor& e, const Value& v) {
@@ -125,7 +125,8 @@ const VariableRow kRows[] = {
     {"UCSXDIR", kPoint3d, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { ucsAxis(e, 0, v); }},
     {"UCSYDIR", kPoint3d, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { ucsAxis(e, 1, v); }},
     {"UNDOCTL", kInt, kComputed, "0", 0, 0, true, undoControl},
-    {"UNDOMARKS", kInt, kComputed, "0", 0, 0, true},
+    {"UNDOMARKS", kInt, kComputed, "0", 0, 0, true,
+     [](Editor& e, Value& v) { v.integer = e.database().undo().marks(); }},
     {"VIEWCTR", kPoint3d, kComputed, "", 0, 0, true, viewCenter},
     {"VIEWDIR", kPoint3d, kComputed, "", 0, 0, true, viewDirection},
     {"VIEWSIZE", kReal, kComputed, "", 0, 0, true, [](Editor& e, Value& v) { v.real = e.view().height; }},

@@ -100,6 +100,13 @@ VariableStatus setUnlisted(Editor& editor, GcView name, const VariableValue& giv
   return VariableStatus::Done;
 }
 
+// Whether a variable that can be set is kept in the drawing; one without a row is a setting of its header.
+bool isOfDrawing(const VariableRow* row) {
+  if (row == nullptr || row->keep != Keep::Computed) return row == nullptr || row->keep == Keep::Header;
+  const std::string_view name = row->name;
+  return name != "ERRNO" && name != "CVPORT";
+}
+
 VariableStatus assign(Editor& editor, const GcText& upper, const VariableValue& given) {
   const VariableRow* row = findRow(upper);
   if (row == nullptr) return setUnlisted(editor, upper, given);
@@ -186,6 +193,7 @@ VariableStatus setVariable(Editor& editor, GcView name, const VariableValue& giv
   editor.watchers().tell(Happening::VariableChanges, upper);
   const VariableStatus status = assign(editor, upper, given);
   const bool done = status == VariableStatus::Done;
+  if (done && isOfDrawing(findRow(upper))) editor.variableChanged();
   editor.watchers().tell(done ? Happening::VariableChanged : Happening::VariableRefused, upper);
   return status;
 }

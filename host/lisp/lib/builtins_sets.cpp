@@ -1,4 +1,5 @@
 // Selection sets.
+#include "host/ed/selection.h"
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/lib/drawinghost.h"
 #include "host/lisp/lib/names.h"
@@ -19,8 +20,41 @@ ed::SelectionSet& setArgument(lisp::Args& args) {
 
 GcDbObjectId entityArgument(lisp::Args& args) { return lisplib::idOfWord(args.entityName()); }
 
-// How a member came to be in a set: by name, without a pick.
-constexpr int32_t kByName = 0;
+LispValue pointValue(lisp::Args& args, const GcGePoint3d& point) {
+  const double xyz[] = {point.x, point.y, point.z};
+  return args.newPoint(xyz, 3);
+}
+
+// (0 point): a point with a line of sight through it.
+LispValue sightOf(lisp::Args& args, const GcGePoint3d& point) {
+  return args.cons(LispValue::integer(0), args.cons(pointValue(args, point), LispValue::nil()));
+}
+
+// (method entity marker data...): 0 named, 1 picked at a point, 2 and 3 by the window or crossing region of the
+// number, 4 crossed by a fence at the points.
+LispValue memberEntry(lisp::Args& args, const ed::SelectionSet& set, size_t index) {
+  using How = ed::SelectionOrigin::How;
+  const ed::SelectionOrigin& origin = set.origins()[set.originAt(index)];
+  lisp::ListBuilder entry(args.vm());
+  entry.add(LispValue::integer(static_cast<int32_t>(origin.how)));
+  entry.add(lisplib::makeName(args.vm(), set.ids()[index]));
+  entry.add(LispValue::integer(0));
+  if (origin.how == How::Picked) entry.add(sightOf(args, origin.points[0]));
+  if (origin.how == How::Window || origin.how == How::Crossing)
+    entry.add(LispValue::integer(-static_cast<int32_t>(set.originAt(index))));
+  if (origin.how == How::Fence)
+    for (const GcGePoint3d& point : ed::crossings(hostOf(args.vm()).editor(), origin.points, set.ids()[index]))
+      entry.add(sightOf(args, point));
+  return entry.list();
+}
+
+// (-number (0 corner)...) of a region.
+LispValue regionEntry(lisp::Args& args, const ed::SelectionSet& set, size_t origin) {
+  lisp::ListBuilder entry(args.vm());
+  entry.add(LispValue::integer(-static_cast<int32_t>(origin)));
+  for (const GcGePoint3d& corner : set.origins()[origin].points) entry.add(sightOf(args, corner));
+  return entry.list();
+}
 
 }  // namespace
 
@@ -60,21 +94,25 @@ LISP_BUILTIN("ssname", "(ssname set index) -> entity | nil", "A member by its nu
   return lisplib::makeName(args.vm(), set.ids()[static_cast<size_t>(index)]);
 }
 
-LISP_BUILTIN("ssnamex", "(ssnamex set [index]) -> list | nil",
-             "How members were selected: a list (method entity 0 0) for each, or for the one asked for.") {
+LISP_BUILTIN(
+    "ssnamex", "(ssnamex set [index]) -> list | nil",
+    "How members were selected: (0 entity 0) named, (1 entity 0 (0 point)) picked, (2 entity 0 -n) in a window, "
+    "(3 entity 0 -n) by a crossing, (4 entity 0 (0 point)...) by a fence; then (-n (0 corner)...) for each "
+    "region.") {
   const ed::SelectionSet& set = setArgument(args);
   const bool one = args.more();
   const int32_t index = one ? args.integer() : 0;
   lisp::ListBuilder list(args.vm());
+  std::vector<bool> regions(set.origins().size());
   for (size_t i = 0; i < set.size(); ++i) {
     if (one && static_cast<int64_t>(i) != index) continue;
-    lisp::ListBuilder entry(args.vm());
-    entry.add(LispValue::integer(kByName));
-    entry.add(lisplib::makeName(args.vm(), set.ids()[i]));
-    entry.add(LispValue::integer(0));
-    entry.add(LispValue::integer(0));
-    list.add(entry.list());
+    list.add(memberEntry(args, set, i));
+    const ed::SelectionOrigin::How how = set.origins()[set.originAt(i)].how;
+    if (how == ed::SelectionOrigin::How::Window || how == ed::SelectionOrigin::How::Crossing)
+      regions[set.originAt(i)] = true;
   }
+  for (size_t i = 0; i < regions.size(); ++i)
+    if (regions[i]) list.add(regionEntry(args, set, i));
   return list.list();
 }
 

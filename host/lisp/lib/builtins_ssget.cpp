@@ -51,20 +51,27 @@ bool isPoint(LispValue value) {
   return lisp::pointOf(value, at) != 0;
 }
 
+ed::SelectionSet named(const Ids& ids) {
+  ed::SelectionSet set;
+  set.add(ids, {});
+  return set;
+}
+
 // What one point means: the entity there.
-Ids at(ed::Editor& editor, const GcGePoint3d& point) {
-  const GcDbObjectId id = ed::entityAt(editor, point);
-  return id.isNull() ? Ids() : Ids{id};
+ed::SelectionSet at(ed::Editor& editor, const GcGePoint3d& point) {
+  ed::SelectionSet set;
+  if (const GcDbObjectId id = ed::entityAt(editor, point); !id.isNull()) set.add({id}, ed::originOfPick(editor, point));
+  return set;
 }
 
 // "Select objects:" answered by the person: points, windows, words, until Enter.
-Ids asked(lisp::Args& args, ed::Editor& editor, bool single) {
+ed::SelectionSet asked(lisp::Args& args, ed::Editor& editor, bool single) {
   args.vm().flush();
   ed::PersonSelection how;
   how.single = single;
-  Ids ids = ed::selectByPerson(editor, how);
+  ed::selectByPerson(editor, how);
   if (how.cancelled) lisp::fail("Function cancelled");
-  return ids;
+  return std::move(how.chosen);
 }
 
 bool regionKind(const lisp::Text& word, ed::Region::Kind& kind) {
@@ -94,16 +101,19 @@ std::vector<GcGePoint3d> regionPoints(lisp::Args& args, ed::Region::Kind kind) {
   return points;
 }
 
-Ids byMode(lisp::Args& args, ed::Editor& editor, const Mode& mode) {
+ed::SelectionSet byMode(lisp::Args& args, ed::Editor& editor, const Mode& mode) {
   ed::Region region;
-  if (mode.word == GC_T("X")) return ed::wholeDrawing(editor);
-  if (mode.word == GC_T("A") || mode.word == GC_T("ALL")) return ed::visibleEntities(editor);
-  if (mode.word == GC_T("L")) return {ed::lastEntity(editor)};
-  if (mode.word == GC_T("P")) return editor.previousSet().set() == nullptr ? Ids() : editor.previousSet().set()->ids();
-  if (mode.word == GC_T("I")) return editor.pickedSet().set() == nullptr ? Ids() : editor.pickedSet().set()->ids();
+  const auto copyOf = [](const ed::HeldSet& held) { return held.set() == nullptr ? ed::SelectionSet() : *held.set(); };
+  if (mode.word == GC_T("X")) return named(ed::wholeDrawing(editor));
+  if (mode.word == GC_T("A") || mode.word == GC_T("ALL")) return named(ed::visibleEntities(editor));
+  if (mode.word == GC_T("L")) return named({ed::lastEntity(editor)});
+  if (mode.word == GC_T("P")) return copyOf(editor.previousSet());
+  if (mode.word == GC_T("I")) return copyOf(editor.pickedSet());
   if (regionKind(mode.word, region.kind)) {
     region.points = regionPoints(args, region.kind);
-    return ed::entitiesIn(editor, region);
+    ed::SelectionSet set;
+    set.add(ed::entitiesIn(editor, region), ed::originOf(editor, region));
+    return set;
   }
   if (!mode.word.empty() && mode.word != GC_T("N")) lisp::fail("bad SSGET mode string");
   if (args.more() && isPoint(args.peek())) return at(editor, pointOf(args.any()));
@@ -111,9 +121,10 @@ Ids byMode(lisp::Args& args, ed::Editor& editor, const Mode& mode) {
 }
 
 // The set of what was found; nil for nothing. A selection is what Previous means from then on.
-LispValue setOf(lisp::Args& args, ed::Editor& editor, const Ids& ids) {
+LispValue setOf(lisp::Args& args, ed::Editor& editor, const ed::SelectionSet& found, const Ids& ids) {
   if (ids.empty()) return LispValue::nil();
-  const ed::SetNumber number = editor.sets().make(ids);
+  const ed::SetNumber number = editor.sets().make();
+  editor.sets().find(number)->addFrom(found, ids);
   editor.previousSet().reset(number);
   return lisplib::adoptSet(args.vm(), number);
 }
@@ -128,13 +139,11 @@ LISP_BUILTIN(
   Mode mode;
   if (args.more() && args[0].isString()) mode = parseMode(args.string());
   const bool filterFirst = args.more() && !isPoint(args.peek()) && !args.peek().isString();
-  Ids ids;
-  if (filterFirst && mode.word.empty())
-    ids = asked(args, editor, mode.single);
-  else
-    ids = byMode(args, editor, mode);
+  const ed::SelectionSet found =
+      filterFirst && mode.word.empty() ? asked(args, editor, mode.single) : byMode(args, editor, mode);
+  Ids ids = found.ids();
   std::erase_if(ids, [](GcDbObjectId id) { return !id.isValid() || id.isErased(); });
   if (mode.unlockedOnly) std::erase_if(ids, [](GcDbObjectId id) { return ed::isOnLockedLayer(id); });
   if (args.moreNotNil()) ids = lisplib::filterOf(args.vm(), args.list()).passing(ids);
-  return setOf(args, editor, ids);
+  return setOf(args, editor, found, ids);
 }
