@@ -39,6 +39,7 @@ LispValue memberEntry(lisp::Args& args, const ed::SelectionSet& set, size_t inde
   entry.add(LispValue::integer(static_cast<int32_t>(origin.how)));
   entry.add(lisplib::makeName(args.vm(), set.ids()[index]));
   entry.add(LispValue::integer(0));
+  if (origin.how == How::Named) entry.add(LispValue::integer(0));
   if (origin.how == How::Picked) entry.add(sightOf(args, origin.points[0]));
   if (origin.how == How::Window || origin.how == How::Crossing)
     entry.add(LispValue::integer(-static_cast<int32_t>(set.originAt(index))));
@@ -96,7 +97,7 @@ LISP_BUILTIN("ssname", "(ssname set index) -> entity | nil", "A member by its nu
 
 LISP_BUILTIN(
     "ssnamex", "(ssnamex set [index]) -> list | nil",
-    "How members were selected: (0 entity 0) named, (1 entity 0 (0 point)) picked, (2 entity 0 -n) in a window, "
+    "How members were selected: (0 entity 0 0) named, (1 entity 0 (0 point)) picked, (2 entity 0 -n) in a window, "
     "(3 entity 0 -n) by a crossing, (4 entity 0 (0 point)...) by a fence; then (-n (0 corner)...) for each "
     "region.") {
   const ed::SelectionSet& set = setArgument(args);
