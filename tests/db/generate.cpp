@@ -1,5 +1,7 @@
 #include "generate.h"
 
+#include <string_view>
+
 #include "db/dictionary.h"
 #include "db/entity.h"
 
@@ -31,6 +33,10 @@ void ObjectGenerator::fillRow(const GcDbField& row, void* record) {
   if (row.is == Is::Marker || row.isGroupsOnly() || row.at == nullptr || row.is == Is::Count) return;
   void* member = row.at(record);
   const auto set = [&](auto value) { *static_cast<decltype(value)*>(member) = value; };
+  if (row.code == 72 && row.name == std::string_view("type")) {  // of a hatch's edge: says what else there is
+    set(static_cast<int16_t>(integer(1, 4)));
+    return;
+  }
   const bool isCurve = row.is == Is::Angle || (row.code >= 50 && row.code <= 58);
   switch (row.kind) {
     case Kind::Bool: set(integer(0, 1) == 1); break;

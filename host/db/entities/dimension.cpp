@@ -45,6 +45,7 @@ const GcDbField GcDbDimension::kFields[] = {
     field<&GcDbDimension::m_horizontalRad>(51, "horizontalDirection", Is::Plain, Write::FilesUnlessDefault),
     field<&GcDbDimension::m_normal>(210, "normal", Is::Normal, Write::FilesUnlessDefault),
     field<&GcDbDimension::m_styleId>(3, "style", Is::DimStyleName),
+    field<&GcDbDimension::m_recordFlags>(-70, "recordFlags", Is::Plain),
 };
 GCDB_FIELD_COUNT(GcDbDimension);
 

@@ -30,6 +30,8 @@ const GcDbField GcDbLeader::kFields[] = {
     field<&GcDbLeader::m_offsetToBlock>(212, "offsetToBlock", Is::WcsVector, Write::FilesUnlessDefault),
     field<&GcDbLeader::m_offsetToText>(213, "offsetToText", Is::WcsVector, Write::FilesUnlessDefault)
         .from(GcDb::kDHL_AC1014),
+    field<&GcDbLeader::m_arrowType>(-71, "arrowType", Is::Plain),
+    field<&GcDbLeader::m_endProjection>(-10, "endProjection", Is::Plain),
 };
 GCDB_FIELD_COUNT(GcDbLeader);
 

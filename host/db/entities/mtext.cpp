@@ -1,5 +1,6 @@
 #include "db/mtext.h"
 
+#include <bit>
 #include <iterator>
 
 #include "db/database.h"
@@ -96,6 +97,38 @@ const GcDbField GcDbMText::kFields[] = {
                    return true;
                  })
         .inFilesWhen<&GcDbMText::isGivenByAngle>(),
+    field<&GcDbMText::m_measuredWidth>(-142, "measuredWidth", Is::Plain)
+        .filedAs(
+            [](const void* record) {
+              const auto& text = *static_cast<const GcDbMText*>(record);
+              return GcDbGroup::ofReal(42, text.isMeasured() ? text.m_measuredWidth : text.actualWidth());
+            },
+            [](void* record, const GcDbGroup& group) {
+              static_cast<GcDbMText*>(record)->m_measuredWidth = group.asReal();
+              return true;
+            }),
+    field<&GcDbMText::m_measuredHeight>(-143, "measuredHeight", Is::Plain)
+        .filedAs(
+            [](const void* record) {
+              const auto& text = *static_cast<const GcDbMText*>(record);
+              return GcDbGroup::ofReal(43, text.isMeasured() ? text.m_measuredHeight : text.actualHeight());
+            },
+            [](void* record, const GcDbGroup& group) {
+              static_cast<GcDbMText*>(record)->m_measuredHeight = group.asReal();
+              return true;
+            }),
+    // Set behind all others: the measured size holds for the text as it is then.
+    field<&GcDbMText::m_measuredSum>(-144, "measuredSum", Is::Plain)
+        .filedAs(
+            [](const void* record) {
+              return GcDbGroup::ofInt(-144, static_cast<const GcDbMText*>(record)->isMeasured() ? 1 : 0);
+            },
+            [](void* record, const GcDbGroup&) {
+              auto& text = *static_cast<GcDbMText*>(record);
+              text.m_measuredSum = text.sumOfMeasured();
+              return true;
+            }),
+    field<&GcDbMText::m_isAnnotative>(-145, "isAnnotative", Is::Plain),
     field<&GcDbMText::m_lineSpacingStyle>(73, "lineSpacingStyle", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
     field<&GcDbMText::m_lineSpacing>(44, "lineSpacing", Is::Plain).orElse(1).from(GcDb::kDHL_AC1015),
     part<&GcDbMText::m_rare>("rare", kBackgroundFields),
@@ -232,6 +265,19 @@ Gcad::ErrorStatus GcDbMText::subTransformBy(const GcGeMatrix3d& transform) {
   if (!m_direction.isZeroLength()) m_direction = m_direction.normal();
   m_turnRad = kNoTurn;
   return status;
+}
+
+// Whatever the size of the text depends on; never 0.
+uint32_t GcDbMText::sumOfMeasured() const {
+  constexpr uint64_t kStart = 14695981039346656037u, kPrime = 1099511628211u;  // Fowler, Noll and Vo's, 64 bits
+  uint64_t sum = kStart;
+  const auto add = [&](uint64_t value) { sum = (sum ^ value) * kPrime; };
+  for (const GCHAR unit : view(m_contents)) add(static_cast<uint16_t>(unit));
+  for (const double number : {m_textHeight, m_width, m_definedHeight, m_lineSpacing})
+    add(std::bit_cast<uint64_t>(number));
+  add(m_styleId.handle());
+  add(static_cast<uint16_t>(m_lineSpacingStyle));
+  return static_cast<uint32_t>(sum >> 32) | 1u;
 }
 
 double GcDbMText::actualWidth() const { return layOut(*this).width; }

@@ -26,7 +26,9 @@ const GcDbField GcDbSpline::kFields[] = {
     list<&GcDbSpline::m_weights, 41>(-1, "weights"),
     list<&GcDbSpline::m_controlPoints, 10, Is::WcsPoint>(-1, "controlPoints"),
     list<&GcDbSpline::m_fitPoints, 11, Is::WcsPoint>(-1, "fitPoints"),
-    field<&GcDbSpline::m_knotParameterization>(-1, "knotParameterization", Is::Plain),
+    field<&GcDbSpline::m_scenario>(-72, "scenario", Is::Plain),
+    field<&GcDbSpline::m_method>(-70, "method", Is::Plain),
+    field<&GcDbSpline::m_knotParameterization>(-71, "knotParameterization", Is::Plain),
 };
 GCDB_FIELD_COUNT(GcDbSpline);
 

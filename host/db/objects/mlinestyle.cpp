@@ -18,6 +18,7 @@ constexpr GcDbField kElementFields[] = {
     field<&GcDbMlineElement::color>(62, "color", Is::Color),
     field<&GcDbMlineElement::color>(420, "trueColor", Is::TrueColor, Write::UnlessDefault).echo(),
     field<&GcDbMlineElement::linetype>(6, "linetype", Is::LinetypeName),
+    field<&GcDbMlineElement::linetypeIndex>(-1, "linetypeIndex", Is::Plain).orElse(-1),
 };
 
 }  // namespace

@@ -70,6 +70,7 @@ const GcDbField GcDbDimStyleTableRecord::kFields[] = {
         .orElse(0.78539816339744828)
         .from(GcDb::kDHL_AC1021),
     field<&GcDbDimStyleTableRecord::m_tfill>(69, "dimtfill", Is::Plain).from(GcDb::kDHL_AC1021),
+    field<&GcDbDimStyleTableRecord::m_tfillclr>(70, "dimtfillclr", Is::Plain).from(GcDb::kDHL_AC1021),
     field<&GcDbDimStyleTableRecord::m_txt>(140, "dimtxt", Is::Plain).orElse(0.18),
     field<&GcDbDimStyleTableRecord::m_cen>(141, "dimcen", Is::Plain).orElse(0.09),
     field<&GcDbDimStyleTableRecord::m_tsz>(142, "dimtsz", Is::Plain),

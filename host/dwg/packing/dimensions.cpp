@@ -16,7 +16,8 @@ void textMiddle(Io& io) {
 }
 
 // Bits of group 70: the kind, 32 the block is this dimension's alone, 64 (ordinates) along X, 128 the text was placed.
-// The record has the kind as its type, the other two in a byte of their own where placing is told the other way round.
+// The record has the kind as its type, the other two in a byte of their own where placing is told the other way round;
+// what else that byte says is kept as it is.
 constexpr unsigned kOwnBlock = 32;
 constexpr unsigned kAlongX = 64;
 constexpr unsigned kTextPlaced = 128;
@@ -26,8 +27,11 @@ void flags(Io& io) {
   constexpr unsigned kTextAtHome = 1;
   constexpr unsigned kBlockIsOwn = 2;
   const auto held = static_cast<unsigned>(io.num(0));
+  constexpr unsigned kKnown = kTextAtHome | kBlockIsOwn;
   const unsigned bits =
-      io.rec.rc(((held & kTextPlaced) == 0 ? kTextAtHome : 0u) | ((held & kOwnBlock) != 0 ? kBlockIsOwn : 0u));
+      io.rec.rc(((held & kTextPlaced) == 0 ? kTextAtHome : 0u) | ((held & kOwnBlock) != 0 ? kBlockIsOwn : 0u) |
+                (static_cast<unsigned>(io.num(1)) & 0xFFu & ~kKnown));
+  io.setNum(1, bits & ~kKnown);
   io.setNum(0, Kind | ((bits & kTextAtHome) == 0 ? kTextPlaced : 0u) | ((bits & kBlockIsOwn) != 0 ? kOwnBlock : 0u));
 }
 
@@ -53,14 +57,14 @@ void arcPoint(Io& io) {
   io.setPoint(0, {p.x, p.y, held.z});
 }
 
-#define DIMENSION_HEAD(kind)                                                                                           \
-  section("AcDbDimension"), field(Op::RC, 280).from(kR2010), field(Op::BD3, 210),                                      \
-      piece(textMiddle<PieceIn>, textMiddle<PieceOut>, {11}),                                                          \
-      piece(flags<PieceIn, kind>, flags<PieceOut, kind>, {70}), field(Op::T, 1), field(Op::BD, 53), field(Op::BD, 51), \
-      fixed(Op::BD, 1), fixed(Op::BD, 1), fixed(Op::BD, 1), field(Op::BD, 54).maybe(), field(Op::BS, 71).from(kR2000), \
-      field(Op::BS, 72).from(kR2000), field(Op::BD, 41).from(kR2000), field(Op::BD, 42).from(kR2000),                  \
-      field(Op::B, 73).from(kR2007), field(Op::B, 74).from(kR2007), field(Op::B, 75).from(kR2007),                     \
-      piece(cloneOffset<PieceIn>, cloneOffset<PieceOut>, {12})
+#define DIMENSION_HEAD(kind)                                                                              \
+  section("AcDbDimension"), field(Op::RC, 280).from(kR2010), field(Op::BD3, 210),                         \
+      piece(textMiddle<PieceIn>, textMiddle<PieceOut>, {11}),                                             \
+      piece(flags<PieceIn, kind>, flags<PieceOut, kind>, {70, -70}), field(Op::T, 1), field(Op::BD, 53),  \
+      field(Op::BD, 51), fixed(Op::BD, 1), fixed(Op::BD, 1), fixed(Op::BD, 1), field(Op::BD, 54).maybe(), \
+      field(Op::BS, 71).from(kR2000), field(Op::BS, 72).from(kR2000), field(Op::BD, 41).from(kR2000),     \
+      field(Op::BD, 42).from(kR2000), field(Op::B, 73).from(kR2007), field(Op::B, 74).from(kR2007),       \
+      field(Op::B, 75).from(kR2007), piece(cloneOffset<PieceIn>, cloneOffset<PieceOut>, {12})
 
 #define DIMENSION_TAIL section("AcDbDimension"), field(Op::H, 3).as(5), field(Op::H, 2).as(5)
 #define DEFINITION_POINT section("AcDbDimension"), field(Op::BD3, 10)

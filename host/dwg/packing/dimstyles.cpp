@@ -86,7 +86,7 @@ constinit const PackRow kDimStyle[] = {
     field(Op::BD, 49).from(kR2007),
     field(Op::BD, 50).from(kR2007),
     field(Op::BS, 69).from(kR2007),
-    fixed(Op::CMC).from(kR2007),
+    field(Op::CMC, 70).number(1).from(kR2007),
     field(Op::B, 71).from(kR2000),
     field(Op::B, 72).from(kR2000),
     field(Op::B, 73).from(kR2000),

@@ -14,6 +14,28 @@ enum EdgeType { kLineEdge = 1, kArcEdge = 2, kEllipseEdge = 3, kSplineEdge = 4 }
 // The register that says a loop was derived from others: the size of a pixel follows then.
 constexpr int kHasDerived = 0;
 
+// Group files have a palette index beside or in place of a true colour, records one of them.
+template <class Io>
+void gradientColor(Io& io, const Elements& colors, void* element) {
+  const GcDbField& rgb = *colors.row(421);
+  const GcDbField& index = *colors.row(63);
+  GcCmEntityColor color = colorOf(rgb, element);
+  if (!color.isByColor()) color = GcCmEntityColor::fromIndex(static_cast<int>(intOf(index, element)));
+  color = io.rec.cmc(color);
+  if constexpr (!Io::kWriting) {
+    if (color.isByColor()) setColor(rgb, element, color);
+    setInt(index, element, color.colorIndex());
+  }
+}
+
+// What a hatch without a gradient has: zeros, no colours, no name.
+bool saysNothing(const Elements& part, const void* gradient) {
+  for (const int code : {450, 451, 460, 461, 452, 462})
+    if (realOf(*part.row(code), gradient) != 0) return false;
+  const GcDbField& colors = *part.arrayRow(453);
+  return colors.records->size(colors.value(gradient)) == 0 && textOf(*part.row(470), gradient).empty();
+}
+
 template <class Io>
 void gradient(Io& io) {
   Elements part = io.elements(0);
@@ -32,7 +54,7 @@ void gradient(Io& io) {
   }
   if constexpr (!Io::kWriting) element = part.append();
   ElementFields<Io> fields(io, part, element);
-  const int32_t isGradient = fields.bl(450);
+  fields.bl(450);
   fields.bl(451);
   fields.bd(460);
   fields.bd(461);
@@ -40,13 +62,14 @@ void gradient(Io& io) {
   fields.bd(462);
   Elements colors = fields.array(453);
   const int count = io.rec.count(io.rec.bl(colors.size()), 12);
-  eachElement(io, colors, count, [](ElementFields<Io>& color) {
-    color.bd(463);
-    color.cmc(63);
-  });
+  for (int i = 0; i < count && !io.rec.failed(); ++i) {
+    void* color = Io::kWriting ? colors.at(i) : colors.append();
+    ElementFields<Io>(io, colors, color).bd(463);
+    gradientColor(io, colors, color);
+  }
   fields.t(470);
   if constexpr (!Io::kWriting)
-    if (isGradient == 0 && count == 0) part.clear();
+    if (saysNothing(part, element)) part.clear();
 }
 
 template <class Io>

@@ -168,25 +168,38 @@ class Linetype {
 
   [[nodiscard]] bool isWide() const { return io.version() >= kR2007; }
 
-  // Puts the text into the area; gives its place.
+  [[nodiscard]] size_t areaSize() const { return isWide() ? 512 : 256; }
+
+  // Puts the text into the area, as many whole letters of it as there is room for; gives its place.
   int appendText(const void* dash) {
-    const GcView text = textOf(*dashes.row(9), dash);
+    const size_t zero = isWide() ? 2 : 1;
+    if (area.size() + zero > areaSize()) return static_cast<int>(areaSize() - zero);
     const auto place = static_cast<int>(area.size());
-    if (isWide()) {
-      for (const GCHAR unit : text) {
-        area.push_back(static_cast<char>(unit & 0xFF));
-        area.push_back(static_cast<char>(unit >> 8));
-      }
-      area.append(2, '\0');
-    } else {
-      io.rec.context.text.encode(text, area);
-      area.push_back('\0');
+    const GcView text = textOf(*dashes.row(9), dash);
+    for (size_t at = 0; at < text.size();) {
+      const size_t units = isHighSurrogate(text[at]) && at + 1 < text.size() ? 2 : 1;
+      std::string letter;
+      appendLetter(text.substr(at, units), letter);
+      if (area.size() + letter.size() + zero > areaSize()) break;
+      area += letter;
+      at += units;
     }
+    area.append(zero, '\0');
     return place;
   }
 
+  static bool isHighSurrogate(GCHAR unit) { return (unit & 0xFC00) == 0xD800; }
+
+  void appendLetter(GcView letter, std::string& bytes) const {
+    if (!isWide()) return io.rec.context.text.encode(letter, bytes);
+    for (const GCHAR unit : letter) {
+      bytes.push_back(static_cast<char>(unit & 0xFF));
+      bytes.push_back(static_cast<char>(unit >> 8));
+    }
+  }
+
   void passArea() {
-    const size_t size = isWide() ? 512 : 256;
+    const size_t size = areaSize();
     area.resize(size, '\0');
     if constexpr (Io::kWriting) {
       io.rec.data.bytes({reinterpret_cast<const uint8_t*>(area.data()), size});

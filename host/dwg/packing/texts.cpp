@@ -34,13 +34,19 @@ enum TextOmits : unsigned {
   kNoVertical = 0x80
 };
 
+template <class Io>
+bool isAligned(const Io& io) {
+  return io.num(kHorizontal) != 0 || io.num(kVertical) != 0;
+}
+
 unsigned omitted(const PieceOut& io) {
   unsigned flags = 0;
   const GcGePoint3d at = io.point(kInsertion);
   const GcGePoint3d second = io.point(kAlignment);
   if (at.z == 0) flags |= kNoElevation;
-  const bool isAligned = io.num(kHorizontal) != 0 || io.num(kVertical) != 0;
-  if (!isAligned || (second.x == at.x && second.y == at.y)) flags |= kNoAlignment;
+  // Left out: the point of an aligned text that lies on the first one, and that of another text when it is zero.
+  const GcGePoint3d usual = isAligned(io) ? at : GcGePoint3d();
+  if (second.x == usual.x && second.y == usual.y) flags |= kNoAlignment;
   if (io.real(kOblique) == 0) flags |= kNoOblique;
   if (io.real(kRotation) == 0) flags |= kNoRotation;
   if (io.real(kWidth) == 1) flags |= kNoWidth;
@@ -79,8 +85,7 @@ void textSince2000(Io& io) {
   if ((flags & kNoHorizontal) == 0) io.bs(kHorizontal);
   if ((flags & kNoVertical) == 0) io.bs(kVertical);
   // An aligned text whose two points are one leaves the second out.
-  if ((flags & kNoAlignment) != 0 && (io.num(kHorizontal) != 0 || io.num(kVertical) != 0))
-    io.setPoint(kAlignment, {place.x, place.y, at.z});
+  if ((flags & kNoAlignment) != 0 && isAligned(io)) io.setPoint(kAlignment, {place.x, place.y, at.z});
 }
 
 template <class Io>
@@ -101,7 +106,7 @@ void textBefore2000(Io& io) {
   io.bs(kGeneration);
   io.bs(kHorizontal);
   io.bs(kVertical);
-  if (io.num(kHorizontal) != 0 || io.num(kVertical) != 0) io.setPoint(kAlignment, {aligned.x, aligned.y, elevation});
+  if (isAligned(io) || aligned.x != 0 || aligned.y != 0) io.setPoint(kAlignment, {aligned.x, aligned.y, elevation});
 }
 
 #define TEXT_BODY(vertical)                                                                                          \
@@ -185,17 +190,29 @@ void mtextBackground(Io& io) {
 }
 
 // Columns of files from AC1032 on. They stand behind a repetition of what is told before.
-enum MTextColumns { kDirection, kLocation, kBoxWidth, kBoxHeight, kActualWidth, kActualHeight, kColumns };
+enum MTextColumns {
+  kDirection,
+  kLocation,
+  kBoxWidth,
+  kBoxHeight,
+  kActualWidth,
+  kActualHeight,
+  kColumns,
+  kAnnotative,
+  kAttachment
+};
 enum ColumnType { kNoColumns = 0, kStaticColumns = 1, kDynamicColumns = 2 };
 
 template <class Io>
 void mtextColumns(Io& io) {
   constexpr int kVersion = 4;
-  if (!io.rec.b(true)) return;
+  const bool hasThem = io.rec.b(io.num(kAnnotative) == 0 || io.elements(kColumns).size() > 0);
+  io.setNum(kAnnotative, hasThem ? 0 : 1);
+  if (!hasThem) return;
   io.rec.bs(kVersion);
   io.rec.b(true);
   io.rec.h(5, {});
-  io.rec.bl(0);
+  io.rec.bl(static_cast<int32_t>(io.num(kAttachment)));
   io.rec.bd3(io.point(kDirection));
   io.rec.bd3(io.point(kLocation));
   io.rec.bd(io.real(kBoxWidth));
@@ -243,6 +260,12 @@ void mtextColumns(Io& io) {
   }
 }
 
+// The size that was read holds for the text as it was read.
+template <class Io>
+void mtextMeasured(Io& io) {
+  io.setNum(0, 1);
+}
+
 constinit const PackRow kMText[] = {
     section("AcDbMText"),
     field(Op::BD3, 10),
@@ -253,15 +276,16 @@ constinit const PackRow kMText[] = {
     field(Op::BD, 40),
     field(Op::BS, 71),
     field(Op::BS, 72),
-    field(Op::BD, 43).maybe(),
-    field(Op::BD, 42).maybe(),
+    field(Op::BD, -143),
+    field(Op::BD, -142),
     field(Op::T, 1),
     field(Op::H, 7),
     field(Op::BS, 73).from(kR2000),
     field(Op::BD, 44).from(kR2000),
     fixed(Op::B).from(kR2000),
     piece(mtextBackground<PieceIn>, mtextBackground<PieceOut>, {-90}).from(kR2004),
-    piece(mtextColumns<PieceIn>, mtextColumns<PieceOut>, {11, 10, 41, 46, 42, 43, -42}).from(kR2018),
+    piece(mtextColumns<PieceIn>, mtextColumns<PieceOut>, {11, 10, 41, 46, -142, -143, -42, -145, 71}).from(kR2018),
+    piece(mtextMeasured<PieceIn>, mtextMeasured<PieceOut>, {-144}),
 };
 
 }  // namespace

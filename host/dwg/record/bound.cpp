@@ -86,8 +86,10 @@ struct Binder {
     for (int a = 0; a < pack.argCount; ++a) {
       int nth = 0;  // the same code twice means the first and the second field of that code
       for (int earlier = 0; earlier < a; ++earlier) nth += pack.args[earlier] == pack.args[a] ? 1 : 0;
-      const int code = pack.args[a];  // negative: the array whose count or first field has the code
-      args[static_cast<size_t>(a)] = code < 0 ? scope.find(-code, nth, true) : scope.find(code, nth, false);
+      // Negative: the array whose count or first field has the code, else the field that group files do not have.
+      const int code = pack.args[a];
+      const GcDbField* found = code < 0 ? scope.find(-code, nth, true) : nullptr;
+      args[static_cast<size_t>(a)] = found != nullptr ? found : scope.find(code, nth, false);
     }
     bound.args = args.get();
     table.argLists.push_back(std::move(args));

@@ -76,6 +76,7 @@ class GcDbDimension : public GcDbEntity {
   bool m_flipArrow1 = false;
   bool m_flipArrow2 = false;
   int8_t m_version = 0;
+  uint8_t m_recordFlags = 0;  // of DWG records, without those that m_flags has
 };
 
 // Between two points along a direction (rotated) or along the line through them (aligned).

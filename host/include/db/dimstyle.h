@@ -199,6 +199,7 @@ class GcDbDimStyleTableRecord : public GcDbSymbolTableRecord {
   GcDbObjectId m_ltex2;
   int32_t m_arcsym = 0;
   int16_t m_tfill = 0;
+  int16_t m_tfillclr = 0;
   int16_t m_tol = 0;
   int16_t m_lim = 0;
   int16_t m_tih = 1;

@@ -54,6 +54,7 @@ class GcDbLeader : public GcDbCurve {
   GcGeVector3d m_xDirection = GcGeVector3d::kXAxis;
   GcGeVector3d m_offsetToBlock;
   GcGeVector3d m_offsetToText;
+  GcGePoint3d m_endProjection;  // in DWG records only
   double m_annoHeight = 0;
   double m_annoWidth = 0;
   GcDbObjectId m_styleId;
@@ -61,6 +62,7 @@ class GcDbLeader : public GcDbCurve {
   int16_t m_pathType = 0;
   int16_t m_annoType = kNoAnno;
   int16_t m_byBlockColor = 7;
+  int16_t m_arrowType = 0;  // in DWG records only
   bool m_hasArrow = true;
   bool m_hookAlongX = false;
   bool m_hasHook = false;

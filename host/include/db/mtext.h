@@ -88,6 +88,8 @@ class GcDbMText : public GcDbEntity {
   [[nodiscard]] bool isGivenByAngle() const { return m_turnRad != kNoTurn; }
   [[nodiscard]] double turn() const { return isGivenByAngle() ? m_turnRad : rotation(); }
   [[nodiscard]] bool isGivenByVector() const { return !isGivenByAngle(); }
+  [[nodiscard]] uint32_t sumOfMeasured() const;
+  [[nodiscard]] bool isMeasured() const { return m_measuredSum != 0 && m_measuredSum == sumOfMeasured(); }
   [[nodiscard]] bool hasColumns() const { return !m_rare.isEmpty() && m_rare[0].columnType != 0; }
 
   GcGePoint3d m_location;
@@ -101,6 +103,11 @@ class GcDbMText : public GcDbEntity {
   GcString m_contents;
   GcDbObjectId m_styleId;
   GcArray<GcDbMTextRare> m_rare;
+  // The size another program measured, with its fonts, and a sum of what it measured; 0 for none. DWG records have it.
+  double m_measuredWidth = 0;
+  double m_measuredHeight = 0;
+  uint32_t m_measuredSum = 0;
+  bool m_isAnnotative = false;  // as DWG records say; its sizes by scale stand in its extension dictionary
   int16_t m_attachment = kTopLeft;
   int16_t m_flow = kByStyle;
   int16_t m_lineSpacingStyle = 1;

@@ -61,5 +61,8 @@ class GcDbSpline : public GcDbCurve {
   double m_fitTolerance = 1e-10;
   int16_t m_degree = 3;
   int16_t m_flags = 8;
+  // How DWG records say what made it; 0 by what it has.
+  int32_t m_method = 0;
+  int16_t m_scenario = 0;
   int16_t m_knotParameterization = 0;
 };
