@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "db/database.h"
+#include "host/db/core/names.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 
@@ -54,35 +55,47 @@ void GcDbMlineStyle::subLoaded() {
 
 namespace {
 
-const GcDbObjectIdArray* linetypesOf(const GcDbDatabase& database) {
+enum class Special : uint8_t { None, ByLayer, ByBlock };
+
+// Told by their names: while a drawing is being read, nothing else says which they are.
+Special specialOf(GcDbObjectId linetype) {
+  const GcView name = gcdbNameOfRecord(linetype);
+  if (equalNoCase(name, GC_T("ByLayer"))) return Special::ByLayer;
+  return equalNoCase(name, GC_T("ByBlock")) ? Special::ByBlock : Special::None;
+}
+
+const GcDbObjectIdArray& linetypesOf(const GcDbDatabase& database) {
+  static const GcDbObjectIdArray kNone;
   const GcDbObjectId id = database.linetypeTableId();
   const auto* table = id.isValid() ? GcDbLinetypeTable::cast(id.stub()->object) : nullptr;
-  return table == nullptr ? nullptr : &table->records();
+  return table == nullptr ? kNone : table->records();
+}
+
+GcDbObjectId specialLinetype(const GcDbDatabase& database, Special which) {
+  for (const GcDbObjectId each : linetypesOf(database))
+    if (!each.isErased() && specialOf(each) == which) return each;
+  return {};
 }
 
 }  // namespace
 
 int16_t gcdbLinetypeIndex(const GcDbDatabase& database, GcDbObjectId linetype) {
-  if (linetype.isNull() || linetype == database.byLayerLinetype()) return kByLayer;
-  if (linetype == database.byBlockLinetype()) return kByBlock;
+  const Special special = specialOf(linetype);
+  if (linetype.isNull() || special == Special::ByLayer) return kByLayer;
+  if (special == Special::ByBlock) return kByBlock;
   int16_t index = 0;
-  if (const GcDbObjectIdArray* all = linetypesOf(database)) {
-    for (const GcDbObjectId each : *all) {
-      if (each == linetype) return index;
-      const bool special = each == database.byLayerLinetype() || each == database.byBlockLinetype();
-      if (!special && !each.isErased()) ++index;
-    }
+  for (const GcDbObjectId each : linetypesOf(database)) {
+    if (each == linetype) return index;
+    if (!each.isErased() && specialOf(each) == Special::None) ++index;
   }
   return kByLayer;
 }
 
 GcDbObjectId gcdbLinetypeAt(const GcDbDatabase& database, int index) {
-  if (index == kByBlock) return database.byBlockLinetype();
-  const GcDbObjectIdArray* all = linetypesOf(database);
-  if (index == kByLayer || all == nullptr) return database.byLayerLinetype();
-  for (const GcDbObjectId each : *all) {
-    const bool special = each == database.byLayerLinetype() || each == database.byBlockLinetype();
-    if (!special && !each.isErased() && index-- == 0) return each;
+  if (index == kByBlock) return specialLinetype(database, Special::ByBlock);
+  for (const GcDbObjectId each : linetypesOf(database)) {
+    if (index == kByLayer) break;
+    if (!each.isErased() && specialOf(each) == Special::None && index-- == 0) return each;
   }
-  return database.byLayerLinetype();
+  return specialLinetype(database, Special::ByLayer);
 }

@@ -18,6 +18,7 @@ namespace gc::dxf {
 namespace {
 
 constexpr int kMarkerCode = 100;
+constexpr const GCHAR* kEntityMarker = GC_T("AcDbEntity");
 constexpr int kEmbeddedCode = 101;  // begins an object within an object, which repeats the codes
 constexpr int kBraceCode = 102;
 constexpr int kFirstXDataCode = 1000;
@@ -79,7 +80,24 @@ struct ObjectReader::Target {
   bool inEmbedded = false;
   bool inGraphics = false;
   bool isFirstOfRest = true;
+  bool hasOwnMarker = false;      // one other than the entity part's
+  bool keptInEntityPart = false;  // groups that are none of the entity part's
 };
+
+namespace {
+
+// Files of some programs mark the entity part alone. What was kept of it is then looked for in all of the class.
+void readWithoutMarkers(GcDbObject& object, int version) {
+  GcDbGroupList& kept = foreignList(object, kEntityMarker);
+  const GcDbGroupList groups = kept;
+  kept.clear();
+  GcDbFieldReader fields(object, version);
+  GcDbGroupList::Cursor cursor(groups);
+  for (GcDbGroup group; cursor.next(group);)
+    if (!fields.take(group)) kept.put(group);
+}
+
+}  // namespace
 
 std::uint64_t ObjectReader::handleOf(const RawRecord& record) const {
   const Tag* tag = record.findHead(record.type == "DIMSTYLE" ? 105 : 5);
@@ -134,6 +152,7 @@ GcDbObject* ObjectReader::read(const RawRecord& record, RecordKind kind, GcRxCla
                                       m_context.version, &m_context.database),
                 taker, zombieDataOf(*object), xrecord ? &xrecord->groups() : nullptr};
   readGroups(record, target);
+  if (target.keptInEntityPart && !target.hasOwnMarker) readWithoutMarkers(*object, m_context.version);
   const bool isProxy = record.type == "ACAD_PROXY_OBJECT" || record.type == "ACAD_PROXY_ENTITY";
   if (target.zombie && isProxy && unwrapProxy(*target.zombie, m_context.database.fileParts().classes))
     m_context.hasUnwrapped = true;
@@ -246,7 +265,8 @@ bool ObjectReader::takeProxyGraphics(const GcDbGroup& group, Target& target) {
 void ObjectReader::readField(const GcDbGroup& group, Target& target) {
   GcDbObject& object = target.object;
   const bool isMarker = group.code == kMarkerCode;
-  if (isMarker) target.inEntityPart = group.text == GC_T("AcDbEntity");
+  if (isMarker) target.inEntityPart = group.text == kEntityMarker;
+  if (isMarker && !target.inEntityPart) target.hasOwnMarker = true;
   if (takeProxyGraphics(group, target)) return;
   if (target.zombie) {
     if (!target.inEntityPart || !target.fields.take(group)) target.zombie->groups.put(group);
@@ -266,6 +286,7 @@ void ObjectReader::readField(const GcDbGroup& group, Target& target) {
   } else if (GcDbGroupList* foreign = target.fields.inForeignSection() ? lastForeignSection(object) : nullptr) {
     foreign->put(group);
   } else {
+    if (target.inEntityPart && !target.inHead) target.keptInEntityPart = true;
     foreignList(object, fromUtf8(target.fields.section())).put(group);
   }
 }

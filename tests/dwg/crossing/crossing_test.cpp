@@ -7,10 +7,13 @@
 #include <map>
 
 #include "db/database.h"
+#include "db/linetype.h"
 #include "db/zombie.h"
 #include "host/db/core/fileformats.h"
 #include "host/db/core/fileparts.h"
+#include "host/db/core/names.h"
 #include "host/db/core/store.h"
+#include "host/db/objects/mlinestyle.h"
 #include "host/db/objects/zombiedata.h"
 #include "host/rx/view.h"
 #include "tests/scratch.h"
@@ -106,6 +109,40 @@ TEST_F(CrossingTest, AnUnknownObjectKeepsItsBitsAndReferences) {
     GcDbDatabase back(false, true);
     load(back, file("a.dxf"));
     EXPECT_EQ(keptBits(back), before) << version;
+  }
+}
+
+// Records before AC1032 count the linetypes in place of naming them.
+TEST_F(CrossingTest, MultilineStylesKeepTheirLinetypes) {
+  GcDbDatabase database(true, true);
+  GcDbObjectId dashed, id;
+  GcDbLinetypeTable* linetypes = nullptr;
+  ASSERT_EQ(gcdbOpenObject(linetypes, database.linetypeTableId(), GcDb::kForWrite), Gcad::eOk);
+  for (const GCHAR* name : {GC_T("OTHER"), GC_T("DASHED")}) {
+    auto* linetype = new GcDbLinetypeTableRecord;
+    ASSERT_EQ(linetype->setName(name), Gcad::eOk);
+    ASSERT_EQ(linetypes->add(dashed, linetype), Gcad::eOk);
+    ignore(linetype->close());
+  }
+  ignore(linetypes->close());
+  auto* style = new GcDbMlineStyle;
+  for (const GcDbObjectId linetype :
+       {database.byLayerLinetype(), database.byBlockLinetype(), dashed, database.continuousLinetype()})
+    style->elements().append(GcDbMlineElement{0.5, GcCmColor::byLayer(), linetype, -1});
+  ASSERT_EQ(database.addGcDbObject(id, style), Gcad::eOk);
+  ignore(style->close());
+  for (const int version :
+       {GcDb::kDHL_AC1015, GcDb::kDHL_AC1018, GcDb::kDHL_AC1024, GcDb::kDHL_AC1027, GcDb::kDHL_AC1032}) {
+    save(database, file("a.dwg"), version);
+    GcDbDatabase back(false, true);
+    load(back, file("a.dwg"));
+    const GcDbStub* stub = back.store().find(id.handle());
+    ASSERT_NE(stub, nullptr);
+    const auto* read = GcDbMlineStyle::cast(stub->object);
+    ASSERT_NE(read, nullptr);
+    std::string names;
+    for (const GcDbMlineElement& element : read->elements()) names += toUtf8(gcdbNameOfRecord(element.linetype)) + " ";
+    EXPECT_EQ(names, "ByLayer ByBlock DASHED Continuous ") << version;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "db/dictionary.h"
+#include "db/ellipse.h"
 #include "db/line.h"
 #include "db/zombie.h"
 #include "host/db/core/fileparts.h"
@@ -164,6 +165,22 @@ TEST(ReadDxf, GroupsNoDescriptionKnowsStayWithTheirObject) {
   ASSERT_TRUE(made);
   EXPECT_TRUE(made->startPoint() == GcGePoint3d(1, 2, 3));
   EXPECT_EQ(losses(file, save(*database, GcDb::kDHL_AC1015)), Lines());
+}
+
+// Some programs mark the entity part and nothing else.
+TEST(ReadDxf, AnEntityIsReadThoughTheMarkOfItsClassIsMissing) {
+  const std::string ellipse =
+      "  0\nELLIPSE\n  5\n100\n100\nAcDbEntity\n  8\n0\n 62\n3\n 10\n1.0\n 20\n2.0\n 30\n0.0\n 11\n5.0\n 21\n0.0\n"
+      " 31\n0.0\n 40\n0.5\n 41\n0.25\n 42\n1.5\n";
+  const auto database = load(drawing(ellipse));
+  ASSERT_NE(database, nullptr);
+  const auto* read = objectAt<GcDbEllipse>(*database, 0x100);
+  ASSERT_NE(read, nullptr);
+  EXPECT_EQ(read->center(), GcGePoint3d(1, 2, 0));
+  EXPECT_EQ(read->majorAxis(), GcGeVector3d(5, 0, 0));
+  EXPECT_EQ(read->radiusRatio(), 0.5);
+  EXPECT_EQ(read->colorIndex(), 3);
+  EXPECT_EQ(losses(drawing(ellipse), save(*database, GcDb::kDHL_AC1015)), Lines());
 }
 
 TEST(ReadDxf, SettingsCommentsClassesPropertiesAndStrangeSectionsAreKept) {
