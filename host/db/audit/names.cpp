@@ -1,5 +1,7 @@
 #include "host/db/core/names.h"
 
+#include <algorithm>
+#include <iterator>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -36,11 +38,23 @@ void rename(GcDbSymbolTableRecord& record, const GcText& name) {
 // Several records may be the parts of one tiled view, and the words for records of other drawings are kept.
 bool mayRepeat(const GcDbSymbolTableRecord& record) { return GcDbViewportTableRecord::cast(&record) != nullptr; }
 
+// The records of a table, before all others those the drawing goes by: these keep their names.
+GcDbObjectIdArray inOrderOfRight(const GcDbSymbolTable& table) {
+  const GcDbDatabase& database = *table.database();
+  const GcDbObjectId known[] = {database.layerZero(), database.byLayerLinetype(), database.byBlockLinetype(),
+                                database.continuousLinetype()};
+  GcDbObjectIdArray records = table.records();
+  std::stable_partition(records.begin(), records.end(), [&](GcDbObjectId id) {
+    return std::find(std::begin(known), std::end(known), id) != std::end(known);
+  });
+  return records;
+}
+
 void auditTable(GcDbAuditor& auditor, const GcDbSymbolTable& table) {
   std::unordered_set<GcText> taken;
   std::unordered_map<GcText, int> counts;
   std::vector<std::pair<GcDbSymbolTableRecord*, GcText>> renamed;
-  const GcDbObjectIdArray records = table.records();
+  const GcDbObjectIdArray records = inOrderOfRight(table);
   for (const GcDbObjectId id : records) {
     auto* record = gcdbLive<GcDbSymbolTableRecord>(id);
     if (record == nullptr) continue;

@@ -127,6 +127,22 @@ TEST_F(Audit, TwoRecordsOfOneName) {
   EXPECT_EQ(toUtf8(view(second->getName())), "a$1");
 }
 
+// The record the drawing goes by keeps the name, wherever it stands.
+TEST_F(Audit, ASecondLayerZero) {
+  GcDbLayerTable* table = nullptr;
+  ASSERT_EQ(gcdbOpenObject(table, m_database.layerTableId(), GcDb::kForWrite), Gcad::eOk);
+  auto* second = new GcDbLayerTableRecord;
+  ASSERT_EQ(second->setName(GC_T("B")), Gcad::eOk);
+  ASSERT_EQ(table->add(second), Gcad::eOk);
+  ignore(second->close());
+  ignore(table->close());
+  GcDbLoader::setName(*second, GcString(GC_T("0")));
+  auto& records = const_cast<GcDbObjectIdArray&>(table->records());
+  std::swap(records[0], records[records.length() - 1]);
+  expectOnly(GcDbDefect::DuplicateName);
+  EXPECT_EQ(toUtf8(view(second->getName())), "0$1");
+}
+
 TEST_F(Audit, OwnersInACircle) {
   auto* first = new GcDbXrecord;
   auto* second = new GcDbXrecord;
