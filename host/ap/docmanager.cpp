@@ -15,9 +15,13 @@ DocumentManager* g_manager = nullptr;
 DocumentManager* documents() { return g_manager; }
 Document* currentDocument() { return g_manager == nullptr ? nullptr : g_manager->current(); }
 
-Gcad::ErrorStatus HostServices::findFile(GcString& found, const GCHAR* name, GcDbDatabase*) {
+Gcad::ErrorStatus HostServices::findFile(GcString& found, const GCHAR* name, GcDbDatabase* database) {
   const Document* document = currentDocument();
-  const GcText file = findSupportFile(view(name), document == nullptr ? GcView() : directoryOf(document->fileName()));
+  GcView beside = document == nullptr ? GcView() : directoryOf(document->fileName());
+  // A drawing that is in no document (one that another refers to) looks beside its own file.
+  const bool isApart = database != nullptr && (document == nullptr || document->database() != database);
+  if (isApart && !database->getFilename().isEmpty()) beside = directoryOf(view(database->getFilename()));
+  const GcText file = findSupportFile(view(name), beside);
   if (file.empty()) return Gcad::eFileNotFound;
   found = toGcString(file);
   return Gcad::eOk;

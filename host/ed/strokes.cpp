@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "db/objectid.h"
+#include "host/gi/clipping.h"
 #include "host/gi/listener.h"
 #include "host/rx/math/elementary.h"
 #include "host/rx/view.h"
@@ -17,13 +18,64 @@ constexpr double kTurn = 2 * std::numbers::pi;
 constexpr double kFar = 1e7;  // how long rays and construction lines are drawn
 constexpr int kBezierPieces = 16;
 
-class Collector final : public GcGiListener {
+class Collector final : public GcGiListener, public GcGiClipping {
  public:
   Collector(std::vector<Stroke>& strokes, double deviation) : m_strokes(strokes), m_deviation(deviation) {}
 
   [[nodiscard]] double deviation() const override { return m_deviation; }
 
+  void pushClip(int count, const GcGePoint3d* outline) override {
+    Clip& clip = m_clips.emplace_back();
+    clip.first = m_strokes.size();
+    for (int i = 0; i < count; ++i) clip.outline.push_back(!isMoved() ? outline[i] : transform() * outline[i]);
+  }
+  // What has been drawn since is cut to the outline as seen from above.
+  void popClip() override {
+    if (m_clips.empty()) return;
+    const Clip clip = std::move(m_clips.back());
+    m_clips.pop_back();
+    std::vector<Stroke> drawn(m_strokes.begin() + static_cast<ptrdiff_t>(clip.first), m_strokes.end());
+    m_strokes.resize(clip.first);
+    for (const Stroke& stroke : drawn) {
+      const size_t count = stroke.closed ? stroke.points.size() : std::max<size_t>(stroke.points.size(), 1) - 1;
+      for (size_t i = 0; i < count; ++i)
+        cutSegment(stroke.points[i], stroke.points[(i + 1) % stroke.points.size()], clip.outline);
+    }
+  }
+
  private:
+  struct Clip {
+    size_t first = 0;  // stroke drawn within it
+    std::vector<GcGePoint3d> outline;
+  };
+
+  static bool isInside(const std::vector<GcGePoint3d>& outline, double x, double y) {
+    bool within = false;
+    for (size_t i = 0, j = outline.size() - 1; i < outline.size(); j = i++) {
+      const GcGePoint3d &a = outline[i], &b = outline[j];
+      if ((a.y > y) != (b.y > y) && x < (b.x - a.x) * (y - a.y) / (b.y - a.y) + a.x) within = !within;
+    }
+    return within;
+  }
+
+  // The stretches of a segment within the outline, each a stroke.
+  void cutSegment(const GcGePoint3d& from, const GcGePoint3d& to, const std::vector<GcGePoint3d>& outline) {
+    const GcGeVector3d way = to - from;
+    std::vector<double> cuts{0, 1};
+    for (size_t i = 0, j = outline.size() - 1; i < outline.size(); j = i++) {
+      const GcGeVector3d edge = outline[i] - outline[j], gap = outline[j] - from;
+      const double across = way.x * edge.y - way.y * edge.x;
+      const double t = across == 0 ? -1 : (gap.x * edge.y - gap.y * edge.x) / across;
+      if (t > 0 && t < 1) cuts.push_back(t);
+    }
+    std::sort(cuts.begin(), cuts.end());
+    for (size_t i = 0; i + 1 < cuts.size(); ++i) {
+      const GcGePoint3d middle = from + way * ((cuts[i] + cuts[i + 1]) / 2);
+      if (isInside(outline, middle.x, middle.y))
+        m_strokes.push_back({{from + way * cuts[i], from + way * cuts[i + 1]}, false, false});
+    }
+  }
+
   void add(int count, const GcGePoint3d* points, bool closed, bool filled) {
     Stroke& stroke = m_strokes.emplace_back();
     stroke.closed = closed;
@@ -85,6 +137,7 @@ class Collector final : public GcGiListener {
   }
 
   std::vector<Stroke>& m_strokes;
+  std::vector<Clip> m_clips;
   double m_deviation;
 };
 

@@ -1,6 +1,7 @@
 #include "host/plot/look.h"
 
 #include "db/database.h"
+#include "host/db/objects/externals.h"
 #include "host/plot/objectgroups.h"
 
 namespace gc::plot {
@@ -38,6 +39,13 @@ uint32_t Looks::rgbOf(const GcCmEntityColor& color, GcDbObjectId layerId, const 
   }
 }
 
+GcDbObjectId Looks::ownRecord(GcDbObjectId record) {
+  if (record.isNull() || record.database() == &m_database) return record;
+  const auto [at, isNew] = m_ownRecords.try_emplace(record);
+  if (isNew) at->second = gcdbHostRecord(m_database, record);
+  return at->second.isNull() ? record : at->second;
+}
+
 Look Looks::resolve(const Traits& traits, const Look& container) {
   Look look;
   // Layer "0" inside a block is the layer the block is inserted on.
@@ -69,7 +77,7 @@ const Looks::Layer& Looks::layer(GcDbObjectId id) {
   GcDbLayerTableRecord* record = nullptr;
   if (gcdbOpenObject(record, id, GcDb::kForRead) != Gcad::eOk) return layer;
   layer.color = record->color();
-  if (!record->linetypeObjectId().isNull()) layer.linetype = record->linetypeObjectId();
+  if (!record->linetypeObjectId().isNull()) layer.linetype = ownRecord(record->linetypeObjectId());
   layer.lineWeight = record->lineWeight();
   layer.frozen = record->isFrozen();
   layer.shown = !record->isOff() && (record->isPlottable() || m_purpose == For::Screen);

@@ -40,6 +40,8 @@ class Looks {
 
   // The look of things that say "by block" outside of any block.
   [[nodiscard]] const Look& outermost() const { return m_outermost; }
+  // The drawing's own record for one of a drawing it refers to; that one itself where there is none.
+  [[nodiscard]] GcDbObjectId ownRecord(GcDbObjectId record);
   // What the traits mean inside of something that looks like `container`.
   [[nodiscard]] Look resolve(const Traits& traits, const Look& container);
   [[nodiscard]] uint32_t rgbOf(const GcCmEntityColor& color, GcDbObjectId layer, const Look& container);
@@ -74,6 +76,7 @@ class Looks {
   std::unordered_map<GcDbObjectId, Layer, IdHash> m_layers;
   std::unordered_map<GcDbObjectId, std::vector<double>, IdHash> m_linetypes;
   std::unordered_set<GcDbObjectId, IdHash> m_alsoFrozen;
+  std::unordered_map<GcDbObjectId, GcDbObjectId, IdHash> m_ownRecords;  // of records of other drawings
 };
 
 }  // namespace gc::plot

@@ -122,6 +122,13 @@ void PlotDraw::popModelTransform() {
   updateTotal();
 }
 
+void PlotDraw::pushClip(int count, const GcGePoint3d* outline) {
+  Path path;
+  for (int i = 0; i < count; ++i) i == 0 ? path.moveTo(project(outline[i])) : path.lineTo(project(outline[i]));
+  if (count > 0) path.close();
+  m_canvas.pushClip(path);
+}
+
 // Traits.
 
 void PlotDraw::setColor(const GcCmEntityColor& color) {
@@ -130,12 +137,12 @@ void PlotDraw::setColor(const GcCmEntityColor& color) {
 }
 
 void PlotDraw::setLayer(const GcDbObjectId& layerId) {
-  m_traits.layer = layerId;
+  m_traits.layer = m_looks.ownRecord(layerId);
   m_lookValid = false;
 }
 
 void PlotDraw::setLineType(const GcDbObjectId& linetypeId) {
-  m_traits.linetype = linetypeId;
+  m_traits.linetype = m_looks.ownRecord(linetypeId);
   m_lookValid = false;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "gi/drawable.h"
+#include "host/gi/clipping.h"
 #include "host/plot/canvas.h"
 #include "host/plot/look.h"
 
@@ -21,7 +22,7 @@ struct Projection {
   double finestPeriodMm = 0.2;  // dashes finer than that are drawn as a solid line
 };
 
-class PlotDraw : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEntityTraits {
+class PlotDraw : public GcGiWorldDraw, public GcGiClipping, private GcGiGeometry, private GcGiSubEntityTraits {
  public:
   PlotDraw(Canvas& canvas, Looks& looks, const Projection& projection, bool measuring = false);
 
@@ -33,6 +34,9 @@ class PlotDraw : public GcGiWorldDraw, private GcGiGeometry, private GcGiSubEnti
   // Endless lines may be left out: nobody wants their bounds.
   [[nodiscard]] int64_t primitiveCount() const { return m_primitives; }
   [[nodiscard]] int denseHatchCount() const { return m_denseHatches; }
+
+  void pushClip(int count, const GcGePoint3d* outline) override;
+  void popClip() override { m_canvas.popClip(); }
 
   GcGiGeometry& geometry() override { return *this; }
   GcGiSubEntityTraits& subEntityTraits() override { return *this; }

@@ -1,22 +1,45 @@
 // Extents of what an entity draws: it is drawn onto a listener that only measures.
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "db/entity.h"
+#include "host/gi/clipping.h"
 #include "host/gi/listener.h"
 #include "host/gi/textline.h"
 #include "host/rx/math/elementary.h"
 
 namespace {
 
-class Measure : public GcGiListener {
+class Measure : public GcGiListener, public GcGiClipping {
  public:
-  explicit Measure(GcDbExtents& extents) : m_extents(extents) {}
+  explicit Measure(GcDbExtents& extents) : m_extents(&extents) {}
 
   [[nodiscard]] double deviation() const override { return 0; }
 
+  // What is drawn until the clip goes is measured apart and cut to the box of the outline.
+  void pushClip(int count, const GcGePoint3d* outline) override {
+    Clip& clip = *m_clips.emplace_back(std::make_unique<Clip>());
+    for (int i = 0; i < count; ++i) clip.box.addPoint(!isMoved() ? outline[i] : transform() * outline[i]);
+    clip.outside = m_extents;
+    m_extents = &clip.drawn;
+  }
+  void popClip() override {
+    if (m_clips.empty()) return;
+    const std::unique_ptr<Clip> clip = std::move(m_clips.back());
+    m_clips.pop_back();
+    m_extents = clip->outside;
+    const GcDbExtents &drawn = clip->drawn, &box = clip->box;
+    if (drawn.isEmpty() || box.isEmpty()) return;
+    const GcGePoint3d low(std::fmax(drawn.min.x, box.min.x), std::fmax(drawn.min.y, box.min.y), drawn.min.z);
+    const GcGePoint3d high(std::fmin(drawn.max.x, box.max.x), std::fmin(drawn.max.y, box.max.y), drawn.max.z);
+    if (low.x > high.x || low.y > high.y) return;
+    m_extents->addPoint(low);
+    m_extents->addPoint(high);
+  }
+
  private:
-  void add(const GcGePoint3d& p) { m_extents.addPoint(!isMoved() ? p : transform() * p); }
+  void add(const GcGePoint3d& p) { m_extents->addPoint(!isMoved() ? p : transform() * p); }
   void polyline(int count, const GcGePoint3d* points, bool) override {
     for (int i = 0; i < count; ++i) add(points[i]);
   }
@@ -58,7 +81,12 @@ class Measure : public GcGiListener {
   void ray(const GcGePoint3d& point, const GcGeVector3d&) override { add(point); }
   void bezier(int count, const GcGePoint3d* points) override { polyline(count, points, false); }
 
-  GcDbExtents& m_extents;
+  struct Clip {
+    GcDbExtents box, drawn;
+    GcDbExtents* outside = nullptr;
+  };
+  GcDbExtents* m_extents;
+  std::vector<std::unique_ptr<Clip>> m_clips;
 };
 
 }  // namespace

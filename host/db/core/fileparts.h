@@ -1,11 +1,15 @@
 // What a drawing file holds beside its objects and header settings, kept so that saving gives it back.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "db/objectid.h"
 #include "host/db/describe/group.h"
 #include "rx/gcstring.h"
+
+class GcDbExternals;
 
 // A class of objects that is not one of the format's fixed kinds, as the CLASSES section describes it.
 struct GcDbClassRecord {
@@ -52,6 +56,9 @@ struct GcDbFileParts {
   std::vector<GcDbClassRecord> classes;
   std::vector<GcDbFileSection> sections;
   std::vector<GcDbDwgSection> dwgSections;
+
+  std::shared_ptr<GcDbExternals> externals;  // the drawings its blocks refer to, as far as they have been looked for
+  GcDbObjectId referringBlock;               // of the drawing that refers to this one; null for one opened by itself
 
   // The class of a DXF name; null when the file described none.
   [[nodiscard]] const GcDbClassRecord* findClass(GcView dxfName) const {

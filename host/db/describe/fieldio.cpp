@@ -5,6 +5,7 @@
 
 #include "db/database.h"
 #include "db/filer.h"
+#include "db/symboltable.h"
 #include "host/db/core/names.h"
 #include "host/rx/math/elementary.h"
 
@@ -554,12 +555,27 @@ void gcdbReadGroups(GcDbGroupList& list, GcDbDwgFiler& filer) {
   });
 }
 
+namespace {
+
+// What a block's first entity tells of it in files belongs to its record all the same. Calls f(row) for each of these
+// rows but the name, which the record's own rows have.
+template <class F>
+void eachBlockRow(const GcDbObject& object, const F& f) {
+  if (GcDbBlockTableRecord::cast(&object) == nullptr) return;
+  for (int i = 0; i < GcDbBlockTableRecord::kBlockFieldCount; ++i)
+    if (GcDbBlockTableRecord::kBlockFields[i].set == nullptr) f(GcDbBlockTableRecord::kBlockFields[i]);
+}
+
+}  // namespace
+
 Gcad::ErrorStatus gcdbFieldsDwgOut(const GcDbObject& object, GcDbDwgFiler& filer) {
   const GcDbClassInfo* info = gcdbInfoOf(object);
   for (int i = 0; info != nullptr && i < info->rowCount; ++i) {
     const GcDbField& row = *info->rows[i];
     if (row.is != Is::Marker && !row.isGroupsOnly()) writeMember(row, row.at(const_cast<GcDbObject*>(&object)), filer);
   }
+  eachBlockRow(object,
+               [&](const GcDbField& row) { writeMember(row, row.at(const_cast<GcDbObject*>(&object)), filer); });
   return filer.filerStatus();
 }
 
@@ -569,6 +585,7 @@ Gcad::ErrorStatus gcdbFieldsDwgIn(GcDbObject& object, GcDbDwgFiler& filer) {
     const GcDbField& row = *info->rows[i];
     if (row.is != Is::Marker && !row.isGroupsOnly()) readMember(row, row.at(&object), filer);
   }
+  eachBlockRow(object, [&](const GcDbField& row) { readMember(row, row.at(&object), filer); });
   return filer.filerStatus();
 }
 

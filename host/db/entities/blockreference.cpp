@@ -1,14 +1,19 @@
 #include "db/blockreference.h"
 
 #include <iterator>
+#include <vector>
 
 #include "db/attribute.h"
+#include "db/dictionary.h"
 #include "db/symboltable.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/block_content.h"
 #include "host/db/entities/planar.h"
 #include "host/db/entities/sequence.h"
+#include "host/db/objects/externals.h"
+#include "host/db/objects/filters.h"
+#include "host/gi/clipping.h"
 
 GCDB_DEFINE_CLASS(GcDbBlockReference, "AcDbBlockReference")
 GCDB_DEFINE_CLASS(GcDbMInsertBlock, "AcDbMInsertBlock")
@@ -182,9 +187,48 @@ GcDbObjectIterator* GcDbBlockReference::attributeIterator() const {
 
 namespace gcblock {
 
+namespace {
+
+// The clip of a reference, in the coordinates of its block; empty when it has none that is on.
+std::vector<GcGePoint3d> clipOf(const GcDbBlockReference& reference) {
+  std::vector<GcGePoint3d> corners;
+  GcDbObjectId id = reference.extensionDictionary();
+  for (const GCHAR* key : {GC_T("ACAD_FILTER"), GC_T("SPATIAL")}) {
+    GcDbDictionary* dictionary = nullptr;
+    if (id.isNull() || gcdbOpenObject(dictionary, id, GcDb::kForRead) != Gcad::eOk) return corners;
+    const bool found = dictionary->getAt(key, id) == Gcad::eOk;
+    ignore(dictionary->close());
+    if (!found) return corners;
+  }
+  GcDbSpatialFilter* filter = nullptr;
+  if (gcdbOpenObject(filter, id, GcDb::kForRead) != Gcad::eOk) return corners;
+  const GcArray<GcGePoint2d>& outline = filter->outline();
+  const GcGeMatrix3d toBlock = filter->outlineToBlock();
+  const auto add = [&](double x, double y) { corners.push_back(toBlock * GcGePoint3d(x, y, 0)); };
+  if (filter->isOn() && outline.length() == 2) {
+    add(outline[0].x, outline[0].y);
+    add(outline[1].x, outline[0].y);
+    add(outline[1].x, outline[1].y);
+    add(outline[0].x, outline[1].y);
+  } else if (filter->isOn() && outline.length() > 2) {
+    for (const GcGePoint2d& corner : outline) add(corner.x, corner.y);
+  }
+  ignore(filter->close());
+  return corners;
+}
+
+// A block that is an external reference shows the model of that drawing.
+GcDbObjectId shownBlock(GcDbObjectId block) {
+  if (!gcdbIsExternal(block)) return block;
+  const GcDbExternal& external = gcdbNeedExternal(block);
+  return external.database == nullptr ? block : external.database->modelSpaceId();
+}
+
+}  // namespace
+
 void drawContent(GcGiWorldDraw& draw, GcDbObjectId blockId, const GcGeMatrix3d& transform) {
   GcDbBlockTableRecord* block = nullptr;
-  if (gcdbOpenObject(block, blockId, GcDb::kForRead) != Gcad::eOk) return;
+  if (gcdbOpenObject(block, shownBlock(blockId), GcDb::kForRead) != Gcad::eOk) return;
   draw.geometry().pushModelTransform(transform);
   for (const GcDbObjectId id : block->entities()) {
     const GcRxClass* kind = id.isErased() ? nullptr : id.objectClass();
@@ -203,7 +247,15 @@ void drawContent(GcGiWorldDraw& draw, GcDbObjectId blockId, const GcGeMatrix3d& 
 }  // namespace gcblock
 
 void GcDbBlockReference::drawOnce(GcGiWorldDraw& draw, const GcGeMatrix3d& transform) const {
+  const std::vector<GcGePoint3d> clip = gcblock::clipOf(*this);
+  auto* clipping = clip.empty() ? nullptr : dynamic_cast<GcGiClipping*>(&draw);
+  if (clipping != nullptr) {
+    draw.geometry().pushModelTransform(transform);
+    clipping->pushClip(static_cast<int>(clip.size()), clip.data());
+    draw.geometry().popModelTransform();
+  }
   gcblock::drawContent(draw, m_blockId, transform);
+  if (clipping != nullptr) clipping->popClip();
 }
 
 bool GcDbBlockReference::subWorldDraw(GcGiWorldDraw* draw) {
@@ -230,6 +282,7 @@ bool GcDbMInsertBlock::subWorldDraw(GcGiWorldDraw* draw) {
 
 Gcad::ErrorStatus GcDbBlockReference::explode(GcDbVoidPtrArray& entities) const {
   assertReadEnabled();
+  if (gcdbIsExternal(m_blockId)) return Gcad::eNotApplicable;
   GcDbBlockTableRecord* block = nullptr;
   Gcad::ErrorStatus status = gcdbOpenObject(block, m_blockId, GcDb::kForRead);
   if (status != Gcad::eOk) return status;

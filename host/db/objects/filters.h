@@ -2,7 +2,7 @@
 #pragma once
 
 #include "db/object.h"
-#include "ge/point.h"
+#include "ge/matrix3d.h"
 #include "host/db/describe/indexedcolor.h"
 #include "host/db/describe/recordof.h"
 #include "rx/gcstring.h"
@@ -15,6 +15,18 @@ class GcDbSpatialFilter : public GcDbObject {
   GCRX_DECLARE_MEMBERS(GcDbSpatialFilter);
   static const GcDbField kFields[];
   static const int kFieldCount;
+
+  // Clips at an outline (two opposite corners or more points) in the system given by its matrix to the world, for a
+  // reference that stands at the transform now; the outline goes with the reference.
+  Gcad::ErrorStatus setClip(const GcArray<GcGePoint2d>& outline, const GcGeMatrix3d& toWorld,
+                            const GcGeMatrix3d& reference);
+  Gcad::ErrorStatus setOn(bool on) { return assign(m_isShown, static_cast<int16_t>(on ? 1 : 0)); }
+  Gcad::ErrorStatus setDepth(bool hasFront, double front, bool hasBack, double back);
+  [[nodiscard]] bool isOn() const { return m_isShown != 0; }
+  // The outline's corners, two for a rectangle, and from their system to that of the block.
+  [[nodiscard]] const GcArray<GcGePoint2d>& outline() const { return m_clip; }
+  [[nodiscard]] GcGeMatrix3d outlineToBlock() const;
+  [[nodiscard]] GcGeVector3d normal() const { return m_normal; }
 
   [[nodiscard]] bool clipsFront() const { return m_hasFront != 0; }
   [[nodiscard]] bool clipsBack() const { return m_hasBack != 0; }

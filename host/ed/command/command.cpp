@@ -83,7 +83,7 @@ const CommandIndex& commandIndex() {
           cornerCommands(),     spaceTransformCommands(), outsideCommands(),      linetypeCommands(),
           plotCommands(),       furtherCurveCommands(),   multilineCommands(),    revisionCloudCommands(),
           textMergeCommands(),  changeSpaceCommands(),    scaleListCommands(),    calculatorCommands(),
-          regionCommands()}) {
+          regionCommands(),     xrefCommands(),           clipCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

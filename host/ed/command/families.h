@@ -46,6 +46,8 @@ std::span<const Command> changeSpaceCommands();
 std::span<const Command> scaleListCommands();
 std::span<const Command> calculatorCommands();
 std::span<const Command> regionCommands();
+std::span<const Command> xrefCommands();
+std::span<const Command> clipCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

@@ -8,6 +8,7 @@
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
 #include "host/ed/commands/attributes.h"
+#include "host/ed/commands/insertion.h"
 #include "host/ed/records.h"
 #include "host/rx/text/utf.h"
 
@@ -40,60 +41,6 @@ GcDbObjectId needBlock(Editor& editor, GcView typed) {
   GcDbDatabase other(false);
   if (other.readDwgFile(found.c_str()) == Gcad::eOk) ignore(database.insert(id, name.c_str(), &other));
   return id;
-}
-
-struct Insertion {
-  GcDbObjectId block;
-  GcGePoint3d point;
-  GcGeScale3d scale;
-  double rotationRad = 0;
-  bool hasScale = false;
-  bool hasRotation = false;
-};
-
-Task<double> askFactor(CommandInput& in, const char* prompt, double otherwise) {
-  const Answer answer = co_await in.ask(Ask(What::Real, prompt).words("Corner XYZ"));
-  co_return answer.kind == Answer::Kind::Number&& answer.number != 0 ? answer.number : otherwise;
-}
-
-// Options that may be given before the point.
-Task<bool> askPoint(CommandInput& in, Insertion& insertion) {
-  for (;;) {
-    const Answer answer =
-        co_await in.ask(Ask(What::Point, "\nSpecify insertion point or [Basepoint/Scale/X/Y/Z/Rotate]: ")
-                            .words("Basepoint Scale X Y Z Rotate"));
-    if (answer.isPoint()) {
-      insertion.point = answer.point;
-      co_return true;
-    }
-    if (answer.kind != Answer::Kind::Keyword) co_return false;
-    if (answer.isKeyword("Rotate")) {
-      const Answer angle = co_await in.ask(Ask(What::Direction, "\nSpecify rotation angle: "));
-      insertion.rotationRad = angle.number;
-      insertion.hasRotation = true;
-      continue;
-    }
-    const double factor = co_await askFactor(in, "\nSpecify scale factor: ", 1);
-    if (answer.isKeyword("Scale")) insertion.scale = GcGeScale3d(factor);
-    if (answer.isKeyword("X")) insertion.scale.sx = factor;
-    if (answer.isKeyword("Y")) insertion.scale.sy = factor;
-    if (answer.isKeyword("Z")) insertion.scale.sz = factor;
-    insertion.hasScale = true;
-  }
-}
-
-Task<bool> askRest(CommandInput& in, Insertion& insertion) {
-  if (!insertion.hasScale) {
-    const double x =
-        co_await askFactor(in, "\nEnter X scale factor, specify opposite corner, or [Corner/XYZ] <1>: ", 1);
-    const double y = co_await askFactor(in, "\nEnter Y scale factor <use X scale factor>: ", x);
-    insertion.scale = {x, y, x};
-  }
-  if (!insertion.hasRotation) {
-    const Answer angle = co_await in.ask(Ask(What::Direction, "\nSpecify rotation angle <0>: ").from(insertion.point));
-    if (angle.kind == Answer::Kind::Number) insertion.rotationRad = angle.number;
-  }
-  co_return true;
 }
 
 struct AttributeQuestion {
@@ -140,7 +87,7 @@ Task<bool> insert(CommandInput& in) {
     co_return false;
   }
   static_cast<void>(setVariable(in.editor(), GC_T("INSNAME"), VariableValue::of(typed)));
-  if (!co_await askPoint(in, insertion) || !co_await askRest(in, insertion)) co_return false;
+  if (!co_await askInsertion(in, insertion)) co_return false;
   auto* reference = new GcDbBlockReference(insertion.point, insertion.block);
   ignore(reference->setScaleFactors(insertion.scale));
   ignore(reference->setRotation(insertion.rotationRad));

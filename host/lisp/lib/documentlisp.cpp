@@ -2,6 +2,7 @@
 
 #include "host/ap/dynamiclinker.h"
 #include "host/ed/patterns.h"
+#include "host/ed/xrefs.h"
 #include "host/lisp/core/units.h"
 #include "host/lisp/core/wcmatch.h"
 #include "host/lisp/lib/calculations.h"
@@ -105,6 +106,7 @@ LispFitter::LispFitter(const lisp::VmLimits& limits) {
 void LispFitter::fit(ap::Document& document) {
   document.setEditor(std::make_unique<ed::Editor>(document));
   document.setLisp(std::make_unique<DocumentLisp>(document, m_options));
+  ed::resolveXrefs(ed::editorOf(document));
 }
 
 DocumentLisp& lispOf(const ap::Document& document) { return static_cast<DocumentLisp&>(*document.lisp()); }
