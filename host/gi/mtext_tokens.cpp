@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/gi/textline.h"
+#include "host/rx/text/drawing_text.h"
 
 namespace {
 
@@ -162,7 +163,16 @@ class Tokenizer {
                                               static_cast<uint8_t>(number >> 16));
     }
   }
-  // \U+XXXX; \M+nXXXX names a code page of two-byte characters and is drawn as a missing letter.
+  // A letter as text files of East Asian code pages spell it; one that its page lacks is a missing letter.
+  static GcText multiByteLetter(GcView plusAndDigits) {
+    std::string escape = "\\M";
+    for (const GCHAR unit : plusAndDigits) escape.push_back(static_cast<char>(unit));
+    GcText letter;
+    const gc::DrawingText files(gc::CodePage::Ansi1252, false, gc::Carets::Plain);
+    const bool isLetter = files.decode(escape, letter) && letter.size() < escape.size();
+    return isLetter ? letter : GcText(1, static_cast<GCHAR>(0xFFFD));
+  }
+  // \U+XXXX; \M+nXXXX names a code page and the two bytes of a character in it.
   void character(GCHAR unit) {
     const std::size_t digits = unit == GC_T('U') ? 4 : 5;
     char32_t code = 0;
@@ -177,8 +187,11 @@ class Tokenizer {
       m_word.push_back(unit);
       return;
     }
+    if (unit == GC_T('U'))
+      m_word.push_back(static_cast<GCHAR>(code));
+    else
+      m_word += multiByteLetter(m_rest.substr(0, digits + 1));
     m_rest.remove_prefix(digits + 1);
-    m_word.push_back(static_cast<GCHAR>(unit == GC_T('U') ? code : 0xFFFD));
   }
   // \S upper / lower ; the sign may be / # ^, and \ takes the next sign as it stands.
   void stack() {

@@ -29,6 +29,13 @@ std::string runsOf(const GcGiMTextLayout& layout) {
   return all;
 }
 
+// Japanese, traditional and simplified Chinese and Korean code pages; a page there is none of.
+TEST(MText, LettersOfEastAsianCodePagesAreThemselves) {
+  EXPECT_EQ(runsOf(layOut("a\\M+193FAb")), "a\u65e5b@-30");
+  EXPECT_EQ(runsOf(layOut("\\M+2A4A4\\M+5D6D0\\M+3B0A1")), "\u4e2d\u4e2d\uac00@-30");
+  EXPECT_EQ(runsOf(layOut("\\M+9A4A4")), "\ufffd@-30");
+}
+
 TEST(MText, LinesBreakAtCodes) {
   EXPECT_EQ(runsOf(layOut("one two\\Pthree")), "one two@-30 | three@-80");
   EXPECT_EQ(layOut("one\\P\\Ptwo").lineCount, 3);

@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "host/db/core/extra.h"
 #include "host/db/describe/fieldio.h"
 
 GCDB_DEFINE_CLASS(GcDbMLeaderStyle, "AcDbMLeaderStyle")
@@ -74,3 +75,29 @@ const GcDbField GcDbMLeaderStyle::kFields[] = {
     field<&GcDbMLeaderStyle::m_extendsToText>(298, "extendsToText", Is::Plain).from(GcDb::kDHL_AC1027),
 };
 GCDB_FIELD_COUNT(GcDbMLeaderStyle);
+
+namespace {
+
+constexpr const GCHAR* kVersionApplication = GC_T("ACAD_MLEADERVER");
+
+}  // namespace
+
+int GcDbMLeaderStyle::formInXData() const {
+  if (extra() == nullptr) return 1;
+  bool inside = false;
+  GcDbGroupList::Cursor cursor(extra()->xdata);
+  for (GcDbGroup group; cursor.next(group);) {
+    if (group.code == 1001) inside = group.text == kVersionApplication;
+    if (inside && group.code == 1070) return static_cast<int>(group.asInt());
+  }
+  return 1;
+}
+
+void GcDbMLeaderStyle::markSecondForm() {
+  constexpr int kSecond = 2;
+  const bool isPlain = m_angleType == 1 && !m_alwaysLeft;  // what readers of the first form take
+  if (isPlain || formInXData() >= kSecond) return;
+  GcDbGroupList& xdata = needExtra().xdata;
+  xdata.put(GcDbGroup::ofText(1001, kVersionApplication));
+  xdata.put(GcDbGroup::ofInt(1070, kSecond));
+}

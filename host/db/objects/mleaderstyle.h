@@ -19,6 +19,12 @@ class GcDbMLeaderStyle : public GcDbObject {
   [[nodiscard]] GcDbObjectId arrowId() const { return m_arrow; }
   [[nodiscard]] GcDbObjectId textStyleId() const { return m_textStyle; }
 
+  // Records before AC1024 have the first form, without the kind of angle and without `alwaysLeft`, unless extended data
+  // tell otherwise. Puts them there for a style that would lose something.
+  void markSecondForm();
+  // The form that extended data tell.
+  [[nodiscard]] int formInXData() const;
+
  private:
   friend struct GcDbRecordOf<GcDbMLeaderStyle>;
   static constexpr int32_t kByBlockBits = -0x3F000000;  // 0xC1000000

@@ -1,6 +1,7 @@
 #include "host/db/core/fileparts.h"
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/dwgfile.h"
+#include "host/dwg/file/prepare.h"
 #include "host/rx/file/atomic_file.h"
 
 namespace gc::dwg {
@@ -25,6 +26,7 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
     message = "DWG of this version is not written";
     return Gcad::eUnsupportedVersion;
   }
+  prepareToWrite(database, version);
   RecordContext context(database);
   context.version = version;
   setCodePage(context);

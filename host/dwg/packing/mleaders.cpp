@@ -182,28 +182,13 @@ struct GcDbRecordOf<GcDbMLeader> {
   }
 };
 
-namespace {
-
-// Before R2010 the record does not say the version of its layout; extended data do, where it is not the first.
-int versionInXData(const GcDbObject& object) {
-  if (object.extra() == nullptr) return 1;
-  bool inside = false;
-  GcDbGroupList::Cursor cursor(object.extra()->xdata);
-  for (GcDbGroup group; cursor.next(group);) {
-    if (group.code == 1001) inside = group.text == GC_T("ACAD_MLEADERVER");
-    if (inside && group.code == 1070) return static_cast<int>(group.asInt());
-  }
-  return 1;
-}
-
-}  // namespace
-
+// Before R2010 the record does not say which form it has.
 template <>
 struct GcDbRecordOf<GcDbMLeaderStyle> {
   template <class Pass>
   static void pass(Pass& pass, GcDbMLeaderStyle& s) {
     if (pass.version() >= gc::dwg::kR2010) pass.bs(s.m_version);
-    const bool isSecond = (pass.version() >= gc::dwg::kR2010 ? s.m_version : versionInXData(s)) >= 2;
+    const bool isSecond = (pass.version() >= gc::dwg::kR2010 ? s.m_version : s.formInXData()) >= 2;
     pass.bs(s.m_contentType);
     pass.bs(s.m_drawOrder);
     pass.bs(s.m_leaderDrawOrder);

@@ -9,6 +9,8 @@
 #include "db/database.h"
 #include "db/linetype.h"
 #include "db/zombie.h"
+#include "host/db/core/asgroups.h"
+#include "host/db/core/extra.h"
 #include "host/db/core/fileformats.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/names.h"
@@ -143,6 +145,35 @@ TEST_F(CrossingTest, MultilineStylesKeepTheirLinetypes) {
     std::string names;
     for (const GcDbMlineElement& element : read->elements()) names += toUtf8(gcdbNameOfRecord(element.linetype)) + " ";
     EXPECT_EQ(names, "ByLayer ByBlock DASHED Continuous ") << version;
+  }
+}
+
+// A style that only groups have said so far, and extended data of an application that nobody has registered.
+TEST_F(CrossingTest, WhatOldRecordsCanSayOnlyWithAMarkOrARegisteredApplication) {
+  GcDbDatabase database(false, true);
+  std::ofstream(file("style.dxf")) << "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n"
+                                      "0\nSECTION\n2\nENTITIES\n0\nPOINT\n5\n30\n100\nAcDbEntity\n8\n0\n"
+                                      "100\nAcDbPoint\n10\n1\n20\n2\n30\n3\n1001\nNOBODY\n1070\n7\n0\nENDSEC\n"
+                                      "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n330\n0\n100\nAcDbDictionary\n"
+                                      "3\nS\n350\n20\n0\nMLEADERSTYLE\n5\n20\n330\nC\n100\nAcDbMLeaderStyle\n"
+                                      "175\n2\n297\n1\n0\nENDSEC\n0\nEOF\n";
+  load(database, file("style.dxf"));
+  for (const int version : {GcDb::kDHL_AC1015, GcDb::kDHL_AC1018, GcDb::kDHL_AC1024, GcDb::kDHL_AC1032}) {
+    save(database, file("a.dwg"), version);
+    GcDbDatabase back(false, true);
+    load(back, file("a.dwg"));
+    const GcDbStub* point = back.store().find(0x30);
+    ASSERT_TRUE(point != nullptr && point->object != nullptr && point->object->extra() != nullptr) << version;
+    EXPECT_FALSE(point->object->extra()->xdata.isEmpty()) << version;
+    const GcDbStub* style = back.store().find(0x20);
+    ASSERT_TRUE(style != nullptr && style->object != nullptr) << version;
+    std::string groups;
+    const GcDbGroupList list = gcdbAsGroups(*style->object).groups;
+    GcDbGroupList::Cursor cursor(list);
+    for (GcDbGroup group; cursor.next(group);)
+      if (group.code == 175 || group.code == 297)
+        groups += std::to_string(group.code) + "=" + std::to_string(group.asInt()) + " ";
+    EXPECT_EQ(groups, "175=2 297=1 ") << version;
   }
 }
 
