@@ -7,7 +7,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 3) return 0;
-  GcDbDatabase database;
+  GcDbDatabase database(false, true);
   gc::dwg::RecordContext context(database);
   context.version = gc::dwg::kR13 + data[0] % 8;
   const std::span<const uint8_t> body(data + 3, size - 3);

@@ -123,6 +123,68 @@ def kept(checks, kind, version):
         checks.run(f"{kind} {version} kept values read", "-d", name, read)
 
 
+def bits_of(data):
+    return "".join(f"{byte:08b}" for byte in data)
+
+
+def value_bits(version, text):
+    """The fields of a value in a record of R2000: a version, then a counted text (version 1), or a size and the text's units."""
+    if version == 1:
+        data = text.encode("ascii")
+        return f"01{version:08b}01{len(data):08b}{bits_of(data)}"
+    data = text.encode("utf-16-le")
+    return f"01{version:08b}01{len(data):08b}{bits_of(data)}"
+
+
+def other_record_versions(checks):
+    """Records of the first version are read; those of a later one are kept as they are, whatever is done to the drawing."""
+    made = checks.path("versions.dwg")
+    if not checks.run("dwg value put", "-e", '(kel_ldata_put "V" "k" "plain")', "-s", made, "--as", "R2000"):
+        return
+    with open(made, "rb") as file:
+        bits = bits_of(file.read())
+    now = value_bits(2, "plain")
+    checks.count += 1
+    if bits.count(now) != 1:
+        checks.failures += 1
+        print(f"the record of a value stands {bits.count(now)} times in the file")
+        return
+
+    def write(name, fields):
+        changed = bits.replace(now, fields)
+        with open(checks.path(name), "wb") as file:
+            file.write(int(changed, 2).to_bytes(len(changed) // 8, "big"))
+        return checks.path(name)
+
+    first = write("first.dwg", value_bits(1, "0123456789"))
+    checks.run("record of version 1", "-d", first, "-e", '(exit (if (= (kel_ldata_get "V" "k") "0123456789") 0 3))')
+    later = value_bits(3, "plain")
+    drawing = write("later.dwg", later)
+    for options in ([], ["--no-module"]):
+        checks.run("record of version 3", *options, "-d", drawing, "-e",
+                   "(exit (if (dictsearch (namedobjdict) \"V\") 0 3))")
+        for between in ("R2000", "R2004", "R2010", "R2018"):
+            far, back = checks.path(f"later-{between}.dwg"), checks.path("later-back.dwg")
+            checks.run(f"version 3 saved as {between}", *options, "-d", drawing, "-e",
+                       '(entmake (list (cons 0 "POINT") (list 10 1.0 2.0 0.0)))', "-s", far, "--as", between, "-f")
+            checks.run(f"version 3 back from {between}", *options, "-d", far, "-e", "(princ)", "-s", back, "--as", "R2000",
+                       "-f")
+            checks.count += 1
+            with open(back, "rb") as file:
+                if later not in bits_of(file.read()):
+                    checks.failures += 1
+                    print(f"a record of version 3 is lost by way of {between} {options}")
+
+
+def across_versions(checks, check):
+    """Values saved in another version by a gcad that does not know them."""
+    for made, then in (("R2000", "R2018"), ("R2018", "R2000"), ("R2010", "R2004"), ("R2004", "R2013")):
+        name, again = checks.path(f"{made}.dwg"), checks.path(f"{made}-as-{then}.dwg")
+        checks.run(f"dwg {made} as {then} without the module", "--no-module", "-d", name, "-e", "(princ)", "-s", again,
+                   "--as", then)
+        checks.run(f"dwg {made} as {then} read after that", "-d", again, check)
+
+
 def dry_run(checks):
     """A script that puts a value and then fails leaves the drawing's file as it was."""
     drawing = checks.path("dry.dxf")
@@ -159,6 +221,8 @@ def main():
                 if kind == "dxf" and edited_by_ezdxf(again):
                     edited += 1
                     checks.run(f"{kind} {version} edited elsewhere", "-d", again, check)
+        across_versions(checks, check)
+        other_record_versions(checks)
         foreign(checks)
         dry_run(checks)
         print(f"{checks.count} runs, {edited} drawings edited by another program, {checks.failures} failures")

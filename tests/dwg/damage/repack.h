@@ -75,7 +75,7 @@ class Repacker {
     const auto stored = part(m_file, page->at + r2004::kDataHeaderSize, u32(m_file, page->at + 8) ^ hide);
     std::vector<uint8_t> bytes(stored.begin(), stored.end());
     if (isPacked) {
-      bytes.assign(u32(map, described + 12), 0);
+      bytes.assign(std::min(u32(map, described + 12), r2004::kMostPageSize), 0);
       bytes.resize(decompress(stored, bytes));
     }
     change(bytes);

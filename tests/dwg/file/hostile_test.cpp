@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <set>
 
 #include "db/database.h"
 #include "db/line.h"
@@ -14,6 +15,7 @@
 #include "host/dwg/file/objectmap.h"
 #include "host/dwg/record/classmap.h"
 #include "host/dwg/record/packrow.h"
+#include "host/dwg/record/recordcodec.h"
 #include "host/rx/file/file_view.h"
 #include "tests/dwg/damage/peakmemory.h"
 #include "tests/dwg/damage/repack.h"
@@ -239,6 +241,33 @@ TEST(Hostile, SixtyThousandClasses) {
   EXPECT_EQ(classes.findByDxfName(GC_T("class_59999"))->number, kFirstFileClass + (59999u * 7919) % 60000);
   EXPECT_EQ(classes.findByDxfName(GC_T("class_60000")), nullptr);
   EXPECT_EQ(classes.fileClass(kFirstFileClass + 60000), nullptr);
+}
+
+// Records of other programs, one of each type: the seeds of the fuzzer of records, whose first bytes say how to read.
+TEST(Hostile, RecordsThatFuzzersFound) {
+  GcDbDatabase database;
+  std::set<uint32_t> types;
+  for (const auto& each : std::filesystem::directory_iterator(GC_SOURCE_DIR "/tests/corpus/dwg_record")) {
+    gc::FileView file;
+    ASSERT_TRUE(file.open(each.path().string()).ok());
+    const std::string_view bytes = file.bytes();
+    ASSERT_GT(bytes.size(), 3u) << each.path();
+    RecordContext context(database);
+    context.version = kR13 + static_cast<uint8_t>(bytes[0]) % 8;
+    const std::vector<uint8_t> body(bytes.begin() + 3, bytes.end());
+    const uint64_t handleBits = static_cast<uint8_t>(bytes[1]) | static_cast<uint64_t>(static_cast<uint8_t>(bytes[2]))
+                                                                     << 8;
+    const ReadRecord whole = readRecord(context, body, handleBits);
+    EXPECT_NE(whole.object, nullptr) << each.path();
+    types.insert(whole.type);
+    for (size_t bit = 0; bit < body.size() * 8; bit += 3) {
+      std::vector<uint8_t> damaged = body;
+      damaged[bit / 8] ^= static_cast<uint8_t>(1u << bit % 8);
+      const ReadRecord read = readRecord(context, damaged, handleBits);
+      EXPECT_TRUE(read.object != nullptr || !read.trouble.empty()) << each.path() << " bit " << bit;
+    }
+  }
+  EXPECT_GT(types.size(), 30u);
 }
 
 // Seeds of the fuzzers and what they found: read, or refused.
