@@ -22,7 +22,7 @@ class GcDbExternals {
 };
 
 [[nodiscard]] bool gcdbIsExternal(GcDbObjectId block);
-// What stands behind a block that is an external reference, looked for now unless it was before. The file is looked for
+// What stands behind a block that is an external reference; the first call looks for it. The file is looked for
 // as named, beside the drawing and along the support path. A drawing that refers to itself, over others too, is
 // circular; overlays of a drawing that is itself referred to stay hidden.
 const GcDbExternal& gcdbNeedExternal(GcDbObjectId block);

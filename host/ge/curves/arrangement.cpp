@@ -102,13 +102,17 @@ class Vertices {
 
 }  // namespace
 
+struct GcGeArrangement::Finder {
+  Vertices vertices;
+};
+
 GcGeArrangement::GcGeArrangement(const std::vector<GcGePath>& curves, const GcGeVector3d& normal) : m_normal(normal) {
   if (curves.empty()) return;
   m_tolerance = toleranceOf(curves);
-  Vertices vertices(m_vertices, m_tolerance);
-  m_vertexFinder = [&](const GcGePoint3d& p) { return vertices.at(p); };
+  Finder finder{Vertices(m_vertices, m_tolerance)};
+  m_finder = &finder;
   cut(curves);
-  m_vertexFinder = nullptr;
+  m_finder = nullptr;
   sortAboutVertices();
 }
 
@@ -197,7 +201,7 @@ void GcGeArrangement::addEdge(GcGePath path, int curve) {
 }
 
 int GcGeArrangement::vertexAt(const GcGePoint3d& point) {
-  const int index = m_vertexFinder(point);
+  const int index = m_finder->vertices.at(point);
   m_leaving.resize(m_vertices.size());
   return index;
 }

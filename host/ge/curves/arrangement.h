@@ -4,7 +4,6 @@
 //          the curves leave a small circle about the vertex, which tells tangent curves apart too.
 #pragma once
 
-#include <functional>
 #include <vector>
 
 #include "host/ge/curves/path.h"
@@ -51,7 +50,8 @@ class GcGeArrangement {
   std::vector<GcGePoint3d> m_vertices;
   std::vector<std::vector<int>> m_leaving;  // half-edges from each vertex, counter-clockwise
   std::vector<int> m_place;                 // of each half-edge among those
-  std::function<int(const GcGePoint3d&)> m_vertexFinder;
+  struct Finder;
+  Finder* m_finder = nullptr;  // while curves are cut
 };
 
 // Whether a closed path goes around the point of its plane; false for points on it.
