@@ -62,7 +62,8 @@ std::string described(const FunctionHelp& function, bool whole) {
 std::vector<FunctionHelp> allFunctions() {
   std::vector<FunctionHelp> all;
   for (const lisp::Builtin* each = lisp::firstBuiltin(); each != nullptr; each = each->next)
-    all.push_back({each->name, each->signature, "", each->help, "LISP"});
+    if (each->name[0] != '%')  // those are what others are made of
+      all.push_back({each->name, each->signature, "", each->help, "LISP"});
   std::error_code error;
   const std::string folder = toUtf8(ap::programDirectory());
   for (const auto& entry :

@@ -119,6 +119,14 @@ void GcDbUndo::showLayout(const Change& change) {
   ignore(manager->setCurrentLayout(isModel ? kModelLayout : sheet.c_str(), &m_database));
 }
 
+namespace {
+// What has been put back counts as changed, but not as recorded: the next change of the object must be.
+void forgetRecording(GcDbStub& stub) {
+  stub.recorded = false;
+  if (!stub.writing) stub.modified = false;
+}
+}  // namespace
+
 void GcDbUndo::putBack(const Change& change, Group& inverse) {
   GcDbStub* stub = change.id.stub();
   auto* fresh = static_cast<GcDbObject*>(change.state->kind->create());
@@ -127,6 +135,7 @@ void GcDbUndo::putBack(const Change& change, Group& inverse) {
   delete m_database.store().replace(stub, fresh);
   ignore(gcdbImageInto(*fresh, change.state->image, GcDb::kUndoFiler));
   fresh->subLoaded();
+  forgetRecording(*stub);
   m_database.notifyModified(fresh);
 }
 
@@ -148,6 +157,7 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
       ignore(gcdbImageInto(*object, change.state->image, GcDb::kUndoFiler));
       stub->pathKept = false;
       object->subLoaded();
+      forgetRecording(*stub);
       m_database.notifyModified(object);
       break;
     case What::Appended:

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "db/blockbegin.h"
+#include "db/blockreference.h"
 #include "db/dictionary.h"
 #include "db/dimension.h"
 #include "db/groupdata.h"
@@ -207,13 +208,29 @@ void fillData(const GcDbGroupData& data, const GcDbGroupList& list) {
   if (isOwn) data.groups() = groups;
 }
 
+// How many records there are of the kinds a list may name but not bring into being: all but layers.
+int namedRecords(GcDbDatabase* database, bool withBlocks) {
+  if (database == nullptr) return 0;
+  int count = 0;
+  for (const auto which :
+       {GcDbDatabase::kLinetypes, GcDbDatabase::kTextStyles, GcDbDatabase::kDimStyles, GcDbDatabase::kBlocks}) {
+    if (which == GcDbDatabase::kBlocks && !withBlocks) continue;
+    const GcDbObjectId id = database->tableId(which);
+    if (id.isValid()) count += static_cast<const GcDbSymbolTable*>(id.stub()->object)->records().length();
+  }
+  return count;
+}
+
 Gcad::ErrorStatus fillObject(GcDbObject& object, const GcDbGroupList& list) {
   if (const auto* data = GcDbGroupData::cast(&object)) {
     fillData(*data, list);
     return setExtendedData(object, list);
   }
   if (object.isA()->info() == nullptr) return Gcad::eNotApplicable;
-  const Gcad::ErrorStatus status = Filler(object).fill(list);
+  const bool isInsert = GcDbBlockReference::cast(&object) != nullptr;
+  const int before = namedRecords(object.database(), isInsert);
+  Gcad::ErrorStatus status = Filler(object).fill(list);
+  if (namedRecords(object.database(), isInsert) != before) status = Gcad::eKeyNotFound;
   return status == Gcad::eOk ? setExtendedData(object, list) : status;
 }
 
@@ -331,6 +348,17 @@ void GcDbEntityMaker::cancel() {
 }
 
 GcDbEntityMaker::Made GcDbEntityMaker::make(const GcDbGroupList& list, GcDbObjectId space) {
+  GcDbUndo& undo = m_database.undo();
+  const size_t start = undo.beginTransaction();
+  Made made = makeOne(list, space);
+  if (made.status == Gcad::eOk)
+    undo.endTransaction();
+  else
+    undo.abortTransaction(start);  // records that came into being with what could not be made
+  return made;
+}
+
+GcDbEntityMaker::Made GcDbEntityMaker::makeOne(const GcDbGroupList& list, GcDbObjectId space) {
   const GcText kind = upperText(textOf(list, 0));
   if (kind.empty()) return failed(Gcad::eInvalidInput);
   if (kind == GC_T("BLOCK")) return beginBlock(list);

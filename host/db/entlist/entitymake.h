@@ -23,7 +23,8 @@ class GcDbEntityMaker {
   GcDbEntityMaker(const GcDbEntityMaker&) = delete;
   GcDbEntityMaker& operator=(const GcDbEntityMaker&) = delete;
 
-  // What came of a list.
+  // What came of a list. A layer that is named but not there is made with it; a linetype, style or block is not, and
+  // the list fails (eKeyNotFound).
   struct Made {
     Gcad::ErrorStatus status = Gcad::eOk;
     GcDbObjectId id;   // null for a list that only begins or continues something
@@ -34,6 +35,7 @@ class GcDbEntityMaker {
   void cancel();
 
  private:
+  Made makeOne(const GcDbGroupList& list, GcDbObjectId space);
   Made beginBlock(const GcDbGroupList& list);
   Made endBlock();
   Made makeEntity(const GcDbGroupList& list, GcRxClass* kind, GcDbObjectId space);
