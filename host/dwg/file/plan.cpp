@@ -153,7 +153,7 @@ class Planner {
 
   // An object of which its class's record says not all.
   void asProxy(PlannedObject& planned) {
-    planned.kind = &m_plan.kinds.emplace_back(objectKind(*planned.object));
+    planned.kind = &m_plan.kinds.emplace_back(objectKind(*planned.object, m_context.version));
     planned.type = proxyType(planned.kind->isEntity);
   }
 
@@ -167,7 +167,7 @@ class Planner {
       ClassType& ofClass = classTypeOf(*stub->object);
       planned.type = typeOf(*stub->object, ofClass);
       planned.kind = ofClass.kind;
-      if (ofClass.isLookedAt && !hasPacking(*planned.object)) asProxy(planned);
+      if (ofClass.isLookedAt && !hasPacking(*planned.object, m_context.version)) asProxy(planned);
       if (planned.type == 0) {
         m_context.omitted.insert(stub->handle);
         ++m_plan.leftOut;

@@ -120,7 +120,7 @@ struct GcDbRecordOf<GcDbMaterial> {
   }
 
   // What makes a procedural map is not described.
-  static bool isWhole(const GcDbMaterial& material) {
+  static bool isWhole(const GcDbMaterial& material, int) {
     Values values(material.m_data);
     for (const MapCodes* map : {&kDiffuse, &kSpecular, &kReflection, &kOpacity, &kBump, &kRefraction})
       if (GcDbRecordOf::number(values, map->source, 1) == kProcedural) return false;

@@ -27,6 +27,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addUnderlays(list);
   addMaterials(list);
   addScenes(list);
+  addTableStyles(list);
 }
 
 }  // namespace gc::dwg::packing

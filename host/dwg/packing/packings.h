@@ -28,6 +28,7 @@ void addFilters(std::vector<ClassPacking>& list);
 void addDimAssocs(std::vector<ClassPacking>& list);
 void addSections(std::vector<ClassPacking>& list);
 void addUnderlays(std::vector<ClassPacking>& list);
+void addTableStyles(std::vector<ClassPacking>& list);
 void addScenes(std::vector<ClassPacking>& list);
 void addMaterials(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);

@@ -25,7 +25,7 @@ struct GcDbRecordOf<GcDbSubDMesh> {
   }
 
   // Looks of single faces are in groups only.
-  static bool isWhole(const GcDbSubDMesh& mesh) {
+  static bool isWhole(const GcDbSubDMesh& mesh, int) {
     GcDbGroupList::Cursor cursor(mesh.m_overrides);
     GcDbGroup group;
     if (!cursor.next(group)) return true;

@@ -23,7 +23,7 @@ struct BoundTable {
   std::vector<BoundRow> rows;
   std::vector<std::unique_ptr<BoundTable>> nested;
   std::vector<std::unique_ptr<const GcDbField*[]>> argLists;
-  bool (*isWhole)(const GcDbObject& object) = nullptr;  // see ClassPacking
+  bool (*isWhole)(const GcDbObject& object, int version) = nullptr;  // see ClassPacking
 };
 
 // Null for a class without packing, or whose description lacks a field the packing must have.

@@ -180,7 +180,7 @@ struct ClassPacking {
   const PackRow* rows;
   int rowCount;
   // Whether a record says all of an object; null when it always does. What it does not goes as a proxy with its groups.
-  bool (*isWhole)(const GcDbObject& object) = nullptr;
+  bool (*isWhole)(const GcDbObject& object, int version) = nullptr;
 };
 
 template <int N>

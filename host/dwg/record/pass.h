@@ -174,9 +174,9 @@ struct Passed {
   static constexpr PackRow kRows[1] = {piece(passAll<Class, PieceIn>, passAll<Class, PieceOut>, {})};
   static constexpr ClassPacking named(const char* className) {
     ClassPacking packing = packingOf(className, kRows);
-    if constexpr (requires(const Class& object) { GcDbRecordOf<Class>::isWhole(object); })
-      packing.isWhole = [](const GcDbObject& object) {
-        return GcDbRecordOf<Class>::isWhole(static_cast<const Class&>(object));
+    if constexpr (requires(const Class& object) { GcDbRecordOf<Class>::isWhole(object, 0); })
+      packing.isWhole = [](const GcDbObject& object, int version) {
+        return GcDbRecordOf<Class>::isWhole(static_cast<const Class&>(object), version);
       };
     return packing;
   }

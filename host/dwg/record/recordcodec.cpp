@@ -18,8 +18,8 @@ namespace gc::dwg {
 
 namespace {
 
-bool isWhole(const BoundTable& packing, const GcDbObject& object) {
-  return packing.isWhole == nullptr || packing.isWhole(object);
+bool isWhole(const BoundTable& packing, const GcDbObject& object, int version) {
+  return packing.isWhole == nullptr || packing.isWhole(object, version);
 }
 
 // What is behind the last field: less than a byte of filling in the references, nothing in the other streams.
@@ -203,13 +203,13 @@ bool readKeptBits(const GcDbZombieData& data, GcDbObject& object) {
 
 WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links) {
   RecordOut record(context, object.handle());
-  const RecordView written = writeRecord(record, object, objectKind(object), type, links);
+  const RecordView written = writeRecord(record, object, objectKind(object, context.version), type, links);
   return {{written.body.begin(), written.body.end()}, written.handleBits};
 }
 
-ObjectKind objectKind(const GcDbObject& object) {
+ObjectKind objectKind(const GcDbObject& object, int version) {
   ObjectKind kind = classKind(object);
-  if (kind.packing != nullptr && !isWhole(*kind.packing, object)) kind.packing = nullptr;
+  if (kind.packing != nullptr && !isWhole(*kind.packing, object, version)) kind.packing = nullptr;
   return kind;
 }
 
@@ -274,6 +274,6 @@ RecordView writeRecord(RecordOut& record, const GcDbObject& object, const Object
   return written;
 }
 
-bool hasPacking(const GcDbObject& object) { return objectKind(object).isWritten(); }
+bool hasPacking(const GcDbObject& object, int version) { return objectKind(object, version).isWritten(); }
 
 }  // namespace gc::dwg

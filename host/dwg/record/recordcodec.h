@@ -74,7 +74,7 @@ struct ObjectKind {
 };
 ObjectKind classKind(const GcDbObject& object);
 // The same of the single object: without a packing when its class's record does not say all of it.
-ObjectKind objectKind(const GcDbObject& object);
+ObjectKind objectKind(const GcDbObject& object, int version);
 
 RecordView writeRecord(RecordOut& record, const GcDbObject& object, const ObjectKind& kind, uint32_t type,
                        const EntityLinks& links);
@@ -83,6 +83,6 @@ RecordView writeRecord(RecordOut& record, const GcDbObject& object, const Object
 WrittenRecord writeRecord(RecordContext& context, const GcDbObject& object, uint32_t type, const EntityLinks& links);
 
 // Whether the object can be written in records of their own class.
-bool hasPacking(const GcDbObject& object);
+bool hasPacking(const GcDbObject& object, int version);
 
 }  // namespace gc::dwg

@@ -1,0 +1,176 @@
+// Classes whose values are kept as their groups: through DWG records of every version, and what has no record as a
+// proxy of its groups.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "db/database.h"
+#include "db/zombie.h"
+#include "host/db/core/asgroups.h"
+#include "host/db/core/fileformats.h"
+#include "host/db/core/store.h"
+#include "host/dwg/record/grouppass.h"
+#include "host/dwg/record/recordcodec.h"
+#include "host/rx/view.h"
+#include "tests/scratch.h"
+
+namespace {
+
+constexpr int kWritten[] = {gc::dwg::kR2000, gc::dwg::kR2004, gc::dwg::kR2010, gc::dwg::kR2013, gc::dwg::kR2018};
+
+// A group per word: code, '=', value.
+std::string dxfOf(const std::string& objects) {
+  std::string text =
+      "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1032\n0\nENDSEC\n0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n"
+      "5\nC\n330\n0\n100\nAcDbDictionary\n281\n1\n3\nONE\n350\n1AA\n3\nTWO\n350\n1AB\n";
+  size_t at = 0;
+  while (at < objects.size()) {
+    const size_t end = std::min(objects.find('|', at), objects.size());
+    const std::string group = objects.substr(at, end - at);
+    const size_t equals = group.find('=');
+    text += group.substr(0, equals) + "\n" + group.substr(equals + 1) + "\n";
+    at = end + 1;
+  }
+  return text + "0\nENDSEC\n0\nEOF\n";
+}
+
+const std::string kBorder =
+    "|302=GRIDFORMAT|1=GRIDFORMAT_BEGIN|90=0|91=1|62=3|420=65280|92=25|340=0|93=1|40=1.125|309=GRIDFORMAT_END";
+
+// A cell style with a true colour, margins and one border.
+std::string cellStyle(int number, const std::string& name) {
+  return "|300=CELLSTYLE|1=TABLEFORMAT_BEGIN|90=5|170=1|91=0|92=32768|62=257|93=1|300=CONTENTFORMAT|"
+         "1=CONTENTFORMAT_BEGIN|90=0|91=0|92=512|93=0|300=%lu2|40=0.5|140=1.0|94=5|62=1|340=0|144=6.0|"
+         "309=CONTENTFORMAT_END|171=1|301=MARGIN|1=CELLMARGIN_BEGIN|40=1.5|40=2.5|40=1.5|40=1.5|40=4.5|40=4.5|"
+         "309=CELLMARGIN_END|94=1|95=4" +
+         kBorder + "|309=TABLEFORMAT_END|1=CELLSTYLE_BEGIN|90=" + std::to_string(number) + "|91=1|300=" + name +
+         "|309=CELLSTYLE_END";
+}
+
+const std::string kMap =
+    "0=CELLSTYLEMAP|5=1AA|330=C|100=AcDbCellStyleMap|90=2" + cellStyle(1, "_TITLE") + cellStyle(104, "Łąka");
+
+std::string rowStyle(int height) {
+  std::string row = "|7=Standard|140=" + std::to_string(height) + "|170=2|62=1|63=5|283=1|90=4|91=1|1=%ds2";
+  for (int i = 0; i < 6; ++i)
+    row += "|" + std::to_string(274 + i) + "=" + std::to_string(i == 2 ? 30 : -2) + "|" + std::to_string(284 + i) +
+           "=" + std::to_string(i % 2) + "|" + std::to_string(64 + i) + "=" + std::to_string(i);
+  return row;
+}
+
+const std::string kTableStyle =
+    "0=TABLESTYLE|5=1AB|330=C|100=AcDbTableStyle|280=0|3=Mine|70=1|71=0|40=2.5|41=1.5|280=0|"
+    "281=0" +
+    rowStyle(3) + rowStyle(6) + rowStyle(4);
+
+const std::string kRender =
+    "0=RAPIDRTRENDERSETTINGS|5=1AB|330=C|100=AcDbRenderSettings|90=2|1=Medium|290=1|290=0|290=1|"
+    "290=1|1=|1=Applies 5 rendering levels|90=1|100=AcDbRapidRTRenderSettings|90=3|70=0|90=5|"
+    "90=1|70=1|70=2|40=3.0|40=4.0|290=1";
+
+class GroupsTest : public testing::Test {
+ protected:
+  void load(GcDbDatabase& database, const std::string& name) {
+    std::string message;
+    ASSERT_EQ(gcdbReadDrawing(database, path(name), message), Gcad::eOk) << message;
+  }
+  void save(GcDbDatabase& database, const std::string& name, int version) {
+    std::string message;
+    GcDbSaveOptions options;
+    options.version = static_cast<GcDb::GcDbDwgVersion>(version);
+    ASSERT_EQ(gcdbSaveDrawing(database, path(name), options, message), Gcad::eOk) << message;
+  }
+  void put(const std::string& objects) { std::ofstream(path("in.dxf")) << dxfOf(objects); }
+  [[nodiscard]] std::string path(const std::string& name) const { return (m_scratch.path() / name).string(); }
+
+ private:
+  gc::test::ScratchFolder m_scratch;
+};
+
+const GcDbObject* objectOf(GcDbDatabase& database, uint64_t handle) {
+  const GcDbStub* stub = database.store().find(handle);
+  return stub == nullptr ? nullptr : stub->object;
+}
+
+bool isZombie(const GcDbObject& object) { return GcDbZombieObject::cast(&object) != nullptr; }
+
+TEST_F(GroupsTest, MapsOfCellStylesAndRenderersComeThroughEveryVersion) {
+  put(kMap + "|" + kRender);
+  GcDbDatabase database(false, true);
+  load(database, "in.dxf");
+  for (const int version : kWritten) {
+    SCOPED_TRACE(version);
+    save(database, "out.dwg", version);
+    GcDbDatabase back(false, true);
+    load(back, "out.dwg");
+    for (const uint64_t handle : {0x1AA, 0x1AB}) {
+      const GcDbObject* before = objectOf(database, handle);
+      const GcDbObject* after = objectOf(back, handle);
+      ASSERT_NE(before, nullptr);
+      ASSERT_NE(after, nullptr);
+      EXPECT_FALSE(isZombie(*before));
+      EXPECT_TRUE(gc::dwg::hasPacking(*before, version));
+      EXPECT_EQ(before->isA(), after->isA());
+      EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups) << handle;
+    }
+  }
+}
+
+// Rows of a table style are cell styles in newer records, and rows again in older ones.
+TEST_F(GroupsTest, TableStylesComeThroughEveryVersion) {
+  put(kMap + "|" + kTableStyle);
+  GcDbDatabase database(false, true);
+  load(database, "in.dxf");
+  const GcDbObject* before = objectOf(database, 0x1AB);
+  ASSERT_NE(before, nullptr);
+  ASSERT_FALSE(isZombie(*before));
+  ASSERT_TRUE(gc::dwg::hasPacking(*before, gc::dwg::kR2018));
+  // The groups of a file of 2018, and what they are when they have been cell styles.
+  const auto groupsAfter = [&](const std::vector<int>& versions) {
+    auto from = std::make_unique<GcDbDatabase>(false, true);
+    load(*from, "in.dxf");
+    for (const int version : versions) {
+      save(*from, "out.dwg", version);
+      from = std::make_unique<GcDbDatabase>(false, true);
+      load(*from, "out.dwg");
+    }
+    save(*from, "out.dxf", gc::dwg::kR2018);
+    std::ifstream file(path("out.dxf"));
+    std::string all((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    const size_t at = all.find("AcDbTableStyle\n", all.find("OBJECTS"));
+    return all.substr(at, all.find("\n  0\n", at) - at);
+  };
+  const std::string whole = groupsAfter({});
+  ASSERT_NE(whole.find("Mine"), std::string::npos);
+  EXPECT_EQ(groupsAfter({gc::dwg::kR2018}), whole);
+  EXPECT_EQ(groupsAfter({gc::dwg::kR2010, gc::dwg::kR2013}), whole);
+  // Before 2007 rows have no kinds of data; files before 2010 no version.
+  const std::string old = groupsAfter({gc::dwg::kR2004});
+  EXPECT_EQ(old.find("%ds2"), std::string::npos);
+  EXPECT_EQ(groupsAfter({gc::dwg::kR2000}), old);
+}
+
+// Groups in an order that no record has: the object goes as a proxy, and is itself again.
+TEST_F(GroupsTest, WhatFitsNoRecordGoesAsAProxy) {
+  std::string odd = kMap;
+  odd.replace(odd.find("|93=1|300=CONTENTFORMAT"), 5, "");
+  put(odd + "|" + kRender + "|1=more than others have");
+  GcDbDatabase database(false, true);
+  load(database, "in.dxf");
+  for (const int version : kWritten) {
+    SCOPED_TRACE(version);
+    save(database, "out.dwg", version);
+    GcDbDatabase back(false, true);
+    load(back, "out.dwg");
+    for (const uint64_t handle : {0x1AA, 0x1AB}) {
+      const GcDbObject* before = objectOf(database, handle);
+      const GcDbObject* after = objectOf(back, handle);
+      ASSERT_NE(after, nullptr);
+      EXPECT_FALSE(gc::dwg::hasPacking(*before, version));
+      EXPECT_EQ(before->isA(), after->isA());
+      EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups) << handle;
+    }
+  }
+}
+
+}  // namespace
