@@ -124,8 +124,15 @@ class Filler {
     if (group.code == kMarker) m_seenMarker = true;
     if (group.code == 2 && GcDbSymbolTableRecord::cast(&m_object) != nullptr) return takeName(group.text);
     if (auto* record = GcDbXrecord::cast(&m_object)) return takeOfXrecord(*record, group);
-    if (m_reader.take(group) || group.code == kMarker) return Gcad::eOk;
+    if (m_reader.take(group) || group.code == kMarker || takeOfEveryEntity(group)) return Gcad::eOk;
     return isPassedOver(group.code) ? Gcad::eOk : Gcad::eInvalidDxfCode;
+  }
+
+  // Programs put layer, colour and their like at the end of a list, behind the groups of the entity's own class.
+  bool takeOfEveryEntity(const GcDbGroup& group) {
+    if (GcDbEntity::cast(&m_object) == nullptr) return false;
+    GcDbFieldReader reader(m_object, GcDb::kDHL_Current);
+    return reader.take(GcDbGroup::ofText(kMarker, GC_T("AcDbEntity"))) && reader.take(group);
   }
 
   // A dictionary made before becomes the object's own; one that it has already stays.
