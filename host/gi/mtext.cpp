@@ -183,7 +183,7 @@ class LayOut {
     const GcGiMTextLook* look = nullptr;  // of the run that may grow
     for (const Piece& piece : line.pieces) {
       const GcGiMTextToken& token = *piece.token;
-      if (piece.x >= line.width && token.kind != GcGiMTextToken::kStack) break;  // blanks at the end
+      if (piece.x >= line.width && token.kind == GcGiMTextToken::kBlank) break;  // at the end
       if (token.kind == GcGiMTextToken::kStack) {
         placeStack(token, x + piece.x, y);
         look = nullptr;

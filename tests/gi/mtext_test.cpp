@@ -101,6 +101,16 @@ TEST(MText, RulesRunAlongTheText) {
   EXPECT_LT(layout.rules[0].y1, layout.runs[1].y);
 }
 
+// A dot is as wide as its pen, so nothing tells it from the end of its line but that it is no blank.
+TEST(MText, ADotAloneAtTheEndOfALineIsDrawn) {
+  for (const char* contents : {"{\\Kstruck}.", "{\\C1;red}.\\Pmore", "a {\\H2x;b} ."}) {
+    std::string all;
+    for (const auto& run : layOut(contents).runs) all += toUtf8(run.text);
+    EXPECT_NE(all.find('.'), std::string::npos) << contents;
+  }
+  EXPECT_EQ(toUtf8(layOut("a   ").runs[0].text), "a");
+}
+
 TEST(MText, ParagraphAlignmentAndIndent) {
   const GcGiMTextLayout layout = layOut("\\pqr;HH\\P\\pi2,ql;HH\\P\\pqc;HH", 60);
   EXPECT_NEAR(layout.runs[0].x, 60 - layout.runs[0].length, 1e-9);

@@ -8,6 +8,7 @@
 #include "host/db/entities/hatch_edges.h"
 #include "host/gi/hatchlines.h"
 #include "host/rx/math/elementary.h"
+#include "host/rx/view.h"
 
 namespace {
 
@@ -106,8 +107,9 @@ class Drawer {
     GcGiGradient gradient;
     gradient.from = place(GcGePoint3d() + (aside + way * low));
     gradient.to = place(GcGePoint3d() + (aside + way * high));
-    gradient.colorFrom = colorOf(own, 0);
-    gradient.colorTo = colorOf(own, 1);
+    const bool inverted = view(own.name).substr(0, 3) == GC_T("INV");
+    gradient.colorFrom = colorOf(own, inverted ? 1 : 0);
+    gradient.colorTo = colorOf(own, inverted ? 0 : 1);
     gradient.mirrored = !(own.name == GcString(GC_T("LINEAR")));
     return gradient;
   }
