@@ -75,6 +75,8 @@ class Host:
         self.scratch = scratch
         self.at_line_start = True
         environment = dict(os.environ, TMPDIR=scratch, HOME=scratch)
+        if EMULATOR:  # keeps what it needs in the person's cache: once, not for each transcript
+            environment.setdefault("XDG_CACHE_HOME", os.path.expanduser("~/.cache"))
         command = EMULATOR + [gcad, "repl", "--json"]
         self.process = subprocess.Popen(command + [self.filled(o) for o in options], stdin=subprocess.PIPE,
                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=scratch, env=environment)
