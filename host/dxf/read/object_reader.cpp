@@ -22,6 +22,7 @@ constexpr const GCHAR* kEntityMarker = GC_T("AcDbEntity");
 constexpr int kEmbeddedCode = 101;  // begins an object within an object, which repeats the codes
 constexpr int kBraceCode = 102;
 constexpr int kFirstXDataCode = 1000;
+constexpr int kAppNameCode = 1001;
 constexpr int kOwnerCode = 330;
 
 // Where groups no row knows go: behind those kept of the same section, or into a new section of their own.
@@ -187,7 +188,9 @@ void ObjectReader::readGroups(const RawRecord& record, Target& target) {
   const bool filedItself = !target.zombie && !target.object.isA()->info();
   GcDbGroup group;
   while (cursor.next(group)) {
-    if (group.code >= kFirstXDataCode) {
+    // An application's name begins extended data. Extension records and objects of many classes have groups of these
+    // codes among their own data.
+    if (group.code == kAppNameCode || (group.code >= kFirstXDataCode && target.inHead)) {
       readXData(group, cursor, target);
       return;
     }

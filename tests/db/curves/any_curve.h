@@ -100,11 +100,11 @@ class AnyCurve {
     }
   }
 
-  // Any scale from 1e-3 to 1e6, a tilted plane, sometimes 5e6 out.
+  // Any scale from 1e-3 to 1e7, a tilted plane, sometimes 5e6 out.
   GcGeMatrix3d place() {
     GcGeMatrix3d turn, scale, move;
     turn.setToRotation(between(0, kTwoPi), unit());
-    scale.setToScaling(std::pow(10.0, between(-3, 6)));
+    scale.setToScaling(std::pow(10.0, between(-3, 7)));
     move.setToTranslation(unit() * (m_engine() % 3 == 0 ? 5e6 : 10));
     return move * turn * scale;
   }

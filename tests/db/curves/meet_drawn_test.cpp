@@ -1,5 +1,5 @@
 // Meetings with entities that are no curves, through the lines they are made of: references in references scaled
-// unevenly, hatches, regions, writing, dimensions; at drawing scales from 1e-3 to 1e6, in tilted planes, also 5e6 out.
+// unevenly, hatches, regions, writing, dimensions; at drawing scales from 1e-3 to 1e7, in tilted planes, also 5e6 out.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -110,7 +110,7 @@ TEST(DrawnMeetings, ReferencesInReferencesScaledUnevenly) {
       append(outer, first);
       const GcGeMatrix3d within = first->blockTransform();
       ASSERT_EQ(first->close(), Gcad::eOk);
-      const double scale = std::pow(10, any.between(-3, 6));
+      const double scale = std::pow(10, any.between(-3, 7));
       const double out = seed % 3 == 0 ? 5e6 : 10;
       GcDbBlockReference second({out, -out, out}, outer);
       ASSERT_EQ(second.setScaleFactors({scale * any.between(0.3, 3), scale * any.between(0.3, 3), scale}), Gcad::eOk);

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "db/database.h"
+#include "db/xrecord.h"
 #include "db/zombie.h"
 #include "host/db/core/asgroups.h"
 #include "host/db/core/fileformats.h"
@@ -170,6 +171,36 @@ TEST_F(GroupsTest, WhatFitsNoRecordGoesAsAProxy) {
       EXPECT_EQ(before->isA(), after->isA());
       EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups) << handle;
     }
+  }
+}
+
+// Codes of extended data among an object's own groups are its own until an application is named.
+TEST_F(GroupsTest, OwnGroupsWithCodesOfExtendedData) {
+  const std::string own = "1071=135625452|1010=5.0|1020=6.0|1030=7.0|70=25|1=State|1071=-4|1000=inside";
+  put("0=XRECORD|5=1AA|330=C|100=AcDbXrecord|280=1|" + own +
+      "|1001=ACAD|1070=7|0=BLOCKTHING|5=1AB|330=C|100=AcDbBlockThing|90=1|" + own);
+  GcDbDatabase database(false, true);
+  load(database, "in.dxf");
+  auto* record = const_cast<GcDbXrecord*>(GcDbXrecord::cast(objectOf(database, 0x1AA)));
+  ASSERT_NE(record, nullptr);
+  GcDbGroupList::Cursor cursor(record->groups());
+  std::string codes;
+  for (GcDbGroup group; cursor.next(group);) codes += std::to_string(group.code) + " ";
+  EXPECT_EQ(codes, "1071 1010 70 1 1071 1000 ");
+  for (const int version : kWritten) {
+    SCOPED_TRACE(version);
+    save(database, "out.dwg", version);
+    GcDbDatabase back(false, true);
+    load(back, "out.dwg");
+    save(back, "out.dxf", gc::dwg::kR2018);
+    GcDbDatabase again(false, true);
+    load(again, "out.dxf");
+    for (const uint64_t handle : {0x1AA, 0x1AB})
+      for (GcDbDatabase* each : {&back, &again}) {
+        const GcDbObject* after = objectOf(*each, handle);
+        ASSERT_NE(after, nullptr);
+        EXPECT_TRUE(gcdbAsGroups(*objectOf(database, handle)).groups == gcdbAsGroups(*after).groups) << handle;
+      }
   }
 }
 
