@@ -7,13 +7,6 @@
 #include "tests/scratch.h"
 #include "tests/session/testhost.h"
 
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/lsan_interface.h>
-#else
-inline void __lsan_disable() {}
-inline void __lsan_enable() {}
-#endif
-
 namespace {
 
 constexpr const char* kPut =
@@ -24,9 +17,7 @@ constexpr const char* kBoth = "(\"kept\" \"on the line\")";
 
 class NamedValues : public ::testing::TestWithParam<const char*> {
  protected:
-  // The texts of values stay allocated on purpose, and once the module is gone nobody can name who allocated them.
-  void SetUp() override { __lsan_disable(); }
-  void TearDown() override { __lsan_enable(); }
+  TextsStay texts;
 
   // A drawing file of the parameter's format with two values in it.
   void save(const std::string& path) {

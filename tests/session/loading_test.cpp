@@ -87,6 +87,7 @@ TEST_F(Loading, TheLastDocumentMayCloseFirst) {
 
 // Strings made on one side and freed on the other, of every length around the sizes that are kept in place.
 TEST_F(Loading, StringsCrossTheEdgeBothWays) {
+  const TextsStay texts;
   ap::Document& document = host.open();
   ASSERT_TRUE(host.loadModule());
   const std::string same = host.evaluate(document, R"lisp(
