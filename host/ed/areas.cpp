@@ -48,14 +48,6 @@ class TextBoxes final : public GcGiListener {
     if (!isMoved()) return;
     for (GcGePoint3d& corner : boxes.back()) corner = transform() * corner;
   }
-  void polyline(int, const GcGePoint3d*, bool) override {}
-  void polygon(int, const GcGePoint3d*) override {}
-  void polyPolygon(int, const int*, const GcGePoint3d*) override {}
-  void circle(const GcGePoint3d&, double, const GcGeVector3d&) override {}
-  void circularArc(const GcGePoint3d&, double, const GcGeVector3d&, const GcGeVector3d&, double) override {}
-  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void bezier(int, const GcGePoint3d*) override {}
 };
 
 // The curves of entities, laid into one plane.

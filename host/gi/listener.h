@@ -1,5 +1,5 @@
-// The base of those who listen to drawables drawing: they override what they want to hear, points come to them through
-// the transforms pushed so far, looks are dropped, and blocks that contain themselves end somewhere.
+// The base of those who listen to drawables drawing: they override what they want to hear, the rest is passed over,
+// points come to them through the transforms pushed so far, and blocks that contain themselves end somewhere.
 #pragma once
 
 #include <vector>
@@ -30,6 +30,17 @@ class GcGiListener : public GcGiWorldDraw, protected GcGiGeometry, protected GcG
   void popModelTransform() override {
     if (!m_transforms.empty()) m_transforms.pop_back();
   }
+
+  void polyline(int, const GcGePoint3d*, bool) override {}
+  void polygon(int, const GcGePoint3d*) override {}
+  void polyPolygon(int, const int*, const GcGePoint3d*) override {}
+  void circle(const GcGePoint3d&, double, const GcGeVector3d&) override {}
+  void circularArc(const GcGePoint3d&, double, const GcGeVector3d&, const GcGeVector3d&, double) override {}
+  void text(const GcGePoint3d&, const GcGeVector3d&, const GcGeVector3d&, const GCHAR*, const GcGiTextStyle&) override {
+  }
+  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
+  void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
+  void bezier(int, const GcGePoint3d*) override {}
 
   void setColor(const GcCmEntityColor&) override {}
   void setLayer(const GcDbObjectId&) override {}

@@ -71,6 +71,14 @@ def limits(folder):
     check("a program cut off saves nothing", run.returncode == 6 and not os.path.exists(saved), run)
 
 
+def endless_call():
+    """A call of the module that never comes back, wanted as it is, ends with the program; nothing is saved over."""
+    endless = '(kel_put_coordinates (kel_addpolyline "ModelSpace" (quote (0 0)) (quote (1 1))) "x")'
+    command = EMULATOR + [os.path.abspath(sys.argv[1]), "run", "-e", endless, "--time-limit", "0.3"]
+    run = subprocess.run(command, capture_output=True, timeout=120)
+    check("an endless call ends with the time limit", run.returncode == 6 and b"time limit" in run.stderr, run)
+
+
 def interrupt():
     if EMULATOR:
         return
@@ -100,6 +108,7 @@ def main():
         ends()
         errors(folder)
         limits(folder)
+        endless_call()
         interrupt()
     print("\n".join(failures))
     sys.exit(1 if failures else 0)

@@ -3,7 +3,8 @@
 
 #include <filesystem>
 
-#include "host/rx/file/file_view.h"
+#include "host/ap/library.h"
+#include "host/rx/file/folder.h"
 #include "tests/scratch.h"
 #include "tests/session/testhost.h"
 
@@ -48,6 +49,16 @@ TEST_F(Loading, AgainAndAgainLeavesNothingBehind) {
     EXPECT_FALSE(isMapped(path)) << "time " << time;
   }
   EXPECT_EQ(host.evaluate(document, "(sslength (ssget \"X\"))"), std::to_string(kTimes));
+}
+
+// The plug-in answers with the host's own version, by forwarding.
+TEST_F(Loading, TheVersionThroughThePlugInIsTheHosts) {
+  ap::Library library;
+  GcText reason;
+  ASSERT_TRUE(library.open(TestHost::modulePath(), reason)) << gc::toUtf8(reason);
+  const auto version = reinterpret_cast<int (*)()>(library.symbol("gcrxGetApiVersion"));
+  ASSERT_NE(version, nullptr);
+  EXPECT_EQ(version(), gcrxGetApiVersion());
 }
 
 TEST_F(Loading, TwiceIsOnce) {

@@ -53,8 +53,6 @@ class PartMaker final : public GcGiListener {
     ignore(made->setPosition(position));
     add(made);
   }
-  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
   void bezier(int count, const GcGePoint3d* points) override {
     constexpr int kSides = 8;
     for (int i = 0; i + 3 < count; i += 3) {

@@ -41,14 +41,6 @@ class Heard final : public GcGiListener {
     start = position;
     length = gcgiTextLength(view(text), style);
   }
-  void polyline(int, const GcGePoint3d*, bool) override {}
-  void polygon(int, const GcGePoint3d*) override {}
-  void polyPolygon(int, const int*, const GcGePoint3d*) override {}
-  void circle(const GcGePoint3d&, double, const GcGeVector3d&) override {}
-  void circularArc(const GcGePoint3d&, double, const GcGeVector3d&, const GcGeVector3d&, double) override {}
-  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void bezier(int, const GcGePoint3d*) override {}
 };
 
 // What stands for itself in a line would be a code in a paragraph; %%u and %%o become the paragraph's codes.

@@ -27,17 +27,6 @@ class Listener final : public GcGiListener {
   }
 
  private:
-  void polyline(int, const GcGePoint3d*, bool) override {}
-  void polygon(int, const GcGePoint3d*) override {}
-  void polyPolygon(int, const int*, const GcGePoint3d*) override {}
-  void circle(const GcGePoint3d&, double, const GcGeVector3d&) override {}
-  void circularArc(const GcGePoint3d&, double, const GcGeVector3d&, const GcGeVector3d&, double) override {}
-  void text(const GcGePoint3d&, const GcGeVector3d&, const GcGeVector3d&, const GCHAR*, const GcGiTextStyle&) override {
-  }
-  void xline(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void ray(const GcGePoint3d&, const GcGeVector3d&) override {}
-  void bezier(int, const GcGePoint3d*) override {}
-
   friend ShownSet shownBy(GcDbEntity& drawable);
   ShownSet& m_shown;
 };

@@ -84,6 +84,18 @@ class GroupsTest : public testing::Test {
   void put(const std::string& objects) { std::ofstream(path("in.dxf")) << dxfOf(objects); }
   [[nodiscard]] std::string path(const std::string& name) const { return (m_scratch.path() / name).string(); }
 
+  // The drawing as it comes back from DWG of each version: `look(back, version)`.
+  template <class Look>
+  void throughEveryVersion(GcDbDatabase& database, const Look& look) {
+    for (const int version : kWritten) {
+      SCOPED_TRACE(version);
+      save(database, "out.dwg", version);
+      GcDbDatabase back(false, true);
+      load(back, "out.dwg");
+      look(back, version);
+    }
+  }
+
  private:
   gc::test::ScratchFolder m_scratch;
 };
@@ -99,11 +111,7 @@ TEST_F(GroupsTest, MapsOfCellStylesAndRenderersComeThroughEveryVersion) {
   put(kMap + "|" + kRender);
   GcDbDatabase database(false, true);
   load(database, "in.dxf");
-  for (const int version : kWritten) {
-    SCOPED_TRACE(version);
-    save(database, "out.dwg", version);
-    GcDbDatabase back(false, true);
-    load(back, "out.dwg");
+  throughEveryVersion(database, [&](GcDbDatabase& back, int version) {
     for (const uint64_t handle : {0x1AA, 0x1AB}) {
       const GcDbObject* before = objectOf(database, handle);
       const GcDbObject* after = objectOf(back, handle);
@@ -114,7 +122,7 @@ TEST_F(GroupsTest, MapsOfCellStylesAndRenderersComeThroughEveryVersion) {
       EXPECT_EQ(before->isA(), after->isA());
       EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups) << handle;
     }
-  }
+  });
 }
 
 // Rows of a table style are cell styles in newer records, and rows again in older ones.
@@ -158,11 +166,7 @@ TEST_F(GroupsTest, WhatFitsNoRecordGoesAsAProxy) {
   put(odd + "|" + kRender + "|1=more than others have");
   GcDbDatabase database(false, true);
   load(database, "in.dxf");
-  for (const int version : kWritten) {
-    SCOPED_TRACE(version);
-    save(database, "out.dwg", version);
-    GcDbDatabase back(false, true);
-    load(back, "out.dwg");
+  throughEveryVersion(database, [&](GcDbDatabase& back, int version) {
     for (const uint64_t handle : {0x1AA, 0x1AB}) {
       const GcDbObject* before = objectOf(database, handle);
       const GcDbObject* after = objectOf(back, handle);
@@ -171,7 +175,7 @@ TEST_F(GroupsTest, WhatFitsNoRecordGoesAsAProxy) {
       EXPECT_EQ(before->isA(), after->isA());
       EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups) << handle;
     }
-  }
+  });
 }
 
 // Codes of extended data among an object's own groups are its own until an application is named.
@@ -187,11 +191,7 @@ TEST_F(GroupsTest, OwnGroupsWithCodesOfExtendedData) {
   std::string codes;
   for (GcDbGroup group; cursor.next(group);) codes += std::to_string(group.code) + " ";
   EXPECT_EQ(codes, "1071 1010 70 1 1071 1000 ");
-  for (const int version : kWritten) {
-    SCOPED_TRACE(version);
-    save(database, "out.dwg", version);
-    GcDbDatabase back(false, true);
-    load(back, "out.dwg");
+  throughEveryVersion(database, [&](GcDbDatabase& back, int) {
     save(back, "out.dxf", gc::dwg::kR2018);
     GcDbDatabase again(false, true);
     load(again, "out.dxf");
@@ -201,7 +201,7 @@ TEST_F(GroupsTest, OwnGroupsWithCodesOfExtendedData) {
         ASSERT_NE(after, nullptr);
         EXPECT_TRUE(gcdbAsGroups(*objectOf(database, handle)).groups == gcdbAsGroups(*after).groups) << handle;
       }
-  }
+  });
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/record/recordcodec.h"
 #include "host/rx/view.h"
+#include "tests/modelspace.h"
 
 using namespace gc::dwg;
 
@@ -19,15 +20,7 @@ namespace {
 constexpr int kWritten[] = {kR2000, kR2004, kR2010, kR2013, kR2018};
 constexpr double kPi = 3.14159265358979323846;
 
-GcDbObjectId append(GcDbDatabase& database, GcDbEntity* entity) {
-  GcDbBlockTableRecord* space = nullptr;
-  EXPECT_EQ(gcdbOpenObject(space, database.modelSpaceId(), GcDb::kForWrite), Gcad::eOk);
-  GcDbObjectId id;
-  EXPECT_EQ(space->appendGcDbEntity(id, entity), Gcad::eOk);
-  EXPECT_EQ(entity->close(), Gcad::eOk);
-  EXPECT_EQ(space->close(), Gcad::eOk);
-  return id;
-}
+using gc::test::append;
 
 std::unique_ptr<GcDbRegion> disc(double radius) {
   const GcDbCircle circle({1, 2, 0}, GcGeVector3d::kZAxis, radius);

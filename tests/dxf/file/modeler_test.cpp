@@ -7,6 +7,7 @@
 #include "db/region.h"
 #include "host/rx/view.h"
 #include "tests/dxf/file/round_trip.h"
+#include "tests/modelspace.h"
 
 namespace {
 
@@ -15,15 +16,7 @@ constexpr double kPi = 3.14159265358979323846;
 using gc::test::load;
 using gc::test::save;
 
-GcDbObjectId append(GcDbDatabase& database, GcDbEntity* entity) {
-  GcDbBlockTableRecord* space = nullptr;
-  EXPECT_EQ(gcdbOpenObject(space, database.modelSpaceId(), GcDb::kForWrite), Gcad::eOk);
-  GcDbObjectId id;
-  EXPECT_EQ(space->appendGcDbEntity(id, entity), Gcad::eOk);
-  EXPECT_EQ(entity->close(), Gcad::eOk);
-  EXPECT_EQ(space->close(), Gcad::eOk);
-  return id;
-}
+using gc::test::append;
 
 GcDbObjectId addDisc(GcDbDatabase& database, double radius) {
   const GcDbCircle circle({1, 2, 0}, GcGeVector3d::kZAxis, radius);
