@@ -28,6 +28,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addMaterials(list);
   addScenes(list);
   addTableStyles(list);
+  addForeign(list);
 }
 
 }  // namespace gc::dwg::packing

@@ -31,6 +31,7 @@ void addUnderlays(std::vector<ClassPacking>& list);
 void addTableStyles(std::vector<ClassPacking>& list);
 void addScenes(std::vector<ClassPacking>& list);
 void addMaterials(std::vector<ClassPacking>& list);
+void addForeign(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 
 void addAll(std::vector<ClassPacking>& list);

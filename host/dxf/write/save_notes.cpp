@@ -2,6 +2,7 @@
 
 #include "db/database.h"
 #include "db/entity.h"
+#include "host/db/entities/shape.h"
 #include "host/dxf/proxy.h"
 #include "host/dxf/write/object_writer.h"
 #include "host/rx/text/number.h"
@@ -106,6 +107,10 @@ void SaveNotes::look(const GcDbObject& object) {
   const GcView type = typeOf(object);
   if (m_report && m_version >= GcDb::kDHL_AC1012 && (type == kProxyEntityType || type == kProxyObjectType))
     together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
+  const auto* shape = m_report ? GcDbShape::cast(&object) : nullptr;
+  if (shape != nullptr && shape->isKnownByNumberOnly())
+    together(GcDbSaveAction::Mapped, object,
+             "the file of its shape is not there to tell the name: number and file for it");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));
   if (m_version < GcDb::kDHL_AC1012) return;
