@@ -37,6 +37,11 @@ void ObjectGenerator::fillRow(const GcDbField& row, void* record) {
     set(static_cast<int16_t>(integer(1, 4)));
     return;
   }
+  if (row.code == 90 && row.name == std::string_view("kind")) {  // of a value: says what else there is
+    static constexpr int32_t kKinds[] = {0, 1, 2, 4, 8, 16, 32, 64};
+    set(kKinds[integer(0, 7)]);
+    return;
+  }
   const bool isCurve = row.is == Is::Angle || (row.code >= 50 && row.code <= 58);
   switch (row.kind) {
     case Kind::Bool: set(integer(0, 1) == 1); break;

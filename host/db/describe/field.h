@@ -18,6 +18,7 @@
 //   .also(code)                       read under a second code as well
 //   .filedAs(get, set)                   files have it in another form than the member
 //   .inPieces(code)                   a long text goes in pieces of 250 under `code`, the last under the row's own
+//   .continuedIn(code)                the first piece under the row's own code, all others under `code`
 //   .echo()                           repeats what another row has: groups only, no memory copies, no transforming
 //   .packed(pack)                     how DWG records have it
 #pragma once
@@ -125,13 +126,14 @@ struct GcDbField {
   const GcDbField* rows = nullptr;                // Records: the rows of one element
   int16_t rowCount = 0;
   int16_t alsoCode = 0;                            // a second code that is read as well; written when `get` says so
-  int16_t pieceCode = 0;                           // texts: the code of all pieces but the last
+  int16_t pieceCode = 0;                           // texts: the code of all pieces but the last (or the first)
   int8_t defaultAxis = -1;                         // vectors: the default is the X (0), Y (1) or Z (2) axis
   GcDbGroup (*get)(const void* record) = nullptr;  // how files have it where the member alone does not say
   bool (*set)(void* record, const GcDbGroup& group) = nullptr;
   bool readsAnyway = false;  // the predicate is about writing only
   bool isPart = false;       // Records: at most one, there when the object has any of its values
   bool inExtra = false;      // lives in the object's rare parts, which memory filers copy whole
+  bool piecesFollow = false;  // the first piece has the row's own code
   bool isEcho = false;       // another row has the same value for memory copies and transformations
 
   // True when memory copies, transformations and walks skip the row.
@@ -201,6 +203,11 @@ struct GcDbField {
   constexpr GcDbField inPieces(int piece) const {
     GcDbField row = *this;
     row.pieceCode = static_cast<int16_t>(piece);
+    return row;
+  }
+  constexpr GcDbField continuedIn(int piece) const {
+    GcDbField row = inPieces(piece);
+    row.piecesFollow = true;
     return row;
   }
   constexpr GcDbField echo() const {

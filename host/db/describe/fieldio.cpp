@@ -192,11 +192,18 @@ void putBytes(GcDbGroupSink& sink, int code, const GcArray<uint8_t>& bytes) {
 // A long text as the format wants it: pieces of 250 units (surrogate pairs stay whole), the rest last.
 void putPieces(const GcDbField& row, GcView text, GcDbGroupSink& sink) {
   constexpr size_t kPiece = 250;
+  bool isFirst = true;
   while (text.size() >= kPiece) {
     const bool splitsPair = (text[kPiece - 1] & 0xFC00) == 0xD800;
     const size_t size = splitsPair ? kPiece - 1 : kPiece;
-    sink.put(GcDbGroup::ofText(row.pieceCode, text.substr(0, size)));
+    const bool hasOwnCode = row.piecesFollow && isFirst;
+    sink.put(GcDbGroup::ofText(hasOwnCode ? row.code : row.pieceCode, text.substr(0, size)));
     text.remove_prefix(size);
+    isFirst = false;
+  }
+  if (row.piecesFollow && !isFirst) {
+    if (!text.empty()) sink.put(GcDbGroup::ofText(row.pieceCode, text));
+    return;
   }
   sink.put(GcDbGroup::ofText(row.code, text));
 }
@@ -340,8 +347,8 @@ void GcDbFieldReader::markTaken(Frame& frame, int index) {
 bool GcDbFieldReader::takeValue(Frame& frame, int index, const GcDbGroup& group) {
   const GcDbField& row = rowOf(frame, index);
   void* member = row.at(frame.record);
-  const bool takesMore =
-      row.kind == Kind::Bytes || row.kind == Kind::Groups || (row.pieceCode != 0 && row.pieceCode == group.code);
+  const bool isPiece = row.pieceCode != 0 && (row.pieceCode == group.code || row.piecesFollow);
+  const bool takesMore = row.kind == Kind::Bytes || row.kind == Kind::Groups || isPiece;
   frame.cursor = takesMore ? index : index + 1;
   if (!takesMore) markTaken(frame, index);
   if (row.set != nullptr) return row.set(frame.record, group);

@@ -11,8 +11,10 @@ namespace {
 
 bool isReference(const GcDbField& row) { return row.kind == Kind::Id && row.is >= Is::SoftPointer; }
 
-// A measured value follows from the points.
-bool isDerived(const GcDbField& row) { return std::string_view(row.name) == "measurement"; }
+// A measured value follows from the points, whether there is a value from its kind.
+bool isDerived(const GcDbField& row) {
+  return std::string_view(row.name) == "measurement" || std::string_view(row.name) == "valueFlags";
+}
 
 // Markers, counts and repetitions say nothing of their own; a row that is never written cannot be lost.
 bool saysSomething(const GcDbField& row) {
@@ -33,6 +35,13 @@ GcDbGroup valueOf(const GcDbField& row, const void* record) {
 bool hasYoungRow(const GcDbField& array, int version) {
   return std::any_of(array.rows, array.rows + array.rowCount,
                      [&](const GcDbField& row) { return row.since > version && saysSomething(row); });
+}
+
+// True when another row says the same under the same code in that version.
+bool hasElder(const GcDbField& young, const void* record, const GcDbField& row, int version) {
+  if (row.code != young.code || !row.isIn(version) || row.at == nullptr) return false;
+  void* place = const_cast<void*>(record);
+  return row.at(place) == young.at(place);
 }
 
 bool isCommon(const GcDbField* row) {
@@ -73,11 +82,18 @@ bool GcDbLossFinder::isLost(const GcDbField& row, const GcDbObject& object, GcDb
   return row.inExtra || !row.applies(&fresh) || !isSame(valueOf(row, &object), valueOf(row, &fresh));
 }
 
+bool GcDbLossFinder::isSaidByElder(const GcDbField& row, const GcDbObject& object) const {
+  const GcDbClassInfo* info = gcdbInfoOf(object);
+  return std::any_of(info->rows, info->rows + info->rowCount,
+                     [&](const GcDbField* elder) { return hasElder(row, &object, *elder, m_version); });
+}
+
 std::string GcDbLossFinder::find(const GcDbObject& object, bool commonOnly) {
   const Kind& kind = kindOf(object);
   std::string names;
   for (const GcDbField* row : kind.young)
-    if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh)) append(names, *row);
+    if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh) && !isSaidByElder(*row, object))
+      append(names, *row);
   if (commonOnly) return names;
   for (const GcDbField* array : kind.arrays) {
     if (!array->applies(&object)) continue;
@@ -87,7 +103,10 @@ std::string GcDbLossFinder::find(const GcDbObject& object, bool commonOnly) {
       const void* element = array->records->at(member, i);
       for (int r = 0; r < array->rowCount; ++r) {
         const GcDbField& row = array->rows[r];
-        if (isYoung(row) && saysSomething(row) && row.applies(element) && !row.isDefault(element)) append(names, row);
+        if (isYoung(row) && saysSomething(row) && row.applies(element) && !row.isDefault(element) &&
+            std::none_of(array->rows, array->rows + array->rowCount,
+                         [&](const GcDbField& elder) { return hasElder(row, element, elder, m_version); }))
+          append(names, row);
       }
     }
   }

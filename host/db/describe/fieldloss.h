@@ -35,6 +35,7 @@ class GcDbLossFinder {
   std::string find(const GcDbObject& object, bool commonOnly);
   const Kind& kindOf(const GcDbObject& object);
   [[nodiscard]] bool isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const;
+  [[nodiscard]] bool isSaidByElder(const GcDbField& row, const GcDbObject& object) const;
   [[nodiscard]] bool isYoung(const GcDbField& row) const { return row.since > m_version; }
 
   int m_version;

@@ -57,6 +57,7 @@
 #include "host/db/objects/standard.h"
 #include "host/db/objects/sun.h"
 #include "host/db/objects/tablestyle.h"
+#include "host/db/objects/textfield.h"
 #include "host/db/objects/underlaydef.h"
 #include "host/db/objects/viewstyle.h"
 #include "host/db/objects/visualstyle.h"

@@ -29,6 +29,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addScenes(list);
   addTableStyles(list);
   addForeign(list);
+  addTextFields(list);
 }
 
 }  // namespace gc::dwg::packing

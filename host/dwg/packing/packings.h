@@ -29,6 +29,7 @@ void addDimAssocs(std::vector<ClassPacking>& list);
 void addSections(std::vector<ClassPacking>& list);
 void addUnderlays(std::vector<ClassPacking>& list);
 void addTableStyles(std::vector<ClassPacking>& list);
+void addTextFields(std::vector<ClassPacking>& list);
 void addScenes(std::vector<ClassPacking>& list);
 void addMaterials(std::vector<ClassPacking>& list);
 void addForeign(std::vector<ClassPacking>& list);

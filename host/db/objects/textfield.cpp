@@ -1,0 +1,63 @@
+#include "host/db/objects/textfield.h"
+
+#include <iterator>
+
+#include "host/db/describe/fieldio.h"
+
+GCDB_DEFINE_CLASS(GcDbTextField, "AcDbField")
+
+namespace {
+
+GcDbDataValue& ofItem(void* record) { return static_cast<GcDbFieldItem*>(record)->value; }
+
+constexpr GcDbField kItemFields[] = {
+    field<&GcDbFieldItem::key>(6, "key", Is::Plain),
+    GCDB_VALUE_ROWS(ofItem),
+};
+
+// The value of a field itself, which is private to it.
+template <auto Member>
+GcDbDataValue& ofMember(void* record) {
+  return *static_cast<GcDbDataValue*>(gcdescribe::memberAt<Member>(record));
+}
+
+}  // namespace
+
+const GcDbField GcDbTextField::kFields[] = {
+    marker("AcDbField"),
+    field<&GcDbTextField::m_evaluator>(1, "evaluator", Is::Plain),
+    field<&GcDbTextField::m_code>(2, "code", Is::Plain).continuedIn(3),
+    list<&GcDbTextField::m_children, 360, Is::HardOwner>(90, "children"),
+    list<&GcDbTextField::m_objects, 331, Is::SoftPointer>(97, "objects"),
+    field<&GcDbTextField::m_format>(4, "format", Is::Plain).until(GcDb::kDHL_AC1021),
+    field<&GcDbTextField::m_options>(91, "evaluationOptions", Is::Plain),
+    field<&GcDbTextField::m_filing>(92, "filingOptions", Is::Plain),
+    field<&GcDbTextField::m_state>(94, "state", Is::Plain),
+    field<&GcDbTextField::m_status>(95, "evaluationStatus", Is::Plain),
+    field<&GcDbTextField::m_error>(96, "error", Is::Plain),
+    field<&GcDbTextField::m_message>(300, "message", Is::Plain),
+    each<&GcDbTextField::m_items>(93, "items", kItemFields),
+    field<&GcDbTextField::m_valueKey>(7, "valueKey", Is::Plain),
+    GCDB_VALUE_ROWS(ofMember<&GcDbTextField::m_value>),
+    field<&GcDbTextField::m_text>(301, "text", Is::Plain).continuedIn(9),
+    field<&GcDbTextField::m_textLength>(98, "textLength", Is::Plain),
+};
+GCDB_FIELD_COUNT(GcDbTextField);
+
+void GcDbTextField::setResult(const GcDbDataValue& value, const GcString& text) {
+  constexpr int32_t kCompiled = 2, kEvaluated = 8, kHasCache = 32;
+  assertWriteEnabled();
+  m_state |= 1 | kCompiled | kEvaluated | kHasCache;
+  m_status = kSuccess;
+  m_error = 0;
+  m_message = GcString();
+  m_value = value;
+  m_text = text;
+  m_textLength = static_cast<int32_t>(text.length());
+}
+
+void GcDbTextField::setFailed(Status status, const GcString& message) {
+  assertWriteEnabled();
+  m_status = status;
+  m_message = message;
+}
