@@ -5,9 +5,11 @@
 #include "db/dictionary.h"
 #include "db/idmapping.h"
 #include "db/line.h"
+#include "db/text.h"
 #include "db/xrecord.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/draworder.h"
+#include "host/db/objects/textfield.h"
 #include "host/rx/view.h"
 
 namespace {
@@ -170,6 +172,98 @@ TEST(Insert, MakesTheOtherModelSpaceABlock) {
     EXPECT_EQ(live, 1);
   });
   EXPECT_EQ(target.insert(block, GC_T("a<b"), &source), Gcad::eInvalidInput);
+}
+
+// ---- fields ------------------------------------------------------------------------------------------------
+
+// A text whose field speaks of another entity: ACAD_FIELD / TEXT, a child field with a reference.
+GcDbObjectId addFieldText(GcDbDatabase& database, GcDbObjectId subject) {
+  auto* text = new GcDbText;
+  GcDbObjectId id;
+  change<GcDbBlockTableRecord>(database.modelSpaceId(), [&](GcDbBlockTableRecord& space) {
+    EXPECT_EQ(space.appendGcDbEntity(id, text), Gcad::eOk);
+  });
+  EXPECT_EQ(text->createExtensionDictionary(), Gcad::eOk);
+  const GcDbObjectId extension = text->extensionDictionary();
+  EXPECT_EQ(text->close(), Gcad::eOk);
+  GcDbObjectId fieldsId, outerId, innerId;
+  change<GcDbDictionary>(extension, [&](GcDbDictionary& dictionary) {
+    auto* fields = new GcDbDictionary;
+    EXPECT_EQ(dictionary.setAt(GC_T("ACAD_FIELD"), fields, fieldsId), Gcad::eOk);
+    EXPECT_EQ(fields->close(), Gcad::eOk);
+  });
+  change<GcDbDictionary>(fieldsId, [&](GcDbDictionary& dictionary) {
+    auto* outer = new GcDbTextField;
+    EXPECT_EQ(dictionary.setAt(GC_T("TEXT"), outer, outerId), Gcad::eOk);
+    EXPECT_EQ(outer->close(), Gcad::eOk);
+  });
+  change<GcDbTextField>(outerId, [&](GcDbTextField& outer) {
+    outer.setCode(GC_T("_text"), GC_T("L = %<\\_FldIdx 0>%"));
+    EXPECT_EQ(outer.addChild(innerId), Gcad::eOk);
+  });
+  change<GcDbTextField>(innerId, [&](GcDbTextField& inner) {
+    inner.setCode(GC_T("AcObjProp"), GC_T("\\AcObjProp Object(%<\\_ObjIdx 0>%).Length"));
+    inner.addObject(subject);
+  });
+  return id;
+}
+
+// The entity that the field of a text speaks of.
+GcDbObjectId subjectOf(GcDbObjectId text) {
+  const GcDbObjectId outer = gcdbFieldOf(text, GC_T("TEXT"));
+  GcDbObjectId child, subject;
+  change<GcDbTextField>(outer, [&](GcDbTextField& field) {
+    ASSERT_EQ(field.children().length(), 1);
+    child = field.children()[0];
+  });
+  change<GcDbTextField>(child, [&](GcDbTextField& field) {
+    EXPECT_EQ(field.ownerId(), outer);
+    ASSERT_EQ(field.objects().length(), 1);
+    subject = field.objects()[0];
+  });
+  return subject;
+}
+
+TEST(Fields, OfCopiesSpeakOfTheCopies) {
+  GcDbDatabase database;
+  const GcDbObjectId line = addLine(database, {3, 4, 0});
+  const GcDbObjectId text = addFieldText(database, line);
+  GcDbObjectIdArray both, alone;
+  both.append(text);  // before what it speaks of
+  both.append(line);
+  alone.append(text);
+  GcDbIdMapping map, second;
+  ASSERT_EQ(database.deepCloneObjects(both, database.modelSpaceId(), map, false), Gcad::eOk);
+  EXPECT_EQ(subjectOf(map.valueOf(text)), map.valueOf(line));
+  EXPECT_EQ(subjectOf(text), line);
+  ASSERT_EQ(database.deepCloneObjects(alone, database.modelSpaceId(), second, false), Gcad::eOk);
+  EXPECT_EQ(subjectOf(second.valueOf(text)), line);  // of what was not copied, as before
+  EXPECT_EQ(database.store().openCount(), 0);
+}
+
+TEST(Fields, SpeakOfTheirDrawingsOwnEntitiesInAnother) {
+  GcDbDatabase source, target;
+  addLine(target, {1, 0, 0});
+  addLine(target, {2, 0, 0});  // takes the handles
+  const GcDbObjectId line = addLine(source, {3, 4, 0});
+  const GcDbObjectId text = addFieldText(source, line);
+  GcDbObjectIdArray both, alone;
+  both.append(text);
+  both.append(line);
+  alone.append(text);
+  GcDbIdMapping map, second;
+  ASSERT_EQ(source.wblockCloneObjects(both, target.modelSpaceId(), map, GcDb::kDrcIgnore), Gcad::eOk);
+  EXPECT_EQ(subjectOf(map.valueOf(text)), map.valueOf(line));
+  ASSERT_EQ(source.wblockCloneObjects(alone, target.modelSpaceId(), second, GcDb::kDrcIgnore), Gcad::eOk);
+  EXPECT_TRUE(subjectOf(second.valueOf(text)).isNull());  // what is not there is not spoken of
+  GcDbObjectId block;
+  ASSERT_EQ(target.insert(block, GC_T("PART"), &source), Gcad::eOk);
+  change<GcDbBlockTableRecord>(block, [&](GcDbBlockTableRecord& record) {
+    GcDbObjectId copiedLine, copiedText;
+    for (const GcDbObjectId id : record.entities())
+      (id.objectClass() == GcDbLine::desc() ? copiedLine : copiedText) = id;
+    EXPECT_EQ(subjectOf(copiedText), copiedLine);
+  });
 }
 
 // ---- drawing order -----------------------------------------------------------------------------------------

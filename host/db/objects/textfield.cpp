@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "db/database.h"
+#include "db/dictionary.h"
 #include "host/db/describe/fieldio.h"
 
 GCDB_DEFINE_CLASS(GcDbTextField, "AcDbField")
@@ -44,6 +46,34 @@ const GcDbField GcDbTextField::kFields[] = {
 };
 GCDB_FIELD_COUNT(GcDbTextField);
 
+void GcDbTextField::subOwned(GcDbObjectIdArray& ids) const {
+  GcDbObject::subOwned(ids);
+  ids.append(m_children);
+}
+
+void GcDbTextField::setCode(const GcString& evaluator, const GcString& code) {
+  assertWriteEnabled();
+  m_evaluator = evaluator;
+  m_code = code;
+}
+
+Gcad::ErrorStatus GcDbTextField::addChild(GcDbObjectId& id) {
+  if (database() == nullptr) return Gcad::eNoDatabase;
+  assertWriteEnabled();
+  auto* child = new GcDbTextField;
+  if (const Gcad::ErrorStatus status = database()->addGcDbObject(id, child, objectId()); status != Gcad::eOk) {
+    delete child;
+    return status;
+  }
+  m_children.append(id);
+  return child->close();
+}
+
+void GcDbTextField::addObject(GcDbObjectId id) {
+  assertWriteEnabled();
+  m_objects.append(id);
+}
+
 void GcDbTextField::setResult(const GcDbDataValue& value, const GcString& text) {
   constexpr int32_t kCompiled = 2, kEvaluated = 8, kHasCache = 32;
   assertWriteEnabled();
@@ -60,4 +90,20 @@ void GcDbTextField::setFailed(Status status, const GcString& message) {
   assertWriteEnabled();
   m_status = status;
   m_message = message;
+}
+
+GcDbObjectId gcdbFieldOf(GcDbObjectId host, const GCHAR* what) {
+  GcDbObject* object = nullptr;
+  if (gcdbOpenObject(object, host, GcDb::kForRead) != Gcad::eOk) return {};
+  const GcDbObjectId extension = object->extensionDictionary();
+  ignore(object->close());
+  GcDbObjectId id;
+  for (const GCHAR* key : {GC_T("ACAD_FIELD"), what}) {
+    GcDbDictionary* dictionary = nullptr;
+    if (gcdbOpenObject(dictionary, id.isNull() ? extension : id, GcDb::kForRead) != Gcad::eOk) return {};
+    const Gcad::ErrorStatus status = dictionary->getAt(key, id);
+    ignore(dictionary->close());
+    if (status != Gcad::eOk) return {};
+  }
+  return id;
 }

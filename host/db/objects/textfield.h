@@ -45,9 +45,16 @@ class GcDbTextField : public GcDbObject {
   // The format: the field's own where the version has it, else none.
   [[nodiscard]] const GcString& format() const { return m_format; }
 
+  void setCode(const GcString& evaluator, const GcString& code);
+  // A new field within this one, which has to be in a database; it is closed.
+  Gcad::ErrorStatus addChild(GcDbObjectId& id);
+  void addObject(GcDbObjectId id);
+
   // What an evaluation brought: a value and how it reads, or why there is none (the text then stays as it was).
   void setResult(const GcDbDataValue& value, const GcString& text);
   void setFailed(Status status, const GcString& message);
+
+  void subOwned(GcDbObjectIdArray& ids) const override;
 
  private:
   friend struct GcDbRecordOf<GcDbTextField>;
@@ -69,3 +76,6 @@ class GcDbTextField : public GcDbObject {
   GcString m_text;
   int32_t m_textLength = 0;
 };
+
+// The field that makes a text of its host's (TEXT for a text, a paragraph, an attribute); null when there is none.
+[[nodiscard]] GcDbObjectId gcdbFieldOf(GcDbObjectId host, const GCHAR* what);
