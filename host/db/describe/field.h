@@ -130,11 +130,11 @@ struct GcDbField {
   int8_t defaultAxis = -1;                         // vectors: the default is the X (0), Y (1) or Z (2) axis
   GcDbGroup (*get)(const void* record) = nullptr;  // how files have it where the member alone does not say
   bool (*set)(void* record, const GcDbGroup& group) = nullptr;
-  bool readsAnyway = false;  // the predicate is about writing only
-  bool isPart = false;       // Records: at most one, there when the object has any of its values
-  bool inExtra = false;      // lives in the object's rare parts, which memory filers copy whole
+  bool readsAnyway = false;   // the predicate is about writing only
+  bool isPart = false;        // Records: at most one, there when the object has any of its values
+  bool inExtra = false;       // lives in the object's rare parts, which memory filers copy whole
   bool piecesFollow = false;  // the first piece has the row's own code
-  bool isEcho = false;       // another row has the same value for memory copies and transformations
+  bool isEcho = false;        // another row has the same value for memory copies and transformations
 
   // True when memory copies, transformations and walks skip the row.
   [[nodiscard]] bool isGroupsOnly() const { return inExtra || isEcho; }
