@@ -9,8 +9,6 @@
 
 namespace {
 
-using gc::test::TestShape;
-
 std::vector<std::vector<GcGePoint2d>> drawn(const std::vector<uint8_t>& codes) {
   const auto file = GcGiShapeFile::parse(gc::test::shapeFile({{7, "ONE", codes}}));
   return file ? file->strokes(7) : std::vector<std::vector<GcGePoint2d>>();

@@ -1,11 +1,11 @@
 #include "host/db/entities/modeler_body.h"
 
 GcDbModelerParts GcDbModelerParts::of(GcDbRegion& region) {
-  return {region.m_lines, region.m_bytes, region.m_picture, region.m_historyId, region.m_hasHistory};
+  return {region.m_lines, region.m_bytes, region.m_picture, region.m_historyId, region.m_hasHistory, nullptr};
 }
 
 GcDbModelerParts GcDbModelerParts::of(GcDbModelerGeometry& body) {
-  return {body.m_lines, body.m_bytes, body.m_picture, body.m_revisionId, body.m_hasRevision};
+  return {body.m_lines, body.m_bytes, body.m_picture, body.m_revisionId, body.m_hasRevision, &body.m_second};
 }
 
 namespace gcmodeler {

@@ -11,6 +11,7 @@ struct GcDbModelerParts {
   GcArray<uint8_t>& picture;
   GcString& revisionId;
   bool& hasRevision;
+  GcArray<uint8_t>* second;  // null where there is none
 
   static GcDbModelerParts of(GcDbRegion& region);
   static GcDbModelerParts of(GcDbModelerGeometry& body);

@@ -38,6 +38,7 @@ const GcDbField GcDbModelerGeometry::kFields[] = {
         .echo(),
     gcmodeler::notInGroups(field<&GcDbModelerGeometry::m_bytes>(310, "bytes", Is::Plain)),
     gcmodeler::notInGroups(field<&GcDbModelerGeometry::m_picture>(-1, "picture", Is::Plain)),
+    gcmodeler::notInGroups(field<&GcDbModelerGeometry::m_second>(311, "second", Is::Plain)),
 };
 GCDB_FIELD_COUNT(GcDbModelerGeometry);
 

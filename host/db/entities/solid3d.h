@@ -16,6 +16,8 @@ class GcDbModelerGeometry : public GcDbEntity {
   [[nodiscard]] const GcArray<uint8_t>& bytes() const { return m_bytes; }
   void setBytes(const GcArray<uint8_t>& bytes);
   [[nodiscard]] bool hasText() const { return !m_lines.isEmpty(); }
+  // Some bodies have another one behind their picture, in DWG records alone.
+  [[nodiscard]] bool hasSecond() const { return !m_second.isEmpty(); }
 
   bool subWorldDraw(GcGiWorldDraw* draw) override;
 
@@ -31,6 +33,7 @@ class GcDbModelerGeometry : public GcDbEntity {
   GcArray<GcDbModelerLine> m_lines;
   GcArray<uint8_t> m_bytes;
   GcArray<uint8_t> m_picture;  // of its edges, as DWG records have it; none when the body is newer
+  GcArray<uint8_t> m_second;   // the bytes of a second body; its picture is that of the first
   GcString m_revisionId;       // of files from 2013 on; empty for none
   int16_t m_version = 1;
   bool m_hasRevision = false;
@@ -63,17 +66,22 @@ class GcDbSurface : public GcDbModelerGeometry {
   GcDbSurface() = default;
 
  protected:
+  friend struct GcDbRecordOf<GcDbSurface>;
+
   GcDbGroupList m_surfaceData;
   GcDbGroupList m_shapeData;  // of the kind of surface
 };
 
-#define GC_SURFACE(Class)             \
-  class Class : public GcDbSurface {  \
-   public:                            \
-    GCRX_DECLARE_MEMBERS(Class);      \
-    static const GcDbField kFields[]; \
-    static const int kFieldCount;     \
-    Class() = default;                \
+#define GC_SURFACE(Class)              \
+  class Class : public GcDbSurface {   \
+   public:                             \
+    GCRX_DECLARE_MEMBERS(Class);       \
+    static const GcDbField kFields[];  \
+    static const int kFieldCount;      \
+    Class() = default;                 \
+                                       \
+   private:                            \
+    friend struct GcDbRecordOf<Class>; \
   }
 GC_SURFACE(GcDbPlaneSurface);
 GC_SURFACE(GcDbExtrudedSurface);

@@ -4,20 +4,21 @@
 //     B empty │ B text │ BS form │ form 1: text, enciphered, in blocks of BL size and characters; size 0 ends them
 //                                │ form 2: bytes, which say themselves where they end
 //   B picture │ B, 3BD a point of the body │ BL isolines │ B │ BL wires … │ BL silhouettes …
-//   B no second body │ R2007+: BL materials of faces │ R2013+: B revision, its number, BL end
+//   B no second body, else B text │ BS form │ its bytes │ R2007+: BL materials of faces │ R2013+: B revision, its number, BL end
 // Source: the public description of the format; bodies in files of every version.
 #pragma once
 
 #include "host/db/entities/modeler_body.h"
+#include "host/db/entities/modeler_text.h"
 #include "host/dwg/record/pass.h"
 
 namespace gc::dwg::packing {
 
 // Copies the picture from one record (or what was kept of one) to another. False for one that makes no sense.
 struct PictureForm {
-  bool shortColors = false;        // before R2004
+  bool shortColors = false;        // before R2007
   bool silhouettesAnyway = false;  // R13
-  static PictureForm of(int version) { return {version < kR2004, version < kR14}; }
+  static PictureForm of(int version) { return {version < kR2007, version < kR14}; }
 };
 bool copyPicture(BitReader& from, PictureForm fromForm, BitWriter& to, PictureForm toForm);
 
@@ -55,6 +56,21 @@ void passRevision(Pass& pass, const GcDbModelerParts& body) {
   pass.must(end == 0);
 }
 
+// A bit for none, else the body as bytes.
+template <class Pass>
+void passSecond(Pass& pass, const GcDbModelerParts& body) {
+  constexpr int kBytes = 2;
+  bool isAlone = body.second == nullptr || gcmodeler::binarySize(gcmodeler::viewOf(*body.second)) == 0;
+  pass.b(isAlone);
+  if (isAlone) return;
+  bool isText = false;
+  int form = kBytes;
+  pass.b(isText);
+  pass.bs(form);
+  pass.must(!isText && form == kBytes && body.second != nullptr);
+  if (!pass.failed()) passModelerBytes(pass.io().rec, *body.second);
+}
+
 template <class Pass>
 void passBody(Pass& pass, const GcDbModelerParts& body) {
   constexpr int kText = 1, kBytes = 2;
@@ -74,9 +90,7 @@ void passBody(Pass& pass, const GcDbModelerParts& body) {
     }
   }
   passPicture(pass.io().rec, body.picture);
-  bool isAlone = true;
-  pass.b(isAlone);
-  pass.must(isAlone);
+  passSecond(pass, body);
   if (pass.version() >= kR2007) {
     int32_t materials = 0;
     pass.bl(materials);

@@ -14,6 +14,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addDimensions(list);
   addHatches(list);
   addModelers(list);
+  addSurfaces(list);
   addLayouts(list);
   addObjects(list);
   addMlines(list);

@@ -18,6 +18,7 @@ void addSplines(std::vector<ClassPacking>& list);
 void addDimensions(std::vector<ClassPacking>& list);
 void addHatches(std::vector<ClassPacking>& list);
 void addModelers(std::vector<ClassPacking>& list);
+void addSurfaces(std::vector<ClassPacking>& list);
 void addLayouts(std::vector<ClassPacking>& list);
 void addMlines(std::vector<ClassPacking>& list);
 void addImages(std::vector<ClassPacking>& list);

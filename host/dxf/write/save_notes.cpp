@@ -2,6 +2,7 @@
 
 #include "db/database.h"
 #include "db/entity.h"
+#include "host/db/entities/modeler_body.h"
 #include "host/db/entities/shape.h"
 #include "host/dxf/proxy.h"
 #include "host/dxf/write/object_writer.h"
@@ -103,14 +104,28 @@ void SaveNotes::lookAtCommon(const GcDbObject& entity) {
   if (m_losses) tellLost(entity, m_losses->findCommon(entity));
 }
 
+// Bodies have been bytes in a section of their own since R2013, and were text before.
+void SaveNotes::lookAtBody(const GcDbObject& object) {
+  if (!m_report || m_version < GcDb::kDHL_AC1012 || !gcmodeler::hasBody(object)) return;
+  GcArray<uint8_t> bytes;
+  const bool isBytesOnly = !gcmodeler::hasText(object) && gcmodeler::getBytes(object, bytes) == Gcad::eOk;
+  if (isBytesOnly && m_version < GcDb::kDHL_AC1027)
+    together(GcDbSaveAction::LeftOut, object,
+             std::string("its body is known as bytes, which DXF has since R2013 only: ") + releaseName(m_version) +
+                 " has the object without it");
+  const auto* body = GcDbModelerGeometry::cast(&object);
+  if (body != nullptr && body->hasSecond())
+    together(GcDbSaveAction::LeftOut, object, "a second body behind its picture, which DXF has not");
+}
+
 void SaveNotes::look(const GcDbObject& object) {
   const GcView type = typeOf(object);
   if (m_report && m_version >= GcDb::kDHL_AC1012 && (type == kProxyEntityType || type == kProxyObjectType))
     together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
+  lookAtBody(object);
   const auto* shape = m_report ? GcDbShape::cast(&object) : nullptr;
   if (shape != nullptr && shape->isKnownByNumberOnly())
-    together(GcDbSaveAction::Mapped, object,
-             "the file of its shape is not there to tell the name: number and file for it");
+    together(GcDbSaveAction::Mapped, object, "the file of its shape is not there: number and file stand for the name");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));
   if (m_version < GcDb::kDHL_AC1012) return;

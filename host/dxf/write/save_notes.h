@@ -35,6 +35,7 @@ class SaveNotes {
 
  private:
   void add(GcDbSaveAction action, const GcDbObject& object, const std::string& text);
+  void lookAtBody(const GcDbObject& object);
   void tellLost(const GcDbObject& object, const std::string& lost);
 
   GcDbSaveReport* m_report;

@@ -81,9 +81,10 @@ std::string bytesLine(const std::string& bytes) {
 
 std::string ole(const GcGePoint3d (&corners)[4]) {
   std::string bytes = "\x80\x55";
-  for (const GcGePoint3d& corner : corners)
+  for (const GcGePoint3d& corner : corners) {
     for (const double real : {corner.x, corner.y, corner.z})
       bytes.append(reinterpret_cast<const char*>(&real), sizeof real);
+  }
   std::string text =
       "0\nOLE2FRAME\n5\n1AB\n100\nAcDbEntity\n8\n0\n100\nAcDbOle2Frame\n70\n2\n3\nOLE\n10\n1\n20\n8\n30\n0\n11\n5\n21\n"
       "6\n"

@@ -20,10 +20,8 @@ namespace {
 constexpr int kWritten[] = {gc::dwg::kR2000, gc::dwg::kR2004, gc::dwg::kR2010, gc::dwg::kR2013, gc::dwg::kR2018};
 
 // A group per word: code, '=', value.
-std::string dxfOf(const std::string& objects) {
-  std::string text =
-      "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1032\n0\nENDSEC\n0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n"
-      "5\nC\n330\n0\n100\nAcDbDictionary\n281\n1\n3\nONE\n350\n1AA\n3\nTWO\n350\n1AB\n";
+std::string linesOf(const std::string& objects) {
+  std::string text;
   size_t at = 0;
   while (at < objects.size()) {
     const size_t end = std::min(objects.find('|', at), objects.size());
@@ -32,7 +30,15 @@ std::string dxfOf(const std::string& objects) {
     text += group.substr(0, equals) + "\n" + group.substr(equals + 1) + "\n";
     at = end + 1;
   }
-  return text + "0\nENDSEC\n0\nEOF\n";
+  return text;
+}
+
+std::string dxfOf(const std::string& objects, const std::string& entities) {
+  std::string text = "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1032\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
+                     linesOf(entities) +
+                     "0\nENDSEC\n0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n"
+                     "5\nC\n330\n0\n100\nAcDbDictionary\n281\n1\n3\nONE\n350\n1AA\n3\nTWO\n350\n1AB\n";
+  return text + linesOf(objects) + "0\nENDSEC\n0\nEOF\n";
 }
 
 const std::string kBorder =
@@ -81,7 +87,9 @@ class GroupsTest : public testing::Test {
     options.version = static_cast<GcDb::GcDbDwgVersion>(version);
     ASSERT_EQ(gcdbSaveDrawing(database, path(name), options, message), Gcad::eOk) << message;
   }
-  void put(const std::string& objects) { std::ofstream(path("in.dxf")) << dxfOf(objects); }
+  void put(const std::string& objects, const std::string& entities = {}) {
+    std::ofstream(path("in.dxf")) << dxfOf(objects, entities);
+  }
   [[nodiscard]] std::string path(const std::string& name) const { return (m_scratch.path() / name).string(); }
 
   // The drawing as it comes back from DWG of each version: `look(back, version)`.
@@ -201,6 +209,79 @@ TEST_F(GroupsTest, OwnGroupsWithCodesOfExtendedData) {
         ASSERT_NE(after, nullptr);
         EXPECT_TRUE(gcdbAsGroups(*objectOf(database, handle)).groups == gcdbAsGroups(*after).groups) << handle;
       }
+  });
+}
+
+// A matrix that moves, under one code.
+std::string matrix(int code, double x) {
+  std::string text;
+  for (int i = 0; i < 16; ++i)
+    text += "|" + std::to_string(code) + "=" + std::to_string(i == 3 ? x : i % 5 == 0 ? 1.0 : 0.0);
+  return text;
+}
+
+std::string sweep() {
+  return "|42=0.25|43=1.0|44=2.0|45=0.5|48=1.5|49=0.125" + matrix(46, 7) + matrix(47, -3) +
+         "|290=1|70=1|71=2|292=1|293=0|294=1|295=0|296=1|11=1.0|21=2.0|31=3.0";
+}
+
+// The fields of another record: 1,100 bits.
+std::string profile(int code, int type) {
+  std::string bytes;
+  for (int i = 0; i < 138; ++i) bytes += i % 2 == 0 ? "5A" : i < 137 ? "C3" : "C0";
+  return "|" + std::to_string(code) + "=" + std::to_string(type) + "|90=1100|310=" + bytes.substr(0, 254) +
+         "|310=" + bytes.substr(254);
+}
+
+std::string surface(const std::string& name, const std::string& subclass, const std::string& shape) {
+  return "0=" + name + "|5=1AB|330=1F|100=AcDbEntity|8=0|100=AcDbModelerGeometry|70=1|100=AcDbSurface|71=6|72=4" +
+         (subclass.empty() ? "" : "|100=" + subclass + shape);
+}
+
+TEST_F(GroupsTest, SurfacesComeThroughEveryVersion) {
+  const std::string loft = "|70=0|41=1.5|42=1.25|43=2.0|44=3.0|290=0|291=1|292=1|293=1|294=0|295=0|296=0|297=1";
+  const std::string all[] = {
+      surface("PLANESURFACE", "", ""),
+      surface("SURFACE", "", ""),
+      surface("EXTRUDEDSURFACE", "AcDbExtrudedSurface",
+              profile(90, 35) + "|10=0.0|20=0.0|30=200.0" + matrix(40, 1) + sweep()),
+      surface("SWEPTSURFACE", "AcDbSweptSurface",
+              profile(90, 77) + profile(91, 19) + matrix(40, 1) + matrix(41, 2) + sweep()),
+      surface("REVOLVEDSURFACE", "AcDbRevolvedSurface",
+              profile(90, 77) + "|10=1.0|20=2.0|30=3.0|11=0.0|21=1.0|31=0.0|40=0.5|41=0.25" + matrix(42, 4) +
+                  "|43=0.125|44=1.0|45=2.0|46=0.75|290=0|291=1"),
+      surface("LOFTEDSURFACE", "AcDbLoftedSurface", matrix(40, 9) + profile(90, 77) + profile(90, 35) + loft)};
+  for (const std::string& each : all) {
+    SCOPED_TRACE(each.substr(0, 20));
+    put("", each);
+    GcDbDatabase database(false, true);
+    load(database, "in.dxf");
+    throughEveryVersion(database, [&](GcDbDatabase& back, int version) {
+      const GcDbObject* before = objectOf(database, 0x1AB);
+      const GcDbObject* after = objectOf(back, 0x1AB);
+      ASSERT_NE(before, nullptr);
+      ASSERT_NE(after, nullptr);
+      EXPECT_TRUE(gc::dwg::hasPacking(*before, version));
+      EXPECT_EQ(before->isA(), after->isA());
+      EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups);
+    });
+  }
+}
+
+// A loft with guides cannot be told from one with more profiles: it stays its groups.
+TEST_F(GroupsTest, LoftsOfThreeCurvesGoAsProxies) {
+  put("", surface("LOFTEDSURFACE", "AcDbLoftedSurface",
+                  matrix(40, 9) + profile(90, 77) + profile(90, 35) + profile(90, 19) +
+                      "|70=0|41=1.5|42=1.25|43=2.0|44=3.0|290=0|291=1|292=1|293=1|294=0|295=0|296=0|297=1"));
+  GcDbDatabase database(false, true);
+  load(database, "in.dxf");
+  throughEveryVersion(database, [&](GcDbDatabase& back, int version) {
+    const GcDbObject* before = objectOf(database, 0x1AB);
+    const GcDbObject* after = objectOf(back, 0x1AB);
+    EXPECT_FALSE(gc::dwg::hasPacking(*before, version));
+    ASSERT_NE(after, nullptr);
+    EXPECT_EQ(before->isA(), after->isA());
+    EXPECT_TRUE(gcdbAsGroups(*before).groups == gcdbAsGroups(*after).groups);
   });
 }
 
