@@ -1,9 +1,12 @@
 #include "host/ed/linetypes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "db/database.h"
 #include "db/linetype.h"
+#include "host/db/entlist/entitymake.h"
 #include "host/ed/records.h"
 #include "host/rx/text/number.h"
 #include "host/rx/text/utf.h"
@@ -50,31 +53,91 @@ constexpr Usual kIso[] = {
 
 constexpr double kMillimetresPerInch = 25.4;
 
-// The numbers between commas, with everything in brackets passed over.
-std::vector<double> parseDashes(std::string_view text) {
-  std::vector<double> dashes;
-  while (!text.empty()) {
-    const size_t begin = text.find_first_not_of(" \t,\r");
-    if (begin == std::string_view::npos) break;
-    text.remove_prefix(begin);
-    if (text[0] == '[') {
-      text.remove_prefix(std::min(text.find(']'), text.size() - 1) + 1);
-      continue;
-    }
-    const size_t end = std::min(text.find(','), text.size());
-    std::string_view word = text.substr(0, end);
-    while (!word.empty() && (word.back() == ' ' || word.back() == '\t' || word.back() == '\r')) word.remove_suffix(1);
-    double value = 0;
-    if (gc::parseReal(word, value)) dashes.push_back(value);
-    text.remove_prefix(end);
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
+  while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.remove_suffix(1);
+  return text;
+}
+
+// The next part up to a comma outside of quotes and brackets.
+std::string_view takePart(std::string_view& text) {
+  bool quoted = false, bracketed = false;
+  size_t end = 0;
+  for (; end < text.size(); ++end) {
+    const char c = text[end];
+    if (c == '"') quoted = !quoted;
+    if (!quoted && c == '[') bracketed = true;
+    if (!quoted && c == ']') bracketed = false;
+    if (c == ',' && !quoted && !bracketed) break;
   }
-  return dashes;
+  const std::string_view part = trimmed(text.substr(0, end));
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return part;
+}
+
+// "45" degrees, "0.5r" radians, "50g" hundredths of a right angle.
+bool parseTurn(std::string_view text, double& turnRad) {
+  double unit = std::numbers::pi / 180;
+  if (!text.empty()) {
+    const char last = static_cast<char>(text.back() | 0x20);
+    if (last == 'r') unit = 1;
+    if (last == 'g') unit = std::numbers::pi / 200;
+    if (last == 'r' || last == 'g' || last == 'd') text.remove_suffix(1);
+  }
+  if (!gc::parseReal(text, turnRad)) return false;
+  turnRad *= unit;
+  return true;
+}
+
+// S=, R= (of the line), A= (of the plane), U= (of the line, kept like R), X=, Y=.
+bool takeSetting(std::string_view part, LinetypeMark& mark) {
+  const size_t equals = part.find('=');
+  if (equals == std::string_view::npos) return false;
+  const std::string_view name = trimmed(part.substr(0, equals));
+  const std::string_view value = trimmed(part.substr(equals + 1));
+  switch (name.size() == 1 ? name[0] & ~0x20 : 0) {
+    case 'S': return gc::parseReal(value, mark.scale) && mark.scale != 0;
+    case 'X': return gc::parseReal(value, mark.offsetX);
+    case 'Y': return gc::parseReal(value, mark.offsetY);
+    case 'R':
+    case 'U': return parseTurn(value, mark.turnRad);
+    case 'A': mark.isAbsolute = true; return parseTurn(value, mark.turnRad);
+    default: return false;
+  }
+}
+
+// What stands between brackets.
+bool parseMark(std::string_view text, LinetypeMark& mark) {
+  std::string_view what = takePart(text);
+  mark.isText = what.size() >= 2 && what.front() == '"' && what.back() == '"';
+  if (mark.isText) what = what.substr(1, what.size() - 2);
+  mark.text = gc::fromUtf8(what);
+  mark.style = gc::fromUtf8(takePart(text));
+  bool good = !mark.text.empty() && !mark.style.empty();
+  while (good && !trimmed(text).empty()) good = takeSetting(takePart(text), mark);
+  return good;
+}
+
+// The elements behind "A,". What is not understood is left out and named.
+void parseElements(std::string_view text, LinetypeDefinition& definition) {
+  while (!trimmed(text).empty()) {
+    const std::string_view part = takePart(text);
+    LinetypeElement element;
+    LinetypeMark mark;
+    const bool isMark = part.size() > 1 && part.front() == '[' && part.back() == ']';
+    if (!isMark && gc::parseReal(part, element.length))
+      definition.elements.push_back(element);
+    else if (isMark && !definition.elements.empty() && parseMark(part.substr(1, part.size() - 2), mark))
+      definition.elements.back().mark = std::move(mark);
+    else
+      definition.trouble = gc::fromUtf8(part);
+  }
 }
 
 void addUsual(const Usual& usual, const char* suffix, double scale, std::vector<LinetypeDefinition>& found) {
-  LinetypeDefinition made{gc::fromUtf8(std::string(usual.name) + suffix), gc::fromUtf8(usual.description),
-                          parseDashes(usual.dashes), false};
-  for (double& dash : made.dashes) dash *= scale;
+  LinetypeDefinition made{gc::fromUtf8(std::string(usual.name) + suffix), gc::fromUtf8(usual.description), {}, {}};
+  parseElements(usual.dashes, made);
+  for (LinetypeElement& element : made.elements) element.length *= scale;
   found.push_back(std::move(made));
 }
 
@@ -99,8 +162,10 @@ std::vector<LinetypeDefinition> parseLinetypes(GcView text) {
       found.push_back(std::move(made));
       begun = true;
     } else if (begun && line.size() > 1 && gcUpper(line[0]) == GC_T('A')) {
-      found.back().dashes = parseDashes(gc::toUtf8(line.substr(1)));
-      found.back().simplified = line.find(GC_T('[')) != GcView::npos;
+      const std::string pattern = gc::toUtf8(line.substr(1));
+      std::string_view rest = trimmed(pattern);
+      if (!rest.empty() && rest.front() == ',') rest.remove_prefix(1);
+      parseElements(rest, found.back());
       begun = false;
     }
   }
@@ -119,32 +184,62 @@ std::vector<LinetypeDefinition> usualLinetypes(bool metric) {
   return found;
 }
 
-GcDbObjectId putLinetype(GcDbDatabase& database, const LinetypeDefinition& definition) {
-  GcDbObjectId id = recordNamed(database.linetypeTableId(), definition.name);
-  GcDbLinetypeTableRecord* record = nullptr;
-  if (id.isNull()) {
-    GcDbLinetypeTable* table = nullptr;
-    if (database.getSymbolTable(table, GcDb::kForWrite) != Gcad::eOk) return {};
-    record = new GcDbLinetypeTableRecord;
-    const bool good = record->setName(definition.name.c_str()) == Gcad::eOk && table->add(id, record) == Gcad::eOk;
-    ignore(table->close());
-    if (!good) {
-      delete record;
-      return {};
-    }
-  } else if (gcdbOpenObject(record, id, GcDb::kForWrite) != Gcad::eOk) {
-    return {};
-  }
-  double length = 0;
-  ignore(record->setComments(definition.description.c_str()));
-  ignore(record->setNumDashes(static_cast<int>(definition.dashes.size())));
-  for (size_t i = 0; i < definition.dashes.size(); ++i) {
-    ignore(record->setDashLengthAt(static_cast<int>(i), definition.dashes[i]));
-    length += std::fabs(definition.dashes[i]);
-  }
-  ignore(record->setPatternLength(length));
-  ignore(record->close());
+namespace {
+
+enum MarkFlag : int { kAbsolute = 1, kLetters = 2, kShape = 4 };
+
+GcDbObjectId needRecord(GcDbDatabase& database, const GcText& name) {
+  GcDbObjectId id = recordNamed(database.linetypeTableId(), name);
+  GcDbLinetypeTable* table = nullptr;
+  if (!id.isNull() || database.getSymbolTable(table, GcDb::kForWrite) != Gcad::eOk) return id;
+  auto* record = new GcDbLinetypeTableRecord;
+  if (record->setName(name.c_str()) == Gcad::eOk && table->add(id, record) == Gcad::eOk)
+    ignore(record->close());
+  else
+    delete record;
+  ignore(table->close());
   return id;
+}
+
+GcDbObjectId styleOf(GcDbDatabase& database, const LinetypeMark& mark) {
+  const GcDbObjectId id = recordNamed(database.textStyleTableId(), mark.style);
+  return id.isNull() ? database.textstyle() : id;
+}
+
+void putElement(GcDbDatabase& database, const LinetypeElement& element, GcDbGroupList& groups, GcText& trouble) {
+  groups.put(GcDbGroup::ofReal(49, element.length));
+  if (!element.mark || !element.mark->isText) {
+    groups.put(GcDbGroup::ofInt(74, 0));
+    if (element.mark) trouble = element.mark->text;
+    return;
+  }
+  const LinetypeMark& mark = *element.mark;
+  groups.put(GcDbGroup::ofInt(74, kLetters | (mark.isAbsolute ? kAbsolute : 0)));
+  groups.put(GcDbGroup::ofInt(75, 0));
+  groups.put(GcDbGroup::ofId(340, styleOf(database, mark)));
+  groups.put(GcDbGroup::ofReal(46, mark.scale));
+  groups.put(GcDbGroup::ofReal(50, mark.turnRad));
+  groups.put(GcDbGroup::ofReal(44, mark.offsetX));
+  groups.put(GcDbGroup::ofReal(45, mark.offsetY));
+  groups.put(GcDbGroup::ofText(9, mark.text));
+}
+
+}  // namespace
+
+GcDbObjectId putLinetype(GcDbDatabase& database, const LinetypeDefinition& definition, GcText& trouble) {
+  if (definition.elements.size() > kMostLinetypeElements) return {};
+  const GcDbObjectId id = needRecord(database, definition.name);
+  if (id.isNull()) return id;
+  trouble = definition.trouble;
+  double length = 0;
+  for (const LinetypeElement& element : definition.elements) length += std::fabs(element.length);
+  GcDbGroupList groups;
+  groups.put(GcDbGroup::ofId(-1, id));
+  groups.put(GcDbGroup::ofText(3, definition.description));
+  groups.put(GcDbGroup::ofInt(73, static_cast<int64_t>(definition.elements.size())));
+  groups.put(GcDbGroup::ofReal(40, length));
+  for (const LinetypeElement& element : definition.elements) putElement(database, element, groups, trouble);
+  return gcdbEntityModify(groups) == Gcad::eOk ? id : GcDbObjectId();
 }
 
 }  // namespace ed

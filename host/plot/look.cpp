@@ -105,4 +105,10 @@ const std::vector<double>& Looks::linetypeElements(GcDbObjectId linetype) {
   return at->second;
 }
 
+const std::vector<LineMark>& Looks::linetypeMarks(GcDbObjectId linetype) {
+  const auto [at, isNew] = m_marks.try_emplace(linetype);
+  if (isNew && !linetype.isNull()) at->second = marksOf(linetype);
+  return at->second;
+}
+
 }  // namespace gc::plot

@@ -8,6 +8,7 @@
 
 #include "cm/color.h"
 #include "db/objectid.h"
+#include "host/plot/linemarks.h"
 
 class GcDbDatabase;
 
@@ -55,6 +56,8 @@ class Looks {
 
   // The elements of a linetype, drawing units: dashes positive, gaps negative, dots zero.
   const std::vector<double>& linetypeElements(GcDbObjectId linetype);
+  // The letters in its pattern.
+  const std::vector<LineMark>& linetypeMarks(GcDbObjectId linetype);
 
  private:
   struct Layer {
@@ -75,6 +78,7 @@ class Looks {
   Look m_outermost;
   std::unordered_map<GcDbObjectId, Layer, IdHash> m_layers;
   std::unordered_map<GcDbObjectId, std::vector<double>, IdHash> m_linetypes;
+  std::unordered_map<GcDbObjectId, std::vector<LineMark>, IdHash> m_marks;
   std::unordered_set<GcDbObjectId, IdHash> m_alsoFrozen;
   std::unordered_map<GcDbObjectId, GcDbObjectId, IdHash> m_ownRecords;  // of records of other drawings
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
 #include "db/entity.h"
 #include "db/hatch.h"
@@ -310,8 +311,19 @@ void PlotDraw::strokePath(bool mayDash) {
       pen.dashes = fitted;
     }
     m_canvas.stroke(m_path, pen);
+    if (!fitted.empty()) strokeMarks(fitted, pen);
   }
   m_path.clear();
+}
+
+void PlotDraw::strokeMarks(const std::vector<double>& fitted, Pen pen) {
+  const std::vector<LineMark>& marks = m_looks.linetypeMarks(m_look.linetype);
+  if (marks.empty()) return;
+  const double period = std::accumulate(fitted.begin(), fitted.end(), 0.0);
+  const double unfitted = std::accumulate(m_dashes.begin(), m_dashes.end(), 0.0);
+  pen.dashes = {};
+  const Path strokes = markStrokes(m_path, marks, {period, m_dashesScale, period / unfitted});
+  if (!strokes.isEmpty()) m_canvas.stroke(strokes, pen);
 }
 
 void PlotDraw::fillPath() {

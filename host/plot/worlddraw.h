@@ -77,6 +77,8 @@ class PlotDraw : public GcGiWorldDraw, public GcGiClipping, private GcGiGeometry
   void addEndless(const GcGePoint3d& point, const GcGeVector3d& direction, bool bothWays);
   const Look& look();
   void strokePath(bool mayDash = true);
+  // The letters in the pattern of the path's linetype, for dashes that are fitted to it.
+  void strokeMarks(const std::vector<double>& fitted, Pen pen);
   void fillPath();
 
   Canvas& m_canvas;

@@ -48,6 +48,7 @@ std::span<const Command> calculatorCommands();
 std::span<const Command> regionCommands();
 std::span<const Command> xrefCommands();
 std::span<const Command> clipCommands();
+std::span<const Command> textStyleCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

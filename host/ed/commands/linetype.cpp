@@ -39,13 +39,26 @@ Task<bool> load(CommandInput& in) {
       any = true;
       if ((co_await in.ask(again.words("Yes No"))).isKeyword("No")) continue;
     }
-    if (putLinetype(in.database(), definition).isNull()) continue;
+    GcText trouble;
+    if (putLinetype(in.database(), definition, trouble).isNull()) {
+      in.tell(("\nBad definition of linetype \"" + gc::toUtf8(definition.name) + "\".\n").c_str());
+      continue;
+    }
     any = true;
     in.tell(("\nLinetype \"" + gc::toUtf8(definition.name) + "\" loaded.\n").c_str());
-    if (definition.simplified) in.tell("\nIts letters or shapes are left out.\n");
+    if (!trouble.empty()) in.tell(("\nLeft out of its pattern: " + gc::toUtf8(trouble) + "\n").c_str());
   }
   if (!any) in.tell("\nNo matching linetypes found.\n");
   co_return any;
+}
+
+// The names and descriptions of a file.
+Task<bool> list(CommandInput& in) {
+  const Answer file = co_await in.ask(Ask(What::Line, "\nEnter name of linetype file to list: "));
+  for (const LinetypeDefinition& definition : definitionsOf(in, file.text))
+    in.tell(("\n" + gc::toUtf8(definition.name) + "  " + gc::toUtf8(definition.description)).c_str());
+  in.tell("\n");
+  co_return true;
 }
 
 Task<bool> set(CommandInput& in) {
@@ -54,7 +67,7 @@ Task<bool> set(CommandInput& in) {
   // A name that is not loaded yet may be one of the usual ones.
   if (recordNamed(in.database().linetypeTableId(), name.text).isNull())
     for (const LinetypeDefinition& usual : usualLinetypes(integerVariable(in.editor(), "MEASUREMENT") != 0))
-      if (equalNoCase(usual.name, name.text)) putLinetype(in.database(), usual);
+      if (GcText trouble; equalNoCase(usual.name, name.text)) putLinetype(in.database(), usual, trouble);
   const bool good =
       setVariable(in.editor(), GC_T("CELTYPE"), VariableValue::of(GcView(name.text))) == VariableStatus::Done;
   if (!good) in.tell("\nLinetype not found.\n");
@@ -69,7 +82,9 @@ Task<bool> create(CommandInput& in) {
   const Answer pattern = co_await in.ask(Ask(What::Line, "\nEnter linetype pattern: A,"));
   const Definitions made =
       parseLinetypes(GC_T("*") + name.text + GC_T(",") + description.text + GC_T("\nA,") + pattern.text + GC_T("\n"));
-  const bool good = made.size() == 1 && !made[0].dashes.empty() && !putLinetype(in.database(), made[0]).isNull();
+  GcText trouble;
+  const bool good = made.size() == 1 && !made[0].elements.empty() && made[0].trouble.empty() &&
+                    !putLinetype(in.database(), made[0], trouble).isNull();
   if (!good) in.tell("\nInvalid linetype name or pattern.\n");
   co_return good;
 }
@@ -84,6 +99,8 @@ Task<bool> linetype(CommandInput& in) {
       static_cast<void>(co_await set(in));
     else if (option.isKeyword("Create"))
       static_cast<void>(co_await create(in));
+    else if (option.isKeyword("?"))
+      static_cast<void>(co_await list(in));
     else if (option.kind != Answer::Kind::Keyword)
       co_return true;
   }

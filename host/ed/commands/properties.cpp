@@ -134,45 +134,10 @@ Task<bool> color(CommandInput& in) {
   co_return setVariable(in.editor(), GC_T("CECOLOR"), VariableValue::of(GcView(answer.text))) == VariableStatus::Done;
 }
 
-GcDbObjectId needStyle(GcDbDatabase& database, const GcText& name) {
-  GcDbObjectId id = recordNamed(database.textStyleTableId(), name);
-  GcDbTextStyleTable* styles = nullptr;
-  if (!id.isNull() || database.getSymbolTable(styles, GcDb::kForWrite) != Gcad::eOk) return id;
-  auto* style = new GcDbTextStyleTableRecord;
-  if (style->setName(name.c_str()) == Gcad::eOk && styles->add(id, style) == Gcad::eOk)
-    ignore(style->close());
-  else
-    delete style;
-  ignore(styles->close());
-  return id;
-}
-
-// A style is made or changed, and becomes the current one.
-Task<bool> style(CommandInput& in) {
-  const Answer name = co_await in.ask(Ask(What::Line, "\nEnter name of text style: "));
-  if (name.text.empty()) co_return false;
-  const GcDbObjectId id = needStyle(in.database(), name.text);
-  const Answer font = co_await in.ask(Ask(What::Line, "\nSpecify full font name or font filename: "));
-  const Answer height = co_await in.ask(Ask(What::Distance, "\nSpecify height of text <0>: "));
-  const Answer width = co_await in.ask(Ask(What::Real, "\nSpecify width factor <1>: "));
-  const Answer oblique = co_await in.ask(Ask(What::Angle, "\nSpecify obliquing angle <0>: "));
-  GcDbTextStyleTableRecord* record = nullptr;
-  if (gcdbOpenObject(record, id, GcDb::kForWrite) != Gcad::eOk) co_return false;
-  if (!font.text.empty()) ignore(record->setFileName(font.text.c_str()));
-  if (height.kind == Answer::Kind::Number) ignore(record->setTextSize(height.number));
-  if (width.kind == Answer::Kind::Number) ignore(record->setXScale(width.number));
-  if (oblique.kind == Answer::Kind::Number) ignore(record->setObliquingAngle(oblique.number));
-  ignore(record->close());
-  for (const char* prompt : {"\nDisplay text backwards? [Yes/No] <N>: ", "\nDisplay text upside-down? [Yes/No] <N>: "})
-    static_cast<void>(co_await in.ask(Ask(What::Keyword, prompt).words("Yes No")));
-  co_return in.database().setTextstyle(id) == Gcad::eOk;
-}
-
 constexpr Command kCommands[] = {
     {"CHPROP", "", chprop},
     {"CHANGE", "-CH", changeCommand},
     {"COLOR", "-COLOR COL", color},
-    {"-STYLE", "STYLE ST", style},
 };
 
 }  // namespace
