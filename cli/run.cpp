@@ -20,9 +20,12 @@ void giveArguments(Session& session, const RunOptions& options) {
   lisp.setVariable(GC_T("*ARGV*"), list);
 }
 
+// All in the drawing of the options, whatever others the programs open.
 int runSources(Session& session, const RunOptions& options) {
+  ap::Document& own = session.document();
   for (const Source& source : options.sources) {
     bool ended = false;
+    session.documents().setCurrent(&own);
     const int code = runSource(session, source, ended);
     if (code != kDone || ended) return code;
   }
@@ -63,9 +66,11 @@ int run(Terminal& terminal, const RunOptions& options) {
   if (const int code = session.openInput(); code != kDone) return code;
   if (const int code = session.openScreenLog(); code != kDone) return code;
   giveArguments(session, options);
+  ap::Document& own = session.document();
+  const ap::Document::Use use(own);
   if (const int code = runSourcesWithin(session, options, limit); code != kDone) return code;
   if (!target.path.empty() && !options.dryRun)
-    if (const int code = saveDrawing(*session.document().database(), target); code != kDone) return code;
+    if (const int code = saveDrawing(*own.database(), target); code != kDone) return code;
   return session.checkScreenLog();
 }
 

@@ -39,14 +39,27 @@ lisp::EvalResult evaluate(Session& session, const Source& source, std::string_vi
 }  // namespace
 
 BetweenForms::BetweenForms(Session& session)
-    : m_session(session), m_line(session.commandLine()), m_lisp(session.lisp()) {
+    : m_session(session),
+      m_document(session.document()),
+      m_use(std::in_place, m_document),
+      m_line(session.commandLine()),
+      m_lisp(session.lisp()) {
   m_line.beginGroup();
 }
-BetweenForms::~BetweenForms() { m_line.endGroup(); }
+
+BetweenForms::~BetweenForms() {
+  m_line.endGroup();
+  m_use.reset();
+  m_session.documents().settle();
+}
 
 bool BetweenForms::formDone(lisp::LispValue) {
   m_line.endGroup();
   m_session.runQueued();
+  if (ap::DocumentManager& documents = m_session.documents(); documents.current() != &m_document) {
+    if (!documents.hasNext()) documents.setCurrentLater(*documents.current());
+    documents.setCurrent(&m_document);
+  }
   m_line.beginGroup();
   m_lisp.flush();
   m_session.terminal().flush();

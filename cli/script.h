@@ -1,6 +1,7 @@
 // Runs scripts and expressions as if their top-level forms were typed one after the other.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "cli/session.h"
@@ -11,7 +12,8 @@ namespace cli {
 // says. `ended` is true when a program ended the run by exit or quit.
 int runSource(Session& session, const Source& source, bool& ended);
 
-// Runs between two forms: what has been printed goes out, queued text runs, undo begins a new group.
+// Runs between two forms: what has been printed goes out, queued text runs, undo begins a new group. The forms stay in
+// their document; one that a command has opened becomes current behind the last form.
 class BetweenForms final : public lisp::FormObserver {
  public:
   explicit BetweenForms(Session& session);
@@ -22,6 +24,8 @@ class BetweenForms final : public lisp::FormObserver {
 
  private:
   Session& m_session;
+  ap::Document& m_document;
+  std::optional<ap::Document::Use> m_use;
   // Of the document the forms belong to; one of them may open another.
   ed::CommandLine& m_line;
   lisp::Interpreter& m_lisp;

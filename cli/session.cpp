@@ -109,7 +109,11 @@ void Session::runQueued() {
   // It waits for the running command to end. What the text itself begins may be ended by the text after it.
   if (commandLine().isBusy()) return;
   GcText text;
-  while (document().takeQueuedText(text)) commandLine().type(text);
+  // What is typed may lead to another document, whose queue goes on.
+  while (document().takeQueuedText(text)) {
+    commandLine().type(text);
+    m_manager->settle();
+  }
 }
 
 }  // namespace cli

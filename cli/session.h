@@ -40,6 +40,7 @@ class Session final : private ap::Output {
 
   Terminal& terminal() { return m_terminal; }
   [[nodiscard]] ap::Document& document() const { return *m_manager->current(); }
+  [[nodiscard]] ap::DocumentManager& documents() const { return *m_manager; }
   lisp::Interpreter& lisp() { return lisplib::lispOf(document()).interpreter(); }
   lisplib::DrawingHost& host() { return lisplib::lispOf(document()).host(); }
   [[nodiscard]] ed::CommandLine& commandLine() const { return ed::editorOf(document()).commandLine(); }

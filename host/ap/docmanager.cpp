@@ -1,6 +1,7 @@
 #include "host/ap/docmanager.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/ap/dynamiclinker.h"
 #include "host/ap/paths.h"
@@ -63,13 +64,42 @@ Gcad::ErrorStatus DocumentManager::sendStringToExecute(GcApDocument* document, c
   return Gcad::eInvalidInput;
 }
 
-Document& DocumentManager::open(std::unique_ptr<GcDbDatabase> database, GcView fileName) {
+Document& DocumentManager::open(std::unique_ptr<GcDbDatabase> database, GcView fileName, Become when) {
   Document& document = *m_documents.emplace_back(std::make_unique<Document>(std::move(database), fileName));
   for (DocumentFitter* fitter : m_fitters) fitter->fit(document);
   tellReactors([&](GcApDocManagerReactor& reactor) { reactor.documentCreated(&document); });
+  Document* before = m_current;
   setCurrent(&document);
   if (DynamicLinker* linker = dynamicLinker()) linker->documentOpened();
+  if (when == Become::CurrentLater && before != nullptr) {
+    setCurrent(before);
+    setCurrentLater(document);
+  }
   return document;
+}
+
+void DocumentManager::bringForward() {
+  if (m_next != nullptr) setCurrent(std::exchange(m_next, nullptr));
+}
+
+void DocumentManager::closeLater(Document& document, Become when) {
+  document.setToBeClosed();
+  if (m_next != nullptr && m_next != &document) return;
+  const auto other = std::find_if(m_documents.rbegin(), m_documents.rend(),
+                                  [](const std::unique_ptr<Document>& each) { return !each->isToBeClosed(); });
+  m_next = other == m_documents.rend() ? nullptr : other->get();
+  if (when == Become::CurrentNow) bringForward();
+}
+
+void DocumentManager::settle() {
+  bringForward();
+  const auto mayGo = [](const std::unique_ptr<Document>& each) { return each->isToBeClosed() && !each->isInUse(); };
+  for (;;) {
+    const auto at = std::find_if(m_documents.begin(), m_documents.end(), mayGo);
+    if (at == m_documents.end()) return;
+    if (m_documents.size() == 1) open(std::make_unique<GcDbDatabase>(), GcView());
+    close(**std::find_if(m_documents.begin(), m_documents.end(), mayGo));
+  }
 }
 
 void DocumentManager::setCurrent(Document* document) {
@@ -82,6 +112,7 @@ void DocumentManager::setCurrent(Document* document) {
 
 void DocumentManager::close(Document& document) {
   Document* before = m_current == &document ? nullptr : m_current;
+  if (m_next == &document) m_next = nullptr;
   setCurrent(&document);
   if (DynamicLinker* linker = dynamicLinker()) linker->documentCloses();
   tellReactors([&](GcApDocManagerReactor& reactor) { reactor.documentToBeDestroyed(&document); });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "host/ap/document.h"
@@ -36,10 +37,21 @@ class DocumentManager final : public GcApDocManager {
   // Fitters are called in the order in which they came; they stay the caller's.
   void addFitter(DocumentFitter* fitter) { m_fitters.push_back(fitter); }
 
-  // Opens a document around a database and makes it current.
-  Document& open(std::unique_ptr<GcDbDatabase> database, GcView fileName);
+  // Opens a document around a database and makes it current: at once, or when the program that runs now has ended.
+  enum class Become : uint8_t { CurrentNow, CurrentLater };
+  Document& open(std::unique_ptr<GcDbDatabase> database, GcView fileName, Become when = Become::CurrentNow);
   void close(Document& document);
   void setCurrent(Document* document);
+  void setCurrentLater(Document& document) { m_next = &document; }
+  // What is to become current later, which is forgotten by this; null when nothing is.
+  [[nodiscard]] Document* takeNext() { return std::exchange(m_next, nullptr); }
+  [[nodiscard]] bool hasNext() const { return m_next != nullptr; }
+  // When nothing runs in it any more; another one becomes current, now where no program runs.
+  void closeLater(Document& document, Become when);
+  // Makes current what was to become so later.
+  void bringForward();
+  // The same, and closes what was to be closed and is in use no more. A new drawing takes the place of the last one.
+  void settle();
   [[nodiscard]] const std::vector<std::unique_ptr<Document>>& documents() const { return m_documents; }
 
  private:
@@ -51,6 +63,7 @@ class DocumentManager final : public GcApDocManager {
   std::vector<GcApDocManagerReactor*> m_reactors;
   std::vector<std::unique_ptr<Document>> m_documents;
   Document* m_current = nullptr;
+  Document* m_next = nullptr;
 };
 
 // The one document manager of the process; null before it is made and after it is gone.

@@ -28,7 +28,24 @@ class Document final : public GcApDocument {
 
   // Text that waits for the command line.
   void queueText(GcView text) { m_queue.emplace_back(text); }
+  void queueTextFirst(GcView text) { m_queue.emplace_front(text); }
   bool takeQueuedText(GcText& text);
+
+  // Whoever has a program or typed text running in the document holds one of these: it is not closed meanwhile.
+  class Use {
+   public:
+    explicit Use(Document& document) : m_document(document) { ++document.m_uses; }
+    ~Use() { --m_document.m_uses; }
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+
+   private:
+    Document& m_document;
+  };
+  [[nodiscard]] bool isInUse() const { return m_uses > 0; }
+  // To be closed as soon as nothing runs in it.
+  [[nodiscard]] bool isToBeClosed() const { return m_toBeClosed; }
+  void setToBeClosed() { m_toBeClosed = true; }
 
  private:
   std::unique_ptr<GcDbDatabase> m_database;
@@ -36,6 +53,8 @@ class Document final : public GcApDocument {
   std::unique_ptr<LispSpace> m_lisp;
   std::deque<GcText> m_queue;
   GcText m_fileName;
+  int m_uses = 0;
+  bool m_toBeClosed = false;
 };
 
 }  // namespace ap

@@ -22,6 +22,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view file);
 struct WriteOptions {
   GcDb::GcDbDwgVersion version = GcDb::kDHL_Current;  // AC1009, AC1015, AC1018 … AC1032
   bool binary = false;
+  int decimals = TagWriter::kAllDecimals;
   Backup backup = Backup::None;
   GcDbSaveReport* report = nullptr;  // takes what the version cannot say
 };

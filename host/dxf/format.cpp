@@ -10,6 +10,7 @@ Gcad::ErrorStatus save(GcDbDatabase& database, const std::string& path, const Gc
   WriteOptions written;
   written.version = options.version;
   written.binary = options.binary;
+  written.decimals = options.decimals;
   written.report = options.report;
   written.backup = options.backup ? Backup::Keep : Backup::None;
   const Gcad::ErrorStatus status = writeFile(database, path, written, message);

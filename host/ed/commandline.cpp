@@ -1,8 +1,10 @@
 #include "host/ed/commandline.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "db/database.h"
+#include "host/ap/docmanager.h"
 #include "host/ap/output.h"
 #include "host/db/core/undo.h"
 #include "host/ed/commandstack.h"
@@ -65,8 +67,7 @@ FeedStatus CommandLine::start(GcView typed) {
   const bool hidden = command != nullptr && typed.find(GC_T('.')) == GcView::npos &&
                       std::find(undefined.begin(), undefined.end(), gc::fromUtf8(command->name)) != undefined.end();
   if (command == nullptr || hidden) {
-    ap::LispSpace* lisp = m_editor.document().lisp();
-    if (lisp != nullptr && lisp->runCommand(name)) return FeedStatus::Done;
+    if (runProgramsCommand(name)) return FeedStatus::Done;
     if (VariableValue value; getVariable(m_editor, name, value)) return startVariable(name);
     ap::print(GC_T("\nUnknown command \"") + upperText(name) + GC_T("\".\n"));
     m_editor.watchers().tell(Happening::CommandUnknown, upperText(name));
@@ -83,6 +84,23 @@ FeedStatus CommandLine::start(GcView typed) {
     m_failedAtOnce = failed;
   }
   return FeedStatus::Done;
+}
+
+// What a program does is not typed.
+bool CommandLine::runProgramsCommand(GcView name) {
+  ap::LispSpace* lisp = m_editor.document().lisp();
+  const bool typed = std::exchange(m_typed, false);
+  const bool found = lisp != nullptr && lisp->runCommand(name);
+  m_typed = typed;
+  return found;
+}
+
+void CommandLine::evaluateTyped(GcView form) {
+  const bool typed = std::exchange(m_typed, false);
+  beginGroup();
+  m_editor.document().lisp()->evaluate(form);
+  endGroup();
+  m_typed = typed;
 }
 
 // The name of a variable, typed as a command, asks for its value.
@@ -165,22 +183,56 @@ bool CommandLine::readTyped(GcText& line, const InputWish& wish) {
   return m_source->readLine(line);
 }
 
+namespace {
+
+// What a program that waits below has left to become current stays so, for when that program ends.
+class PendingAside {
+ public:
+  PendingAside() : m_pending(ap::documents()->takeNext()) {}
+  ~PendingAside() {
+    ap::DocumentManager& manager = *ap::documents();
+    const bool lives = std::any_of(manager.documents().begin(), manager.documents().end(),
+                                   [this](const auto& each) { return each.get() == m_pending; });
+    if (lives && !manager.hasNext()) manager.setCurrentLater(*m_pending);
+  }
+  PendingAside(const PendingAside&) = delete;
+  PendingAside& operator=(const PendingAside&) = delete;
+
+ private:
+  ap::Document* m_pending;
+};
+
+// Gives the rest of what is typed to the document that has become current.
+bool handOver(ap::Document& from, GcView rest) {
+  ap::documents()->bringForward();
+  ap::Document* to = ap::currentDocument();
+  if (to == nullptr || to == &from) return false;
+  if (!rest.empty()) to->queueTextFirst(rest);
+  return true;
+}
+
+}  // namespace
+
 void CommandLine::type(GcView text) {
+  const ap::Document::Use use(m_editor.document());
+  const PendingAside aside;
   for (size_t at = 0; at < text.size();) {
     const bool wholeLine = question() != nullptr && question()->what == Ask::What::Line;
     if (!wholeLine && text[at] == GC_T('(')) {
       const size_t end = endOfForm(text, at);
-      beginGroup();
-      m_editor.document().lisp()->evaluate(text.substr(at, end - at));
-      endGroup();
+      evaluateTyped(text.substr(at, end - at));
       at = end;
       if (at < text.size() && (text[at] == GC_T('\n') || text[at] == GC_T(' '))) ++at;
+      if (!isBusy() && handOver(m_editor.document(), text.substr(at))) return;
       continue;
     }
     const size_t end = std::min(text.find_first_of(wholeLine ? GC_T("\r\n") : GC_T(" \t\r\n"), at), text.size());
+    m_typed = true;
     static_cast<void>(feed(InputItem::ofText(text.substr(at, end - at))));
+    m_typed = false;
     at = end < text.size() && text[end] == GC_T('\r') && end + 1 < text.size() && text[end + 1] == GC_T('\n') ? end + 2
                                                                                                               : end + 1;
+    if (!isBusy() && handOver(m_editor.document(), text.substr(std::min(at, text.size())))) return;
   }
 }
 

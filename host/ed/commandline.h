@@ -36,10 +36,14 @@ class CommandLine {
 
   // Text as if typed: forms go to LISP, everything else is commands and their answers, each ended by a blank or a
   // line end.
+  // What another document that has become current meanwhile is to do goes to that one's queue.
   void type(GcView text);
+  // The running command has been typed, not sent by a program.
+  [[nodiscard]] bool isTyped() const { return m_typed; }
 
   // Where lines come from when a command or a program asks the person; null: nowhere.
   void setSource(InputSource* source) { m_source = source; }
+  [[nodiscard]] InputSource* source() const { return m_source; }
   bool readTyped(GcText& line, const InputWish& wish = {});
   // What the running command waits for; null when it waits for nothing or none is running.
   [[nodiscard]] const Ask* question() const { return isBusy() ? m_running.back()->question() : nullptr; }
@@ -61,6 +65,8 @@ class CommandLine {
  private:
   FeedStatus start(GcView typed);
   FeedStatus startVariable(GcView name);
+  bool runProgramsCommand(GcView name);
+  void evaluateTyped(GcView form);
   void runPlugIn(const GcText& name, void (*function)());
   void finish();
   void closeGroups();
@@ -72,6 +78,7 @@ class CommandLine {
   std::vector<GcText> m_names;                         // of those and of plug-ins' commands
   int m_groups = 0;
   int m_namedGroups = 0;
+  bool m_typed = false;
   bool m_failedAtOnce = false;  // the command that was started last asked nothing and could not do its work
 };
 

@@ -36,6 +36,7 @@ const GcDbFileFormat* gcdbFormatOfName(std::string_view path) {
   std::string extension(dot == std::string_view::npos ? std::string_view() : path.substr(dot + 1));
   for (char& c : extension)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  if (extension == "dwt" || extension == "dws") extension = "dwg";  // templates and standards
   for (const GcDbFileFormat* format : formats())
     if (extension == format->extension) return format;
   return nullptr;

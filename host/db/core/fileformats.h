@@ -10,8 +10,10 @@
 class GcDbSaveReport;
 
 struct GcDbSaveOptions {
+  static constexpr int kAllDecimals = 16;  // as many as tell every number apart
   GcDb::GcDbDwgVersion version = GcDb::kDHL_Current;
   bool binary = false;               // of formats that have both
+  int decimals = kAllDecimals;       // of real numbers, in text formats
   bool backup = false;               // the file that was there stays beside the new one
   GcDbSaveReport* report = nullptr;  // takes what the version cannot say; null: nobody asks
 };

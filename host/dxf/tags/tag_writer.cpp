@@ -143,6 +143,18 @@ void TagWriter::writeString(int code, std::string_view bytes) {
   }
 }
 
+namespace {
+
+// Numbers too large to have that many decimals stay as they are.
+double rounded(double value, int decimals) {
+  const double unit = std::pow(10.0, decimals);
+  const double whole = std::round(value * unit);
+  constexpr double kExact = 9007199254740992.0;  // 2^53
+  return std::fabs(whole) < kExact ? whole / unit + 0.0 : value;
+}
+
+}  // namespace
+
 void TagWriter::writeReal(int code, double value) {
   if (!expect(code, ValueKind::Real)) return;
   if (!std::isfinite(value)) {
@@ -151,6 +163,7 @@ void TagWriter::writeReal(int code, double value) {
   }
   char* to = putCode(code, room(kTagRoom));
   if (m_form == FileForm::Ascii) {
+    if (m_decimals < kAllDecimals) value = rounded(value, m_decimals);
     m_to = putLineEnd(formatReal(value, to));
   } else {
     std::uint64_t bits;

@@ -45,6 +45,9 @@ class TagWriter {
   TagWriter& operator=(const TagWriter&) = delete;
 
   [[nodiscard]] FileForm form() const { return m_form; }
+  // Real numbers of ASCII files are rounded to that many decimals.
+  static constexpr int kAllDecimals = 16;
+  void setDecimals(int decimals) { m_decimals = decimals; }
 
   // In a binary file the code must be one of the kind written; else nothing is written and isWellFormed() turns false.
   void writeString(int code, std::string_view bytes);
@@ -78,6 +81,7 @@ class TagWriter {
 
   ByteSink& m_sink;
   FileForm m_form;
+  int m_decimals = kAllDecimals;
   char m_lineEnd[2] = {'\n', 0};
   unsigned m_lineEndSize = 1;
   std::size_t m_size;

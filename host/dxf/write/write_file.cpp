@@ -232,6 +232,7 @@ Gcad::ErrorStatus write(GcDbDatabase& database, ByteSink& sink, const WriteOptio
   completeBlocks(database);
   const FileForm binary = isR12 ? FileForm::Binary8 : FileForm::Binary16;
   TagWriter tags(sink, options.binary ? binary : FileForm::Ascii);
+  tags.setDecimals(options.decimals);
   if (isR12) {
     writeR12(database, tags, text, options.report);
   } else {

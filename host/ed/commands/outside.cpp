@@ -1,4 +1,4 @@
-// The drawing checked and closed; what reaches outside the program or needs a window, refused with a word.
+// The drawing checked; what reaches outside the program or needs a window, refused with a word.
 #include "host/db/audit/audit.h"
 #include "host/ed/command/families.h"
 
@@ -15,14 +15,6 @@ Task<bool> audit(CommandInput& in) {
   in.tell(("\nTotal errors found " + std::to_string(report.entries.size()) + " fixed " +
            std::to_string(report.mended()) + "\n")
               .c_str());
-  co_return true;
-}
-
-// A drawing lives as long as the program that runs in it.
-Task<bool> close(CommandInput& in) {
-  static_cast<void>(co_await in.ask(
-      Ask(What::Keyword, "\nReally want to discard all changes to drawing? [Yes/No] <N>: ").words("Yes No")));
-  in.tell("\nThe drawing is closed when the program has ended.\n");
   co_return true;
 }
 
@@ -53,7 +45,6 @@ Task<bool> windows(CommandInput& in) {
 
 constexpr Command kCommands[] = {
     {"AUDIT", "", audit},
-    {"CLOSE", "", close},
     {"SHELL", "SH", otherPrograms},
     {"NETLOAD", "ARX APPLOAD", plugIns},
     {"MENULOAD", "MENUUNLOAD MENU CUILOAD CUIUNLOAD", menus},
