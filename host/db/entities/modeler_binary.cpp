@@ -96,9 +96,9 @@ class Reader {
       case tags::kVector: reals(3); return true;
       case tags::kText8: quoted(text(1)); return true;
       case tags::kText16: quoted(text(2)); return true;
-      case tags::kText32:
-      case tags::kLongText: quoted(text(4)); return true;
-      case tags::kTrue: word("reversed"); return true;  // of directions; other words are not looked at
+      case tags::kText32: quoted(text(4)); return true;
+      case tags::kLongText: word(text(4)); return true;  // the words a record has in a text
+      case tags::kTrue: word("reversed"); return true;   // of directions; other words are not looked at
       case tags::kFalse: word("forward"); return true;
       case tags::kReference: word("$" + std::to_string(integer())); return true;
       case tags::kSubKind:

@@ -1,5 +1,11 @@
 #include "host/db/entities/modeler_body.h"
 
+#include <algorithm>
+
+#include "host/db/entities/modeler_move.h"
+#include "host/db/entities/modeler_rows.h"
+#include "host/db/entities/modeler_text.h"
+
 GcDbModelerParts GcDbModelerParts::of(GcDbRegion& region) {
   return {region.m_lines, region.m_bytes, region.m_picture, region.m_historyId, region.m_hasHistory, nullptr};
 }
@@ -34,6 +40,28 @@ Gcad::ErrorStatus setBytes(GcDbObject& object, const GcArray<uint8_t>& bytes) {
   if (body == nullptr) return Gcad::eNotApplicable;
   body->setBytes(bytes);
   return Gcad::eOk;
+}
+
+bool moveBytes(GcArray<uint8_t>& bytes, const GcGeMatrix3d& transform) {
+  if (bytes.isEmpty()) return true;
+  std::string moved(viewOf(bytes));
+  if (!moveBinary(moved, transform)) return false;
+  bytes.setLogicalLength(static_cast<int>(moved.size()));
+  std::copy(moved.begin(), moved.end(), bytes.begin());
+  return true;
+}
+
+bool moveBody(GcArray<GcDbModelerLine>& lines, GcArray<uint8_t>& bytes, const GcGeMatrix3d& transform) {
+  if (!lines.isEmpty()) {
+    std::vector<std::string> text;
+    for (const GcDbModelerLine& line : lines) {
+      std::string& plain = text.emplace_back(cipher(toUtf8(view(line.text))));
+      for (const GcString& more : line.more) plain += cipher(toUtf8(view(more)));
+    }
+    if (!moveText(text, transform)) return false;
+    lines = linesOf(text);
+  }
+  return moveBytes(bytes, transform);
 }
 
 }  // namespace gcmodeler

@@ -26,6 +26,11 @@ Gcad::ErrorStatus getBytes(const GcDbObject& object, GcArray<uint8_t>& bytes);
 // Errors: eNotApplicable for a region that is no plane area; its bytes are kept, and are all there is.
 Gcad::ErrorStatus setBytes(GcDbObject& object, const GcArray<uint8_t>& bytes);
 
+// Both forms of a body moved; false, and nothing is to be used, where one of them cannot be.
+[[nodiscard]] bool moveBody(GcArray<GcDbModelerLine>& lines, GcArray<uint8_t>& bytes, const GcGeMatrix3d& transform);
+// The same for bytes alone; none are no trouble.
+[[nodiscard]] bool moveBytes(GcArray<uint8_t>& bytes, const GcGeMatrix3d& transform);
+
 inline std::string_view viewOf(const GcArray<uint8_t>& bytes) {
   return {reinterpret_cast<const char*>(bytes.begin()), static_cast<size_t>(bytes.length())};
 }

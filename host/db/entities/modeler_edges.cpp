@@ -76,8 +76,10 @@ class Body {
 
  private:
   // Rows of the rotation, the move, the scale; points are rows, too.
-  void setTransform(const std::vector<double>& n) {
-    constexpr size_t kLeast = 13;
+  void setTransform(std::vector<double> n) {
+    constexpr size_t kLeast = 13, kFlags = 3;  // flags are words, and were numbers once
+    // Newer records have a number before.
+    if (n.size() == kLeast + 1 || n.size() == kLeast + 1 + kFlags) n.erase(n.begin());
     if (n.size() < kLeast) return;
     for (int row = 0; row < 3; ++row)
       for (int column = 0; column < 3; ++column)

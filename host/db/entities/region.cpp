@@ -9,6 +9,7 @@
 #include "host/db/curves/from_path.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/draw_path.h"
+#include "host/db/entities/modeler_body.h"
 #include "host/db/entities/modeler_rows.h"
 #include "host/db/entities/modeler_text.h"
 #include "host/db/entities/region_loops.h"
@@ -220,10 +221,22 @@ Gcad::ErrorStatus GcDbRegion::explode(GcDbVoidPtrArray& entities) const {
   return Gcad::eOk;
 }
 
-// The text is made anew; one that cannot be read stays, and the region with it.
+// A body that is no plane area is moved as a whole.
+Gcad::ErrorStatus GcDbRegion::moveAsBody(const GcGeMatrix3d& transform) {
+  if (!transform.isUniScaledOrtho()) return Gcad::eCannotScaleNonUniformly;
+  GcArray<GcDbModelerLine> lines = m_lines;
+  GcArray<uint8_t> bytes = m_bytes;
+  if (!gcmodeler::moveBody(lines, bytes, transform)) return Gcad::eNotApplicable;
+  m_lines = std::move(lines);
+  m_bytes = std::move(bytes);
+  m_picture.clear();
+  return Gcad::eOk;
+}
+
+// The text is made anew.
 Gcad::ErrorStatus GcDbRegion::subTransformBy(const GcGeMatrix3d& transform) {
   PlaneArea plane;
-  if (!areaOf(m_lines, plane)) return Gcad::eNotApplicable;
+  if (!areaOf(m_lines, plane)) return moveAsBody(transform);
   PlaneArea moved;
   GcGeVector3d normal;
   for (const GcGePath& loop : plane.loops) moved.loops.push_back(loop.transformed(transform));

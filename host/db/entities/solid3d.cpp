@@ -6,6 +6,7 @@
 #include "gi/drawable.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/describe/rest.h"
+#include "host/db/entities/modeler_body.h"
 #include "host/db/entities/modeler_edges.h"
 #include "host/db/entities/modeler_rows.h"
 #include "host/db/entities/modeler_text.h"
@@ -69,7 +70,93 @@ GC_SURFACE(GcDbLoftedSurface, "AcDbLoftedSurface");
 GC_SURFACE(GcDbNurbSurface, "AcDbNurbSurface");
 #undef GC_SURFACE
 
-Gcad::ErrorStatus GcDbModelerGeometry::subTransformBy(const GcGeMatrix3d&) { return Gcad::eNotApplicable; }
+// All forms of the body are moved, or none. A picture would be the former one: programs draw it anew.
+Gcad::ErrorStatus GcDbModelerGeometry::subTransformBy(const GcGeMatrix3d& transform) {
+  if (!transform.isUniScaledOrtho()) return Gcad::eCannotScaleNonUniformly;
+  GcArray<GcDbModelerLine> lines = m_lines;
+  GcArray<uint8_t> bytes = m_bytes, second = m_second;
+  if (!gcmodeler::moveBody(lines, bytes, transform) || !gcmodeler::moveBytes(second, transform))
+    return Gcad::eNotApplicable;
+  m_lines = std::move(lines);
+  m_bytes = std::move(bytes);
+  m_second = std::move(second);
+  m_picture.clear();
+  return Gcad::eOk;
+}
+
+namespace {
+
+// The codes of what a kind of surface is made by: points, ways and matrices from where it was made to the world.
+struct Making {
+  const GcRxClass* (*kind)();
+  int16_t point, way;  // 0: none
+  int16_t matrices[2];
+};
+constexpr Making kMakings[] = {
+    {[]() -> const GcRxClass* { return GcDbExtrudedSurface::desc(); }, 0, 10, {40, 0}},
+    {[]() -> const GcRxClass* { return GcDbSweptSurface::desc(); }, 0, 0, {40, 41}},
+    {[]() -> const GcRxClass* { return GcDbRevolvedSurface::desc(); }, 10, 11, {42, 0}},
+    {[]() -> const GcRxClass* { return GcDbLoftedSurface::desc(); }, 0, 0, {40, 0}},
+};
+
+// Sixteen reals by rows.
+class GroupMatrix {
+ public:
+  static constexpr int kSize = 16;
+  void put(double value) {
+    if (m_count < kSize) m_matrix.entry[m_count / 4][m_count % 4] = value;
+    ++m_count;
+  }
+  [[nodiscard]] bool isWhole() const { return m_count == kSize; }
+  [[nodiscard]] const GcGeMatrix3d& matrix() const { return m_matrix; }
+
+ private:
+  GcGeMatrix3d m_matrix;
+  int m_count = 0;
+};
+
+GroupMatrix matrixIn(const GcDbGroupList& groups, int code) {
+  GroupMatrix found;
+  GcDbGroupList::Cursor cursor(groups);
+  for (GcDbGroup group; cursor.next(group);)
+    if (group.code == code && group.kind == GcDbGroupKind::Real) found.put(group.real);
+  return found;
+}
+
+GcDbGroupList moved(const GcDbGroupList& groups, const Making& making, const GcGeMatrix3d& transform) {
+  GcGeMatrix3d matrices[2];
+  bool isMatrix[2] = {};
+  for (int i = 0; i < 2; ++i) {
+    const GroupMatrix found = matrixIn(groups, making.matrices[i]);
+    isMatrix[i] = making.matrices[i] != 0 && found.isWhole();
+    matrices[i] = transform * found.matrix();
+  }
+  GcDbGroupList made;
+  int done[2] = {};
+  GcDbGroupList::Cursor cursor(groups);
+  for (GcDbGroup group; cursor.next(group);) {
+    if (group.kind == GcDbGroupKind::Point3d && group.code == making.point) group.point = transform * group.point;
+    if (group.kind == GcDbGroupKind::Point3d && group.code == making.way)
+      group.point = GcGePoint3d() + transform * group.point.asVector();
+    for (int i = 0; i < 2; ++i) {
+      if (!isMatrix[i] || group.code != making.matrices[i] || group.kind != GcDbGroupKind::Real) continue;
+      group.real = matrices[i].entry[done[i] / 4][done[i] % 4];
+      ++done[i];
+    }
+    made.put(group);
+  }
+  return made;
+}
+
+}  // namespace
+
+Gcad::ErrorStatus GcDbSurface::subTransformBy(const GcGeMatrix3d& transform) {
+  const Gcad::ErrorStatus status = GcDbModelerGeometry::subTransformBy(transform);
+  if (status != Gcad::eOk) return status;
+  for (const Making& making : kMakings)
+    if (isA() == making.kind()) m_shapeData = moved(m_shapeData, making, transform);
+  return Gcad::eOk;
+}
 
 void GcDbModelerGeometry::setBytes(const GcArray<uint8_t>& bytes) {
   assertWriteEnabled();

@@ -23,7 +23,7 @@ class GcDbModelerGeometry : public GcDbEntity {
 
  protected:
   GcDbModelerGeometry() = default;
-  // The modeller's own data cannot be moved without it. Errors: eNotApplicable.
+  // Errors: eCannotScaleNonUniformly; eNotApplicable for data that is no body.
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
  private:
@@ -67,6 +67,8 @@ class GcDbSurface : public GcDbModelerGeometry {
 
  protected:
   friend struct GcDbRecordOf<GcDbSurface>;
+  // What the surface was made by goes with it.
+  Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
   GcDbGroupList m_surfaceData;
   GcDbGroupList m_shapeData;  // of the kind of surface

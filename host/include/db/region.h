@@ -50,6 +50,7 @@ class GcDbRegion : public GcDbEntity {
   Gcad::ErrorStatus subTransformBy(const GcGeMatrix3d& transform) override;
 
  private:
+  Gcad::ErrorStatus moveAsBody(const GcGeMatrix3d& transform);
   friend struct GcDbRegionFiling;
   friend struct GcDbModelerParts;
   [[nodiscard]] bool isRecorded() const;
