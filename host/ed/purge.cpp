@@ -25,8 +25,11 @@ bool isLive(const GcDbStub* stub) {
 using Used = std::unordered_set<const GcDbStub*>;
 
 void collect(GcDbDatabase& database, const GcDbObject& object, Used& used) {
+  GcDbObject* opened = nullptr;  // a program may have it open already
+  ignore(gcdbOpenGcDbObject(opened, object.objectId(), GcDb::kForRead));
   GcDbMemoryFiler filer(GcDb::kWblockCloneFiler);
-  ignore(object.dwgOutFields(&filer));
+  if (object.isReadEnabled()) ignore(object.dwgOutFields(&filer));
+  if (opened != nullptr) ignore(opened->close());
   for (const GcDbReferencePlace& place : filer.references()) {
     if (place.kind != GcDbReferenceKind::HardPointer) continue;
     if (const GcDbObjectId id = filer.referenceAt(place); !id.isNull()) used.insert(id.stub());

@@ -18,13 +18,10 @@ void show(Editor& editor, const GcGePoint2d& center, double height) {
     moveSheetInstead(editor, center, height);
     return;
   }
-  std::vector<EditorView>& earlier = editor.earlierViews();
-  if (earlier.size() == kMostRemembered) earlier.erase(earlier.begin());
-  earlier.push_back(editor.view());
-  editor.view().center = center;
-  editor.view().height = height;
-  screen().viewChanged(center, height);
-  putView(editor);
+  EditorView view = editor.view();
+  view.center = center;
+  view.height = height;
+  showView(editor, view);
 }
 
 // A box in display coordinates, with the margin a zoom to it has.
@@ -91,6 +88,17 @@ void zoomPrevious(Editor& editor) {
   editor.view() = editor.earlierViews().back();
   editor.earlierViews().pop_back();
   screen().viewChanged(editor.view().center, editor.view().height);
+  putView(editor);
+}
+
+void panTo(Editor& editor, const GcGePoint2d& center) { show(editor, center, editor.view().height); }
+
+void showView(Editor& editor, const EditorView& view) {
+  std::vector<EditorView>& earlier = editor.earlierViews();
+  if (earlier.size() == kMostRemembered) earlier.erase(earlier.begin());
+  earlier.push_back(editor.view());
+  editor.view() = view;
+  screen().viewChanged(view.center, view.height);
   putView(editor);
 }
 

@@ -16,6 +16,10 @@ void zoomScale(Editor& editor, double factor, bool ofView);
 // Paper units to one unit of the model, for the viewport that is worked in; false where there is none.
 bool zoomToPaperScale(Editor& editor, double scale);
 void zoomPrevious(Editor& editor);
+// Moves the middle, in display coordinates.
+void panTo(Editor& editor, const GcGePoint2d& center);
+// Shows the view and keeps it in the drawing; the present one is remembered.
+void showView(Editor& editor, const EditorView& view);
 
 [[nodiscard]] bool parseFactor(GcView text, double& factor);  // positive
 

@@ -208,7 +208,7 @@ GcDbObjectId makeXref(GcDbDatabase& database, GcView name, GcView path, bool ove
   }
   ignore(made->setBlockFlags(kReference | (overlay ? kOverlay : 0)));
   ignore(made->close());
-  GcDbLoader::completeBlock(database, id);
+  GcDbLoader::completeBlock(id);
   setXrefPath(id, path);
   return id;
 }

@@ -30,6 +30,6 @@ Gcad::ErrorStatus gcdbNeedEmptyBlock(GcDbDatabase& database, const GCHAR* name, 
     return status;
   }
   ignore(made->close());
-  GcDbLoader::completeBlock(database, id);
+  GcDbLoader::completeBlock(id);
   return gcdbOpenObject(block, id, GcDb::kForWrite);
 }

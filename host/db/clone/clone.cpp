@@ -191,9 +191,22 @@ GcDbObjectId GcDbCloner::counterpartRecord(const GcDbSymbolTableRecord& record) 
   }
   m_map.assign({source, copy, true, false});
   m_pending.push_back({source, copy});
+  if (const auto* block = GcDbBlockTableRecord::cast(made))
+    takeEnds(static_cast<const GcDbBlockTableRecord&>(record), *block);
   copyOwned(record, copy);
   bringAlong(record);
   return copy;
+}
+
+// A definition has ends of its own from the start, which become the copies of the source's.
+void GcDbCloner::takeEnds(const GcDbBlockTableRecord& source, const GcDbBlockTableRecord& copy) {
+  for (const auto& [from, to] :
+       {std::pair{source.blockBeginId(), copy.blockBeginId()}, std::pair{source.blockEndId(), copy.blockEndId()}}) {
+    GcDbObject* end = nullptr;
+    if (!from.isValid() || from.isErased() || gcdbOpenGcDbObject(end, to, GcDb::kForWrite) != Gcad::eOk) continue;
+    m_map.assign({from, to, true, false});
+    m_pending.push_back({from, to});
+  }
 }
 
 // The existing record keeps its id, so that all that refers to it sees the new contents.

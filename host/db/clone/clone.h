@@ -38,6 +38,7 @@ class GcDbCloner {
   GcDbObjectId counterpartEntry(GcDbObjectId source, GcDbObjectId ownerId);
   GcDbObjectId targetDictionary(GcDbObjectId sourceDictionary);
   void replaceRecord(GcDbObjectId source, GcDbObjectId existing);
+  void takeEnds(const GcDbBlockTableRecord& source, const GcDbBlockTableRecord& copy);
   Gcad::ErrorStatus attach(GcDbObjectId copy, GcDbObjectId source, GcDbObjectId owner);
   Gcad::ErrorStatus fill(const Pending& pending);
   void keepToCopies(GcDbHatch& copy, const GcDbHatch& source) const;

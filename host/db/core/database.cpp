@@ -23,6 +23,7 @@ GcDbDatabase::GcDbDatabase(bool buildDefaultDrawing, bool) {
   m_header = new GcDbHeader;
   m_fileParts = new GcDbFileParts;
   m_undo = new GcDbUndo(*this);
+  m_header->setUndo(m_undo);
   m_transactions = new GcDbTransactionManager(*this);
   if (buildDefaultDrawing) gcdbBuildNewDrawing(*this);
 }
@@ -33,6 +34,7 @@ GcDbDatabase::~GcDbDatabase() {
   GcDbHostApplicationServices* services = gcdbHostApplicationServices();
   if (services->workingDatabase() == this) services->setWorkingDatabase(nullptr);
   delete m_transactions;
+  m_header->setUndo(nullptr);
   delete m_undo;
   delete m_store;
   delete m_fileParts;
@@ -101,29 +103,42 @@ GcDbObjectId GcDbDatabase::layoutDictionaryId() const {
 
 // ---- current settings ------------------------------------------------------------------------------------
 
+// Undo puts back records that may not be back themselves yet.
+bool GcDbDatabase::isUsable(GcDbObjectId id) const {
+  return m_undo->isApplying() || (id.database() == this && !id.isErased());
+}
+
+template <class T>
+void GcDbDatabase::change(T& setting, const T& value) {
+  if (setting == value) return;
+  m_undo->recordCurrent();
+  setting = value;
+}
+
 Gcad::ErrorStatus GcDbDatabase::setClayer(GcDbObjectId id) {
-  if (id.database() != this || id.isErased() || id.objectClass() != GcDbLayerTableRecord::desc())
-    return Gcad::eInvalidInput;
-  if (static_cast<GcDbLayerTableRecord*>(id.stub()->object)->isFrozen()) return Gcad::eInvalidInput;
-  m_current.layer = id;
+  if (!m_undo->isApplying()) {
+    if (!isUsable(id) || id.objectClass() != GcDbLayerTableRecord::desc()) return Gcad::eInvalidInput;
+    if (static_cast<GcDbLayerTableRecord*>(id.stub()->object)->isFrozen()) return Gcad::eInvalidInput;
+  }
+  change(m_current.layer, id);
   return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbDatabase::setCeltype(GcDbObjectId id) {
-  if (id.database() != this || id.isErased()) return Gcad::eInvalidInput;
-  m_current.linetype = id;
+  if (!isUsable(id)) return Gcad::eInvalidInput;
+  change(m_current.linetype, id);
   return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbDatabase::setTextstyle(GcDbObjectId id) {
-  if (id.database() != this || id.isErased()) return Gcad::eInvalidInput;
-  m_current.textStyle = id;
+  if (!isUsable(id)) return Gcad::eInvalidInput;
+  change(m_current.textStyle, id);
   return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbDatabase::setDimstyle(GcDbObjectId id) {
-  if (id.database() != this || id.isErased()) return Gcad::eInvalidInput;
-  m_current.dimStyle = id;
+  if (!isUsable(id)) return Gcad::eInvalidInput;
+  change(m_current.dimStyle, id);
   return Gcad::eOk;
 }
 
@@ -136,18 +151,18 @@ Gcad::ErrorStatus GcDbDatabase::setUcsBase(GcDbObjectId id) {
 }
 
 Gcad::ErrorStatus GcDbDatabase::setCecolor(const GcCmColor& color) {
-  m_current.color = color;
+  change(m_current.color, color);
   return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbDatabase::setCeltscale(double scale) {
   if (!(scale > 0)) return Gcad::eInvalidInput;
-  m_current.linetypeScale = scale;
+  change(m_current.linetypeScale, scale);
   return Gcad::eOk;
 }
 
 Gcad::ErrorStatus GcDbDatabase::setCelweight(GcDb::LineWeight weight) {
-  m_current.lineWeight = weight;
+  change(m_current.lineWeight, static_cast<int16_t>(weight));
   return Gcad::eOk;
 }
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "host/db/core/store.h"
+#include "host/db/core/undo.h"
 #include "host/rx/file/file_view.h"
 #include "host/rx/view.h"
 
@@ -71,6 +72,7 @@ Gcad::ErrorStatus gcdbSaveDrawing(GcDbDatabase& database, const std::string& pat
     message = "cannot save " + path + ": no drawing format has its extension";
     return Gcad::eInvalidInput;
   }
+  const GcDbUndo::Pause pause(database.undo());
   return format->write(database, path, options, message);
 }
 

@@ -1,11 +1,17 @@
 #include "host/db/core/header.h"
 
+#include <algorithm>
+
+#include "host/db/core/undo.h"
+
 const GcDbGroupList* GcDbHeader::find(GcView name) const {
   const auto at = m_index.find(GcText(name));
   return at == m_index.end() ? nullptr : &m_variables[at->second].groups;
 }
 
 void GcDbHeader::set(GcView name, const GcDbGroupList& groups) {
+  if (const GcDbGroupList* former = find(name); former != nullptr && *former == groups) return;
+  if (m_undo != nullptr) m_undo->recordSetting(name);
   const auto [at, fresh] = m_index.emplace(GcText(name), m_variables.size());
   if (fresh)
     m_variables.push_back({GcText(name), groups});
@@ -16,9 +22,31 @@ void GcDbHeader::set(GcView name, const GcDbGroupList& groups) {
 void GcDbHeader::remove(GcView name) {
   const auto at = m_index.find(GcText(name));
   if (at == m_index.end()) return;
+  if (m_undo != nullptr) m_undo->recordSetting(name);
   m_variables.erase(m_variables.begin() + static_cast<std::ptrdiff_t>(at->second));
+  indexAnew();
+}
+
+void GcDbHeader::indexAnew() {
   m_index.clear();
   for (size_t i = 0; i < m_variables.size(); ++i) m_index[m_variables[i].name] = i;
+}
+
+size_t GcDbHeader::placeOf(GcView name) const {
+  const auto at = m_index.find(GcText(name));
+  return at == m_index.end() ? m_variables.size() : at->second;
+}
+
+void GcDbHeader::restore(GcView name, const GcDbGroupList* groups, size_t place) {
+  if (groups == nullptr) {
+    remove(name);
+  } else if (find(name) != nullptr) {
+    set(name, *groups);
+  } else {
+    const size_t at = std::min(place, m_variables.size());
+    m_variables.insert(m_variables.begin() + static_cast<std::ptrdiff_t>(at), {GcText(name), *groups});
+    indexAnew();
+  }
 }
 
 void GcDbHeader::clear() {

@@ -8,6 +8,8 @@
 
 #include "host/db/describe/group.h"
 
+class GcDbUndo;
+
 class GcDbHeader {
  public:
   struct Variable {
@@ -22,6 +24,11 @@ class GcDbHeader {
   void set(GcView name, const GcDbGroupList& groups);
   void remove(GcView name);
   void clear();
+  // Puts a variable back to its former groups and place; without groups it is taken out.
+  void restore(GcView name, const GcDbGroupList* groups, size_t place);
+  [[nodiscard]] size_t placeOf(GcView name) const;  // variables().size() for one that is not there
+  // Told of every variable before it changes.
+  void setUndo(GcDbUndo* undo) { m_undo = undo; }
 
   [[nodiscard]] double real(GcView name, double otherwise = 0) const;
   [[nodiscard]] int64_t integer(GcView name, int64_t otherwise = 0) const;
@@ -41,4 +48,7 @@ class GcDbHeader {
   void setOne(GcView name, GcDbGroup group);
   std::vector<Variable> m_variables;
   std::unordered_map<GcText, size_t> m_index;
+  GcDbUndo* m_undo = nullptr;
+
+  void indexAnew();
 };

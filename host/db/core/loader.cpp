@@ -42,12 +42,17 @@ GcDbObjectId addPart(GcDbDatabase& database, GcDbEntity* part, GcDbObjectId owne
 
 }  // namespace
 
-void GcDbLoader::completeBlock(GcDbDatabase& database, GcDbObjectId block) {
+void GcDbLoader::completeBlock(GcDbObjectId block) {
   const auto* known = block.isValid() ? GcDbBlockTableRecord::cast(block.stub()->object) : nullptr;
   if (known && known->m_beginId.isValid() && known->m_endId.isValid()) return;
   GcDbBlockTableRecord* record = nullptr;
   if (gcdbOpenObject(record, block, GcDb::kForWrite) != Gcad::eOk) return;
-  if (!record->m_beginId.isValid()) record->m_beginId = addPart(database, new GcDbBlockBegin, block);
-  if (!record->m_endId.isValid()) record->m_endId = addPart(database, new GcDbBlockEnd, block);
+  completeBlock(*record);
   ignore(record->close());
+}
+
+void GcDbLoader::completeBlock(GcDbBlockTableRecord& record) {
+  GcDbDatabase& database = *record.objectId().database();
+  if (!record.m_beginId.isValid()) record.m_beginId = addPart(database, new GcDbBlockBegin, record.objectId());
+  if (!record.m_endId.isValid()) record.m_endId = addPart(database, new GcDbBlockEnd, record.objectId());
 }

@@ -16,7 +16,8 @@ class GcDbLoader {
   static void setBlockBegin(GcDbBlockTableRecord& block, GcDbObjectId begin);
   static void setBlockEnd(GcDbBlockTableRecord& block, GcDbObjectId end);
   // Gives a block the begin and end entities it lacks.
-  static void completeBlock(GcDbDatabase& database, GcDbObjectId block);
+  static void completeBlock(GcDbObjectId block);
+  static void completeBlock(GcDbBlockTableRecord& record);  // which is open for write
   static void setOwner(GcDbObject& object, GcDbObjectId owner);
   // The file's name of a record, whatever it is.
   static void setName(GcDbSymbolTableRecord& record, const GcString& name);

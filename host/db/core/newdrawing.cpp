@@ -107,7 +107,7 @@ void GcDbDatabase::completeAfterLoad() {
   if (gcdbOpenObject(blocks, m_tables[kBlocks], GcDb::kForRead) != Gcad::eOk) return;
   const GcDbObjectIdArray records = blocks->records();
   ignore(blocks->close());
-  for (const GcDbObjectId id : records) GcDbLoader::completeBlock(*this, id);
+  for (const GcDbObjectId id : records) GcDbLoader::completeBlock(id);
   gcdbNumberViewports(*this);
 }
 

@@ -105,6 +105,14 @@ GcDbStub* GcDbStore::fresh() {
   return make(m_handseed++);
 }
 
+void GcDbStore::restoreHandseed(uint64_t seed, size_t made) {
+  m_handseed = seed;
+  for (size_t i = made; i < m_count; ++i) {
+    const GcDbStub* stub = stubAt(i);
+    if (stub->object != nullptr && !stub->erased && stub->handle < UINT64_MAX) raiseHandseed(stub->handle + 1);
+  }
+}
+
 void GcDbStore::adopt(GcDbStub* stub, GcDbObject* object, GcDbObjectId owner) {
   GC_ASSERT(stub->object == nullptr, "a handle has one object");
   stub->object = object;

@@ -54,6 +54,9 @@ class GcDbStore {
   void raiseHandseed(uint64_t next) {
     if (next > m_handseed) m_handseed = next;
   }
+  // Puts the seed where it stood before the stubs from the `made`th on were made: undo has taken their objects out.
+  // It stays above what still lives. New stubs pass over the handles of those that were taken out.
+  void restoreHandseed(uint64_t seed, size_t made);
   [[nodiscard]] int openCount() const { return m_openCount; }
   void countOpen(int by) { m_openCount += by; }
   // Every object that is open now.

@@ -18,7 +18,9 @@ void GcDbUndo::setOn(bool on) {
 }
 
 void GcDbUndo::beginGroup() {
-  if (m_depth++ == 0) m_fresh = true;
+  if (m_depth++ > 0) return;
+  m_fresh = true;
+  m_groupSeed = seedNow();
 }
 
 void GcDbUndo::endGroup() {
@@ -37,15 +39,15 @@ void GcDbUndo::keep(Change change) {
   if (m_fresh || m_done.empty() || m_depth == 0) {
     m_done.emplace_back();
     m_done.back().mark = m_mark;
+    m_done.back().seed = m_depth > 0 ? m_groupSeed : seedBefore(change);
     m_fresh = m_mark = false;
   }
   m_done.back().changes.push_back(std::move(change));
 }
 
 GcDbUndo::Change GcDbUndo::change(What what, GcDbObjectId id) {
-  static const State kStates[] = {{What::Modified, {}},   {What::Appended, {}},  {What::Unappended, {}},
-                                  {What::Erased, {}},     {What::Unerased, {}},  {What::Replaced, {}},
-                                  {What::ModelShown, {}}, {What::SheetShown, {}}};
+  static const State kStates[] = {{What::Modified}, {What::Appended}, {What::Unappended}, {What::Erased},
+                                  {What::Unerased}, {What::Replaced}, {What::ModelShown}, {What::SheetShown}};
   return {id, std::unique_ptr<const State, Release>(&kStates[static_cast<int>(what)])};
 }
 
@@ -55,30 +57,35 @@ GcDbUndo::Change GcDbUndo::change(What what, const GcDbObject& object) {
 }
 
 void GcDbUndo::record(What what, const GcDbObject& object) {
-  if (m_applying) return;
+  if (m_applying || m_paused > 0) return;
   m_changed = true;
-  if (!m_on && m_transactions == 0) return;
+  if (!isRecording()) return;
   const bool hasImage = what == What::Modified || what == What::Replaced;
   record(hasImage ? change(what, object) : change(what, object.objectId()));
 }
 
 void GcDbUndo::record(Change made) {
-  if (m_transactions > 0)
+  if (!m_openSeeds.empty())
     m_open.push_back(std::move(made));
   else
     keep(std::move(made));
 }
 
 size_t GcDbUndo::beginTransaction() {
-  ++m_transactions;
+  m_openSeeds.push_back(seedNow());
   return m_open.size();
 }
 
 void GcDbUndo::endTransaction() {
-  if (--m_transactions > 0) return;
+  const Seed seed = m_openSeeds.back();
+  m_openSeeds.pop_back();
+  if (!m_openSeeds.empty()) return;
   if (m_on && !m_open.empty()) {
     const bool single = m_depth == 0;  // outside any group the transaction is one of its own
-    if (single) beginGroup();
+    if (single) {
+      beginGroup();
+      m_groupSeed = seed;
+    }
     for (Change& change : m_open) keep(std::move(change));
     if (single) endGroup();
   }
@@ -86,8 +93,9 @@ void GcDbUndo::endTransaction() {
 }
 
 void GcDbUndo::abortTransaction(size_t start) {
-  --m_transactions;
   Group group;
+  group.seed = m_openSeeds.back();
+  m_openSeeds.pop_back();
   const auto first = m_open.begin() + static_cast<std::ptrdiff_t>(start);
   group.changes.assign(std::make_move_iterator(first), std::make_move_iterator(m_open.end()));
   m_open.erase(first, m_open.end());
@@ -108,7 +116,49 @@ GcDbUndo::Change GcDbUndo::layoutNow() const {
 }
 
 void GcDbUndo::recordLayout() {
-  if (!m_applying && (m_on || m_transactions > 0)) record(layoutNow());
+  if (!m_applying && isRecording()) record(layoutNow());
+}
+
+GcDbUndo::Change GcDbUndo::settingNow(GcView name) const {
+  const GcDbHeader& header = m_database.header();
+  const GcDbGroupList* groups = header.find(name);
+  auto setting = std::make_unique<Setting>(Setting{GcText(name), {}, header.placeOf(name), groups != nullptr});
+  if (groups != nullptr) setting->groups = *groups;
+  return {{}, std::unique_ptr<const State, Release>(new State{What::Setting, {}, nullptr, std::move(setting), {}})};
+}
+
+GcDbUndo::Change GcDbUndo::currentNow() const {
+  auto current = std::make_unique<Current>(Current{m_database.clayer(), m_database.celtype(), m_database.textstyle(),
+                                                   m_database.dimstyle(), m_database.cecolor(), m_database.celtscale(),
+                                                   m_database.celweight()});
+  return {{}, std::unique_ptr<const State, Release>(new State{What::Current, {}, nullptr, {}, std::move(current)})};
+}
+
+void GcDbUndo::recordSetting(GcView name) {
+  if (!m_applying && isRecording()) record(settingNow(name));
+}
+
+void GcDbUndo::recordCurrent() {
+  if (!m_applying && isRecording()) record(currentNow());
+}
+
+// The setters do not check here: records that are still erased or frozen come back with the same group.
+void GcDbUndo::showCurrent(const Current& current) {
+  ignore(m_database.setClayer(current.layer));
+  ignore(m_database.setCeltype(current.linetype));
+  ignore(m_database.setTextstyle(current.textStyle));
+  ignore(m_database.setDimstyle(current.dimStyle));
+  ignore(m_database.setCecolor(current.color));
+  ignore(m_database.setCeltscale(current.linetypeScale));
+  ignore(m_database.setCelweight(current.lineWeight));
+}
+
+GcDbUndo::Seed GcDbUndo::seedNow() const { return {m_database.store().handseed(), m_database.store().size()}; }
+
+// Outside any group: an object that has just been made has moved the seed.
+GcDbUndo::Seed GcDbUndo::seedBefore(const Change& change) const {
+  const Seed now = seedNow();
+  return change.state->what == What::Appended ? Seed{change.id.stub()->handle, now.made - 1} : now;
 }
 
 void GcDbUndo::showLayout(const Change& change) {
@@ -145,12 +195,25 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
     showLayout(change);
     return;
   }
+  if (change.state->setting != nullptr) {
+    const Setting& setting = *change.state->setting;
+    inverse.changes.push_back(settingNow(setting.name));
+    m_database.header().restore(setting.name, setting.present ? &setting.groups : nullptr, setting.place);
+    return;
+  }
+  if (change.state->current != nullptr) {
+    inverse.changes.push_back(currentNow());
+    showCurrent(*change.state->current);
+    return;
+  }
   GcDbStub* stub = change.id.stub();
   GcDbObject* object = stub->object;
   if (object == nullptr) return;
   switch (change.state->what) {
     case What::ModelShown:
-    case What::SheetShown: break;
+    case What::SheetShown:
+    case What::Setting:
+    case What::Current: break;
     case What::Replaced: putBack(change, inverse); break;
     case What::Modified:
       inverse.changes.push_back(GcDbUndo::change(What::Modified, *object));
@@ -186,8 +249,10 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
 GcDbUndo::Group GcDbUndo::apply(const Group& group) {
   Group inverse;
   inverse.mark = group.mark;
+  inverse.seed = {m_database.store().handseed(), group.seed.made};
   m_applying = true;
   for (auto change = group.changes.rbegin(); change != group.changes.rend(); ++change) applyOne(*change, inverse);
+  m_database.store().restoreHandseed(group.seed.next, group.seed.made);
   m_applying = false;
   return inverse;
 }

@@ -5,7 +5,9 @@
 #include <memory>
 #include <vector>
 
+#include "cm/color.h"
 #include "db/objectid.h"
+#include "host/db/describe/group.h"
 
 class GcDbUndo {
  public:
@@ -15,6 +17,18 @@ class GcDbUndo {
   void setOn(bool on);  // switching off forgets everything
   // True while recorded states are put back: objects may then be changed without being open.
   [[nodiscard]] bool isApplying() const { return m_applying; }
+
+  // Nothing is recorded while one lives: a save completes what it writes, which is no change of the drawing.
+  class Pause {
+   public:
+    explicit Pause(GcDbUndo& undo) : m_undo(undo) { ++m_undo.m_paused; }
+    ~Pause() { --m_undo.m_paused; }
+    Pause(const Pause&) = delete;
+    Pause& operator=(const Pause&) = delete;
+
+   private:
+    GcDbUndo& m_undo;
+  };
 
   // A group is what one U takes back: a command, a top-level LISP form. Groups nest; the outermost counts.
   void beginGroup();
@@ -47,19 +61,49 @@ class GcDbUndo {
   void recordReplaced(const GcDbObject& object);
   // Before another layout is shown.
   void recordLayout();
+  // Before a variable of the header changes, and before a current setting of the database does.
+  void recordSetting(GcView name);
+  void recordCurrent();
 
  private:
-  // The last two: the layout shown before was model space, or the sheet; the id is the block of the sheet.
-  enum class What : uint8_t { Modified, Appended, Unappended, Erased, Unerased, Replaced, ModelShown, SheetShown };
+  // ModelShown, SheetShown: the layout shown before was model space, or the sheet; the id is the block of the sheet.
+  enum class What : uint8_t {
+    Modified,
+    Appended,
+    Unappended,
+    Erased,
+    Unerased,
+    Replaced,
+    ModelShown,
+    SheetShown,
+    Setting,
+    Current
+  };
+  // A variable of the header as it was, and where it stood; absent when there was none.
+  struct Setting {
+    GcText name;
+    GcDbGroupList groups;
+    size_t place = 0;
+    bool present = false;
+  };
+  // What new entities get, as it was.
+  struct Current {
+    GcDbObjectId layer, linetype, textStyle, dimStyle;
+    GcCmColor color;
+    double linetypeScale = 1;
+    GcDb::LineWeight lineWeight = GcDb::kLnWtByLayer;
+  };
   struct State {
     What what;
-    std::vector<uint8_t> image;       // Modified, Replaced: the state before
+    std::vector<uint8_t> image{};     // Modified, Replaced: the state before
     const GcRxClass* kind = nullptr;  // Replaced: its class
+    std::unique_ptr<const Setting> setting{};
+    std::unique_ptr<const Current> current{};
   };
   // The states without an image are there once for all changes.
   struct Release {
     void operator()(const State* state) const {
-      if (!state->image.empty() || state->kind != nullptr) delete state;
+      if (!state->image.empty() || state->kind != nullptr || state->setting || state->current) delete state;
     }
   };
   // Small, since a program that draws a million lines leaves a million of them.
@@ -67,8 +111,14 @@ class GcDbUndo {
     GcDbObjectId id;
     std::unique_ptr<const State, Release> state;
   };
+  // Where the handles of the database stood: the next one, and how many there are.
+  struct Seed {
+    uint64_t next = 0;
+    size_t made = 0;
+  };
   struct Group {
     std::vector<Change> changes;
+    Seed seed;  // before the first change
     bool mark = false;
   };
 
@@ -77,6 +127,12 @@ class GcDbUndo {
   static Change change(What what, const GcDbObject& object);  // with its state now
   void record(Change made);
   [[nodiscard]] Change layoutNow() const;
+  [[nodiscard]] Change settingNow(GcView name) const;
+  [[nodiscard]] Change currentNow() const;
+  void showCurrent(const Current& current);
+  [[nodiscard]] Seed seedNow() const;
+  [[nodiscard]] Seed seedBefore(const Change& change) const;
+  [[nodiscard]] bool isRecording() const { return m_paused == 0 && (m_on || !m_openSeeds.empty()); }
   void showLayout(const Change& change);
   void keep(Change change);
   // Applies a group backwards; returns the group that takes this back again.
@@ -87,9 +143,11 @@ class GcDbUndo {
   GcDbDatabase& m_database;
   std::vector<Group> m_done;
   std::vector<Group> m_undone;
-  std::vector<Change> m_open;  // of the transactions under way
-  int m_transactions = 0;
+  std::vector<Change> m_open;     // of the transactions under way
+  std::vector<Seed> m_openSeeds;  // where each transaction began
+  Seed m_groupSeed;
   int m_depth = 0;
+  int m_paused = 0;
   bool m_on = false;
   bool m_applying = false;
   bool m_fresh = false;  // the group has been begun but has no change yet

@@ -123,7 +123,7 @@ GcDbObjectId makeBlock(GcDbDatabase& database, const Shape& shape) {
     ignore(part->close());
   }
   ignore(record->close());
-  GcDbLoader::completeBlock(database, id);
+  GcDbLoader::completeBlock(id);
   return id;
 }
 

@@ -82,7 +82,7 @@ GcDbObjectId newBlock(GcDbDatabase& database) {
   if (record->setName(name.c_str()) == Gcad::eOk && blocks->add(id, record.get()) == Gcad::eOk)
     ignore(record.release()->close());
   ignore(blocks->close());
-  if (!id.isNull()) GcDbLoader::completeBlock(database, id);
+  if (!id.isNull()) GcDbLoader::completeBlock(id);
   return id;
 }
 

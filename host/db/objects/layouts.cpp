@@ -85,7 +85,7 @@ GcDbObjectId gcdbAddPaperBlock(GcDbDatabase& database) {
   else
     delete block;
   ignore(blocks->close());
-  GcDbLoader::completeBlock(database, id);
+  GcDbLoader::completeBlock(id);
   return id;
 }
 

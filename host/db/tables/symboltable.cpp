@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "db/database.h"
+#include "host/db/core/loader.h"
 #include "host/db/core/names.h"
 #include "host/db/core/store.h"
 #include "host/db/core/undo.h"
@@ -144,6 +145,8 @@ Gcad::ErrorStatus GcDbSymbolTable::add(GcDbObjectId& id, GcDbSymbolTableRecord* 
   m_records.append(id);
   indexRecord(*record);
   record->subJoined();
+  // A definition has its ends from the start: a save that made them would change the drawing.
+  if (auto* block = GcDbBlockTableRecord::cast(record)) GcDbLoader::completeBlock(*block);
   return Gcad::eOk;
 }
 

@@ -281,7 +281,16 @@ class HeaderOut {
     if (group.kind == GcDbGroupKind::Id) return group.id;
     if (group.text.empty()) return {};
     if (name == GC_T("$CMLSTYLE")) return inDictionary(knownOf(KnownRecord::kMlineStyles), group.text);
-    return gcdbRecordByName(&m_database, tableMeaning(row.code, name), group.text);
+    if (row.code == 2 && name.find(GC_T("UCS")) != GcView::npos) return inTable(m_database.UCSTableId(), group.text);
+    return gcdbRecordByName(&m_database, tableMeaning(row.code), group.text);
+  }
+  [[nodiscard]] static GcDbObjectId inTable(GcDbObjectId tableId, GcView name) {
+    GcDbObjectId id;
+    GcDbSymbolTable* table = nullptr;
+    if (gcdbOpenObject(table, tableId, GcDb::kForRead) != Gcad::eOk) return id;
+    ignore(table->getAt(GcText(name).c_str(), id));
+    ignore(table->close());
+    return id;
   }
   [[nodiscard]] static GcDbObjectId inDictionary(GcDbObjectId dictionaryId, GcView key) {
     GcDbObjectId id;
@@ -291,12 +300,12 @@ class HeaderOut {
     ignore(dictionary->close());
     return id;
   }
-  static Is tableMeaning(int code, GcView name) {
+  static Is tableMeaning(int code) {
     if (code == 8) return Is::LayerName;
     if (code == 7) return Is::TextStyleName;
     if (code == 6) return Is::LinetypeName;
     if (code == 1) return Is::BlockName;
-    return name.find(GC_T("UCS")) != GcView::npos ? Is::Plain : Is::DimStyleName;
+    return Is::DimStyleName;
   }
 
   RecordOut& m_record;

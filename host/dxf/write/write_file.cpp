@@ -55,7 +55,7 @@ void completeBlocks(GcDbDatabase& database) {
   const auto& table = static_cast<const GcDbSymbolTable&>(*database.blockTableId().stub()->object);
   const GcDbObjectIdArray records = table.records();
   for (const GcDbObjectId id : records) {
-    if (isWritten(id)) GcDbLoader::completeBlock(database, id);
+    if (isWritten(id)) GcDbLoader::completeBlock(id);
   }
 }
 

@@ -184,14 +184,14 @@ bool restoreView(Editor& editor, const GcText& name) {
   GcDbViewTableRecord* record = nullptr;
   const GcDbObjectId id = recordNamed(editor.database().viewTableId(), name);
   if (gcdbOpenObject(record, id, GcDb::kForRead) != Gcad::eOk) return false;
-  editor.earlierViews().push_back(editor.view());
-  EditorView& shown = editor.view();
+  EditorView shown = editor.view();
   shown.center = record->centerPoint();
   shown.height = record->height();
   shown.target = record->target();
   shown.direction = record->viewDirection();
   shown.twistRad = record->viewTwist();
   ignore(record->close());
+  showView(editor, shown);
   return true;
 }
 
@@ -257,8 +257,7 @@ Task<bool> pan(CommandInput& in) {
   Editor& editor = in.editor();
   const GcGeVector3d moved = second.isPoint() ? second.point - base.point : base.point.asVector();
   const GcGeVector3d shown = displayToWorld(editor).inverse() * (ucsToWorld(editor) * moved);
-  editor.earlierViews().push_back(editor.view());
-  editor.view().center = {editor.view().center.x - shown.x, editor.view().center.y - shown.y};
+  panTo(editor, {editor.view().center.x - shown.x, editor.view().center.y - shown.y});
   co_return true;
 }
 

@@ -174,6 +174,9 @@ class GcDbDatabase : public GcRxObject {
   struct Known {
     GcDbObjectId continuous, byLayer, byBlock, layerZero, modelSpace, paperSpace;
   };
+  [[nodiscard]] bool isUsable(GcDbObjectId id) const;
+  template <class T>
+  void change(T& setting, const T& value);
   template <class T>
   Gcad::ErrorStatus openTable(T*& table, Table which, GcDb::OpenMode mode) {
     return gcdbOpenObject(table, m_tables[which], mode);

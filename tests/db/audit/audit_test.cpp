@@ -48,7 +48,7 @@ class Audit : public testing::Test {
     EXPECT_EQ(table->add(block), Gcad::eOk);
     EXPECT_EQ(block->close(), Gcad::eOk);
     EXPECT_EQ(table->close(), Gcad::eOk);
-    GcDbLoader::completeBlock(m_database, block->objectId());
+    GcDbLoader::completeBlock(block->objectId());
     return block;
   }
 
