@@ -5,7 +5,7 @@
 (regapp "LAW")
 (command "_.-LAYER" "_N" "Walls,Doors,Spare" "_C" 1 "Walls" "_C" 3 "Doors" "")
 (command "_.-LINETYPE" "_L" "DASHED,CENTER" "acad.lin" "")
-(command "_.-STYLE" "Narrow" "txt" 0 0.8 0 "_N" "_N")
+(command "_.-STYLE" "Narrow" "txt" 0 0.8 0 "_N" "_N" "_N")
 (command "_.-DIMSTYLE" "_S" "Law")
 (defun made (groups) (entmakex groups))
 (defun entity (name class groups) (made (append (list (cons 0 name) '(100 . "AcDbEntity") (cons 100 class)) groups)))
