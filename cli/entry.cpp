@@ -27,6 +27,10 @@ int openParentheses(GcView text) {
     if (inText) {
       if (unit == GC_T('\\')) ++i;
       inText = unit != GC_T('"');
+    } else if (unit == GC_T(';') && i + 1 < text.size() && text[i + 1] == GC_T('|')) {
+      const size_t end = text.find(GC_T("|;"), i + 2);
+      if (end == GcView::npos) return std::max(depth, 1);
+      i = end + 1;
     } else if (unit == GC_T(';')) {
       i = std::min(text.find(GC_T('\n'), i), text.size());
     } else {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "cli/exitcode.h"
+#include "cli/memoryuse.h"
 #include "cli/terminal.h"
 
 #ifdef _WIN32
@@ -51,6 +52,7 @@ void setHandler(bool on) {
 #endif
 
 constexpr double kGraceS = 5;
+constexpr std::chrono::milliseconds kLookEvery(50);
 
 }  // namespace
 
@@ -94,6 +96,37 @@ double TimeLimit::secondsLeft() const {
 
 void TimeLimit::watch(lisp::Interpreter& interpreter) {
   if (m_seconds > 0) m_watchdog = std::make_unique<lisp::Watchdog>(interpreter, std::max(0.0, secondsLeft()));
+}
+
+MemoryLimit::MemoryLimit(lisp::Interpreter& interpreter, double megabytes)
+    : m_interpreter(interpreter), m_limit(static_cast<size_t>(megabytes * (1 << 20))), m_before(residentBytes()) {
+  if (m_limit == 0 || m_before == 0) return;
+  m_thread = std::thread([this] {
+    std::unique_lock lock(m_mutex);
+    while (!m_wake.wait_for(lock, kLookEvery, [this] { return m_over; })) look();
+  });
+}
+
+MemoryLimit::~MemoryLimit() {
+  if (!m_thread.joinable()) return;
+  {
+    const std::lock_guard lock(m_mutex);
+    m_over = true;
+  }
+  m_wake.notify_one();
+  m_thread.join();
+}
+
+void MemoryLimit::look() {
+  const size_t now = residentBytes();
+  const size_t taken = now > m_before ? now - m_before : 0;
+  if (taken <= m_limit) return;
+  m_interpreter.memoryLimit();
+  const auto time = std::chrono::steady_clock::now();
+  m_reached = std::min(m_reached, time);
+  if (taken < 2 * m_limit && std::chrono::duration<double>(time - m_reached).count() < kGraceS) return;
+  complain("gcad: memory limit\n");
+  std::_Exit(kMemoryLimit);
 }
 
 }  // namespace cli

@@ -1,4 +1,4 @@
-// What ends a program from outside: Ctrl-C and the time limit.
+// What ends a program from outside: Ctrl-C, the time limit, the memory limit.
 #pragma once
 
 #include <chrono>
@@ -47,6 +47,30 @@ class TimeLimit {
   std::mutex m_mutex;
   std::condition_variable m_wake;
   bool m_over = false;
+  std::thread m_thread;
+};
+
+// Ends the interpreter's programs when the process has taken more memory since this began than the limit, wherever it
+// went: the interpreter counts its own heap only, a drawing grows beside it. What does not end by itself within some
+// seconds, or takes as much again, ends the process with exit code 7. The interpreter must outlive this.
+class MemoryLimit {
+ public:
+  // megabytes: 0 for no limit.
+  MemoryLimit(lisp::Interpreter& interpreter, double megabytes);
+  ~MemoryLimit();
+  MemoryLimit(const MemoryLimit&) = delete;
+  MemoryLimit& operator=(const MemoryLimit&) = delete;
+
+ private:
+  void look();
+
+  lisp::Interpreter& m_interpreter;
+  size_t m_limit;  // bytes
+  size_t m_before;
+  std::mutex m_mutex;
+  std::condition_variable m_wake;
+  bool m_over = false;
+  std::chrono::steady_clock::time_point m_reached = std::chrono::steady_clock::time_point::max();
   std::thread m_thread;
 };
 

@@ -65,7 +65,12 @@ int repl(Terminal& terminal, const RunOptions& options) {
   if (const int code = session.loadPlugIn(); code != kDone) return code;
   if (const int code = session.openDrawing(); code != kDone) return code;
   if (const int code = session.openScreenLog(); code != kDone) return code;
-  return options.json ? serve(session) : interact(session);
+  TimeLimit time(options.timeLimitS);
+  time.watch(session.lisp());
+  const MemoryLimit memory(session.lisp(), options.memoryLimitMB);
+  const int code = options.json ? serve(session) : interact(session);
+  time.stopWatching();
+  return code;
 }
 
 }  // namespace cli

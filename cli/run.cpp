@@ -32,10 +32,11 @@ int runSources(Session& session, const RunOptions& options) {
   return kDone;
 }
 
-// The same, until the time is up or Ctrl-C is pressed.
+// The same, until the time is up, the memory is used or Ctrl-C is pressed.
 int runSourcesWithin(Session& session, const RunOptions& options, TimeLimit& limit) {
   limit.watch(session.lisp());
   const Interrupts interrupts(session.lisp());
+  const MemoryLimit memory(session.lisp(), options.memoryLimitMB);
   const int code = runSources(session, options);
   limit.stopWatching();
   return code;

@@ -3,6 +3,7 @@
 #include "cli/drawingfile.h"
 #include "cli/exitcode.h"
 #include "cli/inputfile.h"
+#include "cli/memoryuse.h"
 #include "db/groupdata.h"
 #include "host/ap/paths.h"
 #include "host/ap/process.h"
@@ -16,9 +17,11 @@ namespace {
 
 constexpr const GCHAR* kDefaultPlugIn = GC_T("VrkEntPropertyEx.grx");
 
+// Without a limit a program that runs wild still ends before the machine's memory does.
 lisp::VmLimits limitsOf(const RunOptions& options) {
   lisp::VmLimits limits;
   limits.memory = static_cast<size_t>(options.memoryLimitMB * (1 << 20));
+  if (limits.memory == 0) limits.memory = machineBytes() / 4 * 3;
   return limits;
 }
 

@@ -37,6 +37,8 @@ class LispSpace : public DocumentPart {
   virtual void evaluate(GcView text) = 0;
   // Runs the program's own command of this name (its function C:NAME). False when there is none.
   virtual bool runCommand(GcView name) = 0;
+  // Whether the program at work shall end: Ctrl-C, a limit. Long work asks now and then, stops and returns.
+  [[nodiscard]] virtual bool endWanted() const = 0;
   // The number or point a variable holds; None for anything else. And back; None sets nil.
   virtual LispNumber numberIn(GcView variable) = 0;
   virtual void putNumber(GcView variable, const LispNumber& number) = 0;

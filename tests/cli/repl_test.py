@@ -90,6 +90,11 @@ def main():
         session.answer(' "ab" "ac")', "\r\n1\r\n")
         session.answer("(while T)", "(while T)")
         session.interrupt("Function cancelled")                     # Ctrl-C ends a program
+        session.answer("(progn (repeat 5 (entmake '((0 . \"POINT\") (10 0 0)))) (while T))", "(while T)")
+        session.interrupt("Function cancelled")
+        session.answer("U", "Command: ")                            # what it had done is one step for U
+        session.answer('(list "left:" (ssget "_X"))', '("left:" nil)')
+        session.answer("(list 1 ;| a comment\n over lines |; 2)", "(1 2)")
         session.answer("(list 1 2", "(list 1 2", end="")
         session.interrupt("Command: ")                              # and drops a line
         session.answer("(* 6 7)", "\r\n42\r\n")

@@ -13,6 +13,11 @@ Editor& CommandInput::editor() const { return m_run.editor(); }
 GcDbDatabase& CommandInput::database() const { return editor().database(); }
 GcGePoint3d CommandInput::toWorld(const GcGePoint3d& user) const { return ucsToWorld(editor()) * user; }
 
+bool CommandInput::endWanted() const {
+  const ap::LispSpace* lisp = editor().document().lisp();
+  return lisp != nullptr && lisp->endWanted();
+}
+
 void CommandInput::tell(const char* text) const {
   if (integerVariable(editor(), "CMDECHO") != 0) ap::print(text);
 }

@@ -41,6 +41,8 @@ class CommandInput {
   };
   [[nodiscard]] AskAwaiter ask(Ask question) { return {m_run, std::move(question)}; }
 
+  // Ctrl-C, or a limit of the program that runs the command: a long loop ends, with what it has done so far.
+  [[nodiscard]] bool endWanted() const;
   // Tells the person something; nothing is shown while a program runs the command with CMDECHO off.
   void tell(const char* text) const;
 

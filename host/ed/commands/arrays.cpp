@@ -67,6 +67,7 @@ Task<bool> rectangular(CommandInput& in, Ids ids) {
   for (int row = 0; row < rowCount; ++row)
     for (int column = 0; column < columnCount; ++column) {
       if (row == 0 && column == 0) continue;
+      if (in.endWanted()) co_return false;
       GcGeMatrix3d shift;
       shift.setToTranslation(GcGeVector3d(column * right, row * up, 0));
       transformEntities(copyEntities(in.editor(), ids), user * shift * user.inverse());
@@ -90,6 +91,7 @@ Task<bool> polar(CommandInput& in, Ids ids) {
   const GcDbExtents box = extentsOf(ids);
   const GcGePoint3d middle = user.inverse() * (box.minPoint() + (box.maxPoint() - box.minPoint()) * 0.5);
   for (int i = 1; i < items; ++i) {
+    if (in.endWanted()) co_return false;
     GcGeMatrix3d turn;
     turn.setToRotation(i * step, GcGeVector3d::kZAxis, center.point);
     GcGeMatrix3d shift;

@@ -156,7 +156,7 @@ LISP_BUILTIN("vl-load-com", "(vl-load-com) -> nil", "Makes the vl functions avai
 }
 
 LISP_BUILTIN("vl-load-reactors", "(vl-load-reactors) -> nil",
-             "Loads what reactors of programs need; there are none, and their functions say so when called.") {
+             "Makes the functions of reactors available; they always are.") {
   return LispValue::nil();
 }
 
@@ -177,7 +177,7 @@ LISP_BUILTIN("vl-bt", "(vl-bt) -> nil", "Prints the functions that are running, 
     appendAscii(text, "\n[");
     appendInteger(text, level++);
     appendAscii(text, "] ");
-    line.function.empty() ? appendAscii(text, "-lambda-") : void(text.append(line.function));
+    line.function.empty() ? appendAscii(text, "(top level)") : void(text.append(line.function));
     if (line.line) {
       text.append(GC_T("  ")).append(line.file).push_back(GC_T(':'));
       appendInteger(text, line.line);

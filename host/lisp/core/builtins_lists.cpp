@@ -88,7 +88,7 @@ LISP_BUILTIN("assoc", "(assoc key alist) -> pair | nil", "First pair of alist wh
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail()) {
     const LispValue pair = rest.head();
     if (pair.isPair()) {
-      if (isEqual(pair.head(), key)) return pair;
+      if (isEqual(args.vm(), pair.head(), key)) return pair;
     } else if (pair) {
       failType(args.vm(), kConsp, pair);
     }
@@ -99,7 +99,7 @@ LISP_BUILTIN("assoc", "(assoc key alist) -> pair | nil", "First pair of alist wh
 LISP_BUILTIN("member", "(member x list) -> list | nil", "The rest of list from the first element equal to x.") {
   const LispValue x = args.any();
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail())
-    if (isEqual(rest.head(), x)) return rest;
+    if (isEqual(args.vm(), rest.head(), x)) return rest;
   return LispValue::nil();
 }
 
@@ -130,7 +130,7 @@ LISP_BUILTIN("subst", "(subst new old list) -> list", "The list with every eleme
   const LispValue old = args.any();
   ListBuilder out(args.vm());
   LispValue rest = args.list();
-  for (; rest.isPair(); rest = rest.tail()) out.add(isEqual(rest.head(), old) ? fresh : rest.head());
+  for (; rest.isPair(); rest = rest.tail()) out.add(isEqual(args.vm(), rest.head(), old) ? fresh : rest.head());
   out.closeWith(rest);
   return out.list();
 }
@@ -151,7 +151,7 @@ LISP_BUILTIN("vl-remove", "(vl-remove x list) -> list", "The list without the el
   const LispValue x = args.any();
   ListBuilder out(args.vm());
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail())
-    if (!isEqual(rest.head(), x)) out.add(rest.head());
+    if (!isEqual(args.vm(), rest.head(), x)) out.add(rest.head());
   return out.list();
 }
 
@@ -159,7 +159,7 @@ LISP_BUILTIN("vl-position", "(vl-position x list) -> integer | nil", "Index of t
   const LispValue x = args.any();
   int32_t n = 0;
   for (LispValue rest = args.list(); rest.isPair(); rest = rest.tail(), ++n)
-    if (isEqual(rest.head(), x)) return LispValue::integer(n);
+    if (isEqual(args.vm(), rest.head(), x)) return LispValue::integer(n);
   return LispValue::nil();
 }
 

@@ -91,7 +91,7 @@ LISP_BUILTIN("eq", "(eq x y) -> T | nil",
 LISP_BUILTIN("equal", "(equal x y [fuzz]) -> T | nil",
              "Whether both have equal structure; numbers may differ by fuzz.") {
   return LispValue::boolean(
-      isEqual(args[0], args[1], args.count() > 2 ? (args.skip(), args.skip(), args.real()) : 0.0));
+      isEqual(args.vm(), args[0], args[1], args.count() > 2 ? (args.skip(), args.skip(), args.real()) : 0.0));
 }
 
 LISP_BUILTIN("rem", "(rem [number]...) -> number", "The remainder of the division, with the sign of the first.") {

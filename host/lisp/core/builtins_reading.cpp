@@ -28,6 +28,18 @@ struct LoadJob {
       : text(std::move(content)),
         source{std::make_shared<const Text>(name), &positions},
         reader(text, vm.heap(), vm.symbols(), &positions) {}
+
+  // False at the end of the file; an error says where in it.
+  bool next(LispValue& form) {
+    try {
+      return reader.next(form);
+    } catch (LispError& error) {
+      error.file = *source.file;
+      error.line = reader.position().line;
+      error.column = reader.position().column;
+      throw;
+    }
+  }
 };
 
 const OpaqueType kLoadJobType = {"LOAD", [](uint64_t, Text&) {},
@@ -76,8 +88,8 @@ LISP_NATIVE("load", "(load name [onfailure]) -> value",
         throw LispError(std::move(message));
       }
       const LispValue other = native.slot(1);
-      const bool calls = other.isObject() && !objectOf<Opaque>(other, ObjectType::Opaque) &&
-                         (objectOf<Subr>(other, ObjectType::Subr) || objectOf<Function>(other, ObjectType::Function));
+      const bool calls = objectOf<Subr>(other, ObjectType::Subr) || objectOf<Function>(other, ObjectType::Function) ||
+                         (other.isPair() && other.head() == LispValue::of(vm.names().lambda));
       return calls ? native.tailCall(other, 0) : native.done(other);
     }
     native.state() = 1;
@@ -86,7 +98,7 @@ LISP_NATIVE("load", "(load name [onfailure]) -> value",
   }
   auto& job = *reinterpret_cast<LoadJob*>(objectOf<Opaque>(native.extra(0), ObjectType::Opaque)->payload);
   LispValue form;
-  if (!job.reader.next(form)) return native.done(native.extra(1));
+  if (!job.next(form)) return native.done(native.extra(1));
   return native.call(LispValue::of(static_cast<Object*>(compileForm(vm, form, job.source))), 0);
 }
 

@@ -1,5 +1,8 @@
 // Strings.
 #include <algorithm>
+#include <bitset>
+#include <unordered_map>
+#include <vector>
 
 #include "host/lisp/core/builtin.h"
 #include "host/lisp/core/vm.h"
@@ -25,6 +28,44 @@ size_t natural(Args& args) {
   if (n < 0) failValue(args, "non-negative:", LispValue::integer(n));
   return static_cast<size_t>(n);
 }
+
+// For each unit of the pattern: how much of its start has been seen again when the unit after it does not fit.
+std::vector<uint32_t> overlaps(TextView pattern) {
+  std::vector<uint32_t> result(pattern.size(), 0);
+  for (uint32_t i = 1, length = 0; i < pattern.size(); ++i) {
+    while (length > 0 && pattern[i] != pattern[length]) length = result[length - 1];
+    if (pattern[i] == pattern[length]) ++length;
+    result[i] = length;
+  }
+  return result;
+}
+
+// Where the pattern begins at or after `start`. A long pattern is searched by Knuth, Morris and Pratt, whose time is
+// that of reading both once.
+size_t find(TextView text, TextView pattern, size_t start) {
+  constexpr size_t kShort = 32;
+  if (start > text.size()) return TextView::npos;
+  if (pattern.size() <= kShort) return text.find(pattern, start);
+  const std::vector<uint32_t> again = overlaps(pattern);
+  size_t seen = 0;
+  for (size_t i = start; i < text.size(); ++i) {
+    while (seen > 0 && text[i] != pattern[seen]) seen = again[seen - 1];
+    if (text[i] == pattern[seen] && ++seen == pattern.size()) return i + 1 - seen;
+  }
+  return TextView::npos;
+}
+
+// Which characters a string has.
+class Characters {
+ public:
+  explicit Characters(TextView text) {
+    for (const GCHAR c : text) m_has.set(static_cast<uint16_t>(c));
+  }
+  [[nodiscard]] bool has(GCHAR c) const { return m_has.test(static_cast<uint16_t>(c)); }
+
+ private:
+  std::bitset<65536> m_has;
+};
 
 }  // namespace
 
@@ -115,7 +156,7 @@ LISP_BUILTIN("vl-string-search", "(vl-string-search pattern string [start]) -> i
   const TextView pattern = args.string();
   const TextView text = args.string();
   const size_t start = args.moreNotNil() ? natural(args) : 0;
-  const size_t at = start > text.size() ? TextView::npos : text.find(pattern, start);
+  const size_t at = find(text, pattern, start);
   return at == TextView::npos ? LispValue::nil() : LispValue::integer(static_cast<int32_t>(at));
 }
 
@@ -139,7 +180,7 @@ LISP_BUILTIN("vl-string-subst", "(vl-string-subst new old string [start]) -> str
   const LispValue string = args.stringValue();
   const TextView text = string.asString()->view();
   const size_t start = args.moreNotNil() ? natural(args) : 0;
-  const size_t at = start > text.size() || old.empty() ? TextView::npos : text.find(old, start);
+  const size_t at = old.empty() ? TextView::npos : find(text, old, start);
   if (at == TextView::npos) return string;
   Text out(text.substr(0, at));
   out.append(fresh).append(text.substr(at + old.size()));
@@ -151,22 +192,20 @@ LISP_BUILTIN("vl-string-translate", "(vl-string-translate from to string) -> str
   const TextView from = args.string();
   const TextView to = args.string();
   Text out(args.string());
-  for (GCHAR& c : out) {
-    const size_t at = from.find(c);
-    if (at < to.size()) c = to[at];
-  }
+  std::unordered_map<GCHAR, GCHAR> becomes;
+  for (size_t i = 0; i < from.size(); ++i) becomes.emplace(from[i], i < to.size() ? to[i] : from[i]);
+  for (GCHAR& c : out)
+    if (const auto found = becomes.find(c); found != becomes.end()) c = found->second;
   return args.newString(TextView(out));
 }
 
 namespace {
 
 LispValue trim(Args& args, bool left, bool right) {
-  const TextView set = args.string();
+  const Characters set(args.string());
   TextView text = args.string();
-  const size_t from = left ? text.find_first_not_of(set) : 0;
-  if (from == TextView::npos) return args.newString(TextView());
-  text.remove_prefix(from);
-  if (right) text = text.substr(0, text.find_last_not_of(set) + 1);
+  while (left && !text.empty() && set.has(text.front())) text.remove_prefix(1);
+  while (right && !text.empty() && set.has(text.back())) text.remove_suffix(1);
   return args.newString(text);
 }
 

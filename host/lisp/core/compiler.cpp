@@ -27,7 +27,9 @@ Function* compileLambda(Vm& vm, LispValue list, const CompileSource& source) {
 
 Function* Compiler::form(LispValue form) {
   expression(form, Want::Value);
-  return finish(nullptr);
+  Function* f = finish(nullptr);
+  f->flags |= Function::kForm;
+  return f;
 }
 
 Function* Compiler::function(Symbol* name, LispValue parameters, LispValue forms) {

@@ -21,7 +21,13 @@ struct LispError {
   Text message;
   int exitCode = 0;
   bool silent = false;    // no message when nothing handles it: exit with a code
+  bool endsAll = false;   // programs cannot catch it
   bool reported = false;  // *error* has run or the message has been printed
+
+  // Where in a text that was being read; no file when the error has nothing to do with reading.
+  Text file;
+  uint32_t line = 0;
+  uint32_t column = 0;
 
   explicit LispError(Text text) : message(std::move(text)) {}
   LispError(ErrorKind k, Text text) : kind(k), message(std::move(text)) {}

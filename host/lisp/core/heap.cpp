@@ -10,6 +10,8 @@ namespace lisp {
 
 namespace {
 
+constexpr size_t kMaxTextLength = UINT32_MAX / 4;  // units
+
 // Sets bits [from, to) of a bitmap.
 void setBits(uint64_t* words, size_t from, size_t to) {
   while (from < to) {
@@ -117,8 +119,14 @@ void Heap::enlist(Object* object, ObjectType type) {
   m_objects = object;
 }
 
+void Heap::checkText(size_t length) const {
+  if (length > kMaxTextLength) fail(ErrorKind::MemoryLimit, "string too long");
+  if (m_memoryLimit && length * sizeof(GCHAR) > m_memoryLimit)
+    fail(ErrorKind::MemoryLimit, "memory limit reached");
+}
+
 StringObject* Heap::newString(size_t length) {
-  if (length > UINT32_MAX / 4) fail(ErrorKind::MemoryLimit, "string too long");
+  checkText(length);
   const size_t bytes = sizeof(StringObject) + (length + 1) * sizeof(GCHAR);
   auto* object = static_cast<StringObject*>(account(bytes));
   object->flags = 0;

@@ -96,6 +96,8 @@ class Heap {
   void setStress(bool on) { m_stress = on; }
   bool stress() const { return m_stress; }
   // 0: none. Beyond it the next safe point raises a MemoryLimit error unless a collection helps.
+  // Ends the program when a text of so many units, not yet on the heap, is more than may be.
+  void checkText(size_t length) const;
   void setMemoryLimit(size_t bytes) { m_memoryLimit = m_memoryCeiling = bytes; }
   const HeapStatistics& statistics() const { return m_statistics; }
 

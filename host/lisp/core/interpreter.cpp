@@ -40,6 +40,7 @@ EvalResult Interpreter::guarded(OnError onError, Work work) {
     result.status = statusOf(error.kind);
     result.message = error.message;
     result.exitCode = error.exitCode;
+    result.endsAll = error.endsAll;
     if (error.kind == ErrorKind::ExitValue)
       result.value = m_vm.exitValue;
     else if (error.reported)
@@ -47,6 +48,7 @@ EvalResult Interpreter::guarded(OnError onError, Work work) {
   };
   try {
     result.value = work();
+    m_vm.checkEnd();  // work of C++ code that was told to stop has come back, and no safe point followed
   } catch (LispError& error) {
     failed(error);
   } catch (const std::exception&) {
@@ -102,6 +104,7 @@ void Interpreter::endAround(const EvalResult& inner) {
   if (!m_vm.isRunning()) return;
   if (inner.status == EvalStatus::TimeLimit) m_vm.requestTimeLimit();
   if (inner.status == EvalStatus::Cancelled) m_vm.requestInterrupt();
+  if (inner.status == EvalStatus::MemoryLimit && inner.endsAll) m_vm.requestMemoryLimit();
 }
 
 void Interpreter::define(TextView name, int code) {

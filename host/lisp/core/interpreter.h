@@ -26,6 +26,7 @@ struct EvalResult {
   LispValue value;  // root it before the next evaluation if it is to stay
   Text message;     // of the error
   int exitCode = 0;
+  bool endsAll = false;          // a limit of the whole process
   std::vector<TraceLine> trace;  // innermost function first, with file and line
 };
 
@@ -87,9 +88,12 @@ class Interpreter {
   // Hands on what has been printed but still lies in the buffer.
   void flush() { m_vm.flush(); }
 
-  // From any thread: the running program ends with "Function cancelled" / without running any handler.
+  // From any thread: the running program ends with "Function cancelled", or because a limit is reached. Programs can
+  // catch the first; of a limit their *error* learns, with a little time for it.
   void interrupt() { m_vm.requestInterrupt(); }
   void timeLimit() { m_vm.requestTimeLimit(); }
+  void memoryLimit() { m_vm.requestMemoryLimit(); }
+  [[nodiscard]] bool endWanted() const { return m_vm.endWanted(); }
 
   Vm& vm() { return m_vm; }
 

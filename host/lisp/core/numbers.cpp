@@ -3,6 +3,8 @@
 #include <cmath>
 #include <vector>
 
+#include "host/lisp/core/vm.h"
+
 namespace lisp {
 
 namespace {
@@ -84,9 +86,11 @@ bool isEq(LispValue left, LispValue right) {
   return left.isObject() && right.isObject() && sameObject(*left.asObject(), *right.asObject());
 }
 
-bool isEqual(LispValue left, LispValue right, double fuzz) {
-  std::vector<LispValue> later;  // pairs of tails still to compare
-  for (;;) {
+bool isEqual(Vm& vm, LispValue left, LispValue right, double fuzz) {
+  constexpr uint32_t kAskEvery = 1u << 16;  // elements
+  std::vector<LispValue> later;             // pairs of tails still to compare
+  for (uint32_t count = 1;; ++count) {
+    if (count % kAskEvery == 0) vm.checkEnd();
     while (left.isPair() && right.isPair()) {
       if (left == right) break;
       later.push_back(left.tail());

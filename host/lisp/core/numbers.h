@@ -15,7 +15,8 @@ bool compare(Vm& vm, Core id, LispValue left, LispValue right);
 bool equalAtoms(LispValue left, LispValue right);
 // (eq a b): identity, and equality of strings, entity names and numbers of one type.
 bool isEq(LispValue left, LispValue right);
-// (equal a b fuzz): structure; numbers may differ by `fuzz`.
-bool isEqual(LispValue left, LispValue right, double fuzz = 0.0);
+// (equal a b fuzz): structure; numbers may differ by `fuzz`. Lists that share their parts can take without end, so the
+// program's end is asked for meanwhile.
+bool isEqual(Vm& vm, LispValue left, LispValue right, double fuzz = 0.0);
 
 }  // namespace lisp

@@ -81,6 +81,9 @@ struct CodePosition {
 
 struct Function : Object {
   static constexpr uint32_t kAnyCount = UINT32_MAX;  // paramCount of a traced function, which takes what it gets
+  static constexpr uint16_t kForm = 1;               // flags: made of a form, not of a lambda or defun
+
+  bool isForm() const { return (flags & kForm) != 0; }
 
   const Word* code = nullptr;
   uint32_t paramCount = 0;

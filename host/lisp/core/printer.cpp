@@ -42,8 +42,10 @@ void appendAtom(Text& out, LispValue v, PrintStyle style, ObjectPrinter& objects
 
 void appendValue(Text& out, LispValue value, PrintStyle style, ObjectPrinter& objects) {
   if (!value.isPair()) return appendAtom(out, value, style, objects);
-  std::vector<LispValue> open;  // for each list under way: what follows the element being printed
-  for (;;) {
+  constexpr uint32_t kAskEvery = 4096;  // elements
+  std::vector<LispValue> open;          // for each list under way: what follows the element being printed
+  for (uint32_t count = 1;; ++count) {
+    if (count % kAskEvery == 0) objects.printing(out.size());
     // Down to the first atom of a nested head.
     while (value.isPair()) {
       out.push_back(GC_T('('));

@@ -14,6 +14,8 @@ enum class PrintStyle : uint8_t {
 class ObjectPrinter {
  public:
   virtual void printObject(const Object& object, Text& out) = 0;
+  // Asked now and then while a list prints, `length` units so far; throws to stop it.
+  virtual void printing(size_t length) = 0;
 
  protected:
   ~ObjectPrinter() = default;

@@ -12,6 +12,7 @@ namespace {
 // Beyond the limits, for what runs after they are reached: the *error* handler and the printing of its message.
 constexpr uint32_t kReserveFrames = 2000;
 constexpr size_t kReserveSlots = 20'000;
+constexpr std::chrono::seconds kHandlerTime(2);
 
 }  // namespace
 
@@ -244,11 +245,25 @@ void Vm::setStress(bool on) {
 
 void Vm::poll(LispValue callee) {
   const uint32_t wanted = m_poll.exchange(m_heap.stress() ? kPollHeap : 0, std::memory_order_relaxed);
-  if (wanted & kPollTimeLimit) fail(ErrorKind::TimeLimit, "time limit reached");
-  if (wanted & kPollInterrupt) fail(ErrorKind::Cancelled, "Function cancelled");
+  endIfWanted(wanted);
   m_callee = callee;
   wanted& kPollCollect ? m_heap.collect() : m_heap.safePoint();
   m_callee = LispValue::nil();
+}
+
+// The limits are asked for again and again; the *error* handler of a program that reached one has a little time.
+void Vm::endIfWanted(uint32_t requests) {
+  if (!(requests & kPollEnd)) return;
+  const bool limit = !(requests & kPollInterrupt);
+  if (limit && m_inHandler && std::chrono::steady_clock::now() < m_handlerEnd) return;
+  if (requests & (kPollTimeLimit | kPollMemoryLimit)) {
+    const bool time = requests & kPollTimeLimit;
+    LispError error(time ? ErrorKind::TimeLimit : ErrorKind::MemoryLimit,
+                    fromUtf8(time ? "time limit reached" : "memory limit reached"));
+    error.endsAll = true;
+    throw error;
+  }
+  fail(ErrorKind::Cancelled, "Function cancelled");
 }
 
 // ---- errors
@@ -262,7 +277,7 @@ void Vm::unbindTo(Binding* mark) {
 
 // Goes back to the innermost vl-catch-all-apply of this run and leaves its error object; false when there is none.
 bool Vm::recover(const LispError& error, const Frame* entry) {
-  if (error.kind == ErrorKind::TimeLimit || error.kind == ErrorKind::ExitValue) return false;
+  if (error.endsAll || error.kind == ErrorKind::ExitValue) return false;
   for (Frame* f = m_frame; f > entry; --f) {
     if (f->function || f->subr != m_catchSubr || f->state == 0) continue;
     unbindTo(f->bindings);
@@ -291,23 +306,26 @@ bool Vm::setReporting(bool on) {
 void Vm::report(LispError& error) {
   error.reported = true;
   m_lastTrace = backTrace(1000);
-  if (error.kind == ErrorKind::TimeLimit || error.kind == ErrorKind::ExitValue || m_inHandler) return;
-  const LispValue handler = m_names.errorHandler->value;
+  if (error.line != 0) m_lastTrace.insert(m_lastTrace.begin(), TraceLine{{}, error.file, error.line, error.column});
+  if (error.kind == ErrorKind::ExitValue || m_inHandler) return;
+  if (const LispValue handler = m_names.errorHandler->value) return callHandler(handler, error);
+  if (error.silent) return;
+  Text line = fromUtf8(m_atLineStart ? "; error: " : "\n; error: ");
+  line.append(error.message).push_back(GC_T('\n'));
+  write(line);
+}
+
+void Vm::callHandler(LispValue handler, LispError& error) {
   m_valueLimit += kReserveSlots;
   m_frameLimit += kReserveFrames;
   m_inHandler = true;
+  m_handlerEnd = std::chrono::steady_clock::now() + kHandlerTime;
   try {
-    if (handler) {
-      const LispValue message = m_heap.string(error.message);
-      call(handler, &message, 1);
-    } else if (!error.silent) {
-      Text line = fromUtf8(m_atLineStart ? "; error: " : "\n; error: ");
-      line.append(error.message).push_back(GC_T('\n'));
-      write(line);
-    }
+    const LispValue message = m_heap.string(error.message);
+    call(handler, &message, 1);
   } catch (LispError& second) {
     // An error of the handler itself ends it.
-    if (second.kind == ErrorKind::TimeLimit) error.kind = ErrorKind::TimeLimit;
+    if (second.endsAll) error.kind = second.kind;
   }
   m_inHandler = false;
   m_valueLimit -= kReserveSlots;
@@ -320,7 +338,12 @@ void Vm::describeFrame(const Frame& frame, TraceLine& line) const {
     return;
   }
   const Function& f = *frame.function;
-  if (f.name) line.function = Text(f.name->text());
+  if (f.name)
+    line.function = Text(f.name->text());
+  else if (!f.isForm())
+    line.function = GC_T("-lambda-");
+  else if (!f.file)
+    line.function = GC_T("EVAL");
   if (f.file) line.file = *f.file;
   const auto offset = static_cast<uint32_t>(frame.pc - f.code);
   for (const CodePosition& p : f.positions) {
@@ -360,6 +383,12 @@ void Vm::flush() {
   Text text;
   text.swap(m_output);
   m_host.write(text);
+}
+
+// A list that shares its parts can be short in memory and endless on paper.
+void Vm::printing(size_t length) {
+  checkEnd();
+  m_heap.checkText(length);
 }
 
 Text Vm::print(LispValue value, PrintStyle style) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <set>
@@ -66,7 +67,7 @@ class Root {
 
 // One line of a back trace, innermost first.
 struct TraceLine {
-  Text function;
+  Text function;  // its name, "-lambda-" without one, "EVAL" for a form made by a program; empty for a form at the top level of a text
   Text file;
   uint32_t line = 0;
   uint32_t column = 0;
@@ -106,6 +107,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
   void define(Symbol* symbol, LispValue builtin);
   Text print(LispValue value, PrintStyle style);
   void printObject(const Object& object, Text& out) override;
+  void printing(size_t length) override;
   LispValue typeOf(LispValue value);
   void write(TextView text);
   void flush();
@@ -115,7 +117,16 @@ class Vm final : public HeapClient, public ObjectPrinter {
   // From any thread.
   void requestInterrupt() { m_poll.fetch_or(kPollInterrupt, std::memory_order_relaxed); }
   void requestTimeLimit() { m_poll.fetch_or(kPollTimeLimit, std::memory_order_relaxed); }
-  void clearInterrupts() { m_poll.fetch_and(~(kPollInterrupt | kPollTimeLimit), std::memory_order_relaxed); }
+  // The process takes more memory than it may, whether in this heap or elsewhere.
+  void requestMemoryLimit() { m_poll.fetch_or(kPollMemoryLimit, std::memory_order_relaxed); }
+  void clearInterrupts() { m_poll.fetch_and(~kPollEnd, std::memory_order_relaxed); }
+  // Whether the program shall end: for long work of C++ code, which then stops and returns.
+  bool endWanted() const { return (m_poll.load(std::memory_order_relaxed) & kPollEnd) != 0; }
+  // The same for code that may throw: ends the program if that is wanted.
+  void checkEnd() {
+    if (endWanted()) [[unlikely]]
+      endIfWanted(m_poll.fetch_and(~kPollEnd, std::memory_order_relaxed));
+  }
   void setStress(bool on);
   void requestCollection() { m_poll.fetch_or(kPollHeap | kPollCollect, std::memory_order_relaxed); }
 
@@ -160,6 +171,8 @@ class Vm final : public HeapClient, public ObjectPrinter {
   static constexpr uint32_t kPollInterrupt = 2;
   static constexpr uint32_t kPollTimeLimit = 4;
   static constexpr uint32_t kPollCollect = 8;
+  static constexpr uint32_t kPollMemoryLimit = 16;
+  static constexpr uint32_t kPollEnd = kPollInterrupt | kPollTimeLimit | kPollMemoryLimit;
 
   struct Entry {
     LispValue callee;
@@ -170,6 +183,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
   LispValue execute(Entry entry);
   LispValue executeGuarded(Entry entry);
   void poll(LispValue callee);
+  void endIfWanted(uint32_t requests);
   void installBuiltins();
   Subr* makeSubr(const Builtin& row, Symbol* name);
   LispValue resolveCallee(LispValue callee);
@@ -188,6 +202,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
   bool recover(const LispError& error, const Frame* entry);
   bool insideCatch() const;
   void describeFrame(const Frame& frame, TraceLine& line) const;
+  void callHandler(LispValue handler, LispError& error);
 
   HostCalls& m_host;
   Environment& m_environment;
@@ -216,6 +231,7 @@ class Vm final : public HeapClient, public ObjectPrinter {
   int m_traceDepth = 0;
   bool m_reporting = false;
   bool m_inHandler = false;
+  std::chrono::steady_clock::time_point m_handlerEnd;  // until then the handler of a limit is left alone
   bool m_atLineStart = true;
   Text m_output;
   Text m_typedText;

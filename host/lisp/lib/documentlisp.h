@@ -22,6 +22,7 @@ class DocumentLisp final : public ap::LispSpace {
   void forgetPlugIn(const void* plugIn) override;
   void evaluate(GcView text) override;
   bool runCommand(GcView name) override;
+  [[nodiscard]] bool endWanted() const override { return m_interpreter.endWanted(); }
   ap::LispNumber numberIn(GcView variable) override;
   void putNumber(GcView variable, const ap::LispNumber& number) override;
   bool convertUnits(double& value, GcView from, GcView to) override;
