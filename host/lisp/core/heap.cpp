@@ -121,8 +121,7 @@ void Heap::enlist(Object* object, ObjectType type) {
 
 void Heap::checkText(size_t length) const {
   if (length > kMaxTextLength) fail(ErrorKind::MemoryLimit, "string too long");
-  if (m_memoryLimit && length * sizeof(GCHAR) > m_memoryLimit)
-    fail(ErrorKind::MemoryLimit, "memory limit reached");
+  if (m_memoryLimit && length * sizeof(GCHAR) > m_memoryLimit) fail(ErrorKind::MemoryLimit, "memory limit reached");
 }
 
 StringObject* Heap::newString(size_t length) {

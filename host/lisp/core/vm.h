@@ -65,9 +65,10 @@ class Root {
   Root* m_next = nullptr;
 };
 
-// One line of a back trace, innermost first.
+// One line of a back trace, innermost first. The function is "-lambda-" when it has no name, "EVAL" for a form that a
+// program made, and empty for a form at the top level of a text.
 struct TraceLine {
-  Text function;  // its name, "-lambda-" without one, "EVAL" for a form made by a program; empty for a form at the top level of a text
+  Text function;
   Text file;
   uint32_t line = 0;
   uint32_t column = 0;
