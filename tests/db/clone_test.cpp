@@ -8,7 +8,10 @@
 #include "db/text.h"
 #include "db/xrecord.h"
 #include "host/db/core/store.h"
+#include "host/db/describe/fieldio.h"
+#include "host/db/objects/contextdata.h"
 #include "host/db/objects/draworder.h"
+#include "host/db/objects/standard.h"
 #include "host/db/objects/textfield.h"
 #include "host/rx/view.h"
 
@@ -125,6 +128,73 @@ TEST(WblockClone, BringsTheLayerAlongOnce) {
     EXPECT_EQ(record.linetypeObjectId(), target.continuousLinetype());
   });
   EXPECT_EQ(source.store().openCount() + target.store().openCount(), 0);
+}
+
+GcDbObjectId addScale(GcDbDatabase& database, const GCHAR* key, const GCHAR* name, double units) {
+  GcDbObjectId list, id;
+  change<GcDbDictionary>(database.namedObjectsDictionaryId(),
+                         [&](GcDbDictionary& root) { EXPECT_EQ(root.getAt(GC_T("ACAD_SCALELIST"), list), Gcad::eOk); });
+  change<GcDbDictionary>(list, [&](GcDbDictionary& scales) {
+    auto* scale = new GcDbScale(name, 1, units, false);
+    EXPECT_EQ(scales.setAt(key, scale, id), Gcad::eOk);
+    EXPECT_EQ(scale->close(), Gcad::eOk);
+  });
+  return id;
+}
+
+// How the entity looks at the scale, under the key in its extension dictionary.
+void addContext(GcDbObjectId entity, const GCHAR* key, GcDbObjectId scale) {
+  change<GcDbDictionary>(entity.stub()->object->extensionDictionary(), [&](GcDbDictionary& dictionary) {
+    auto* context = new GcDbAnnotScaleObjectContextData;
+    GcDbObjectId id;
+    EXPECT_EQ(dictionary.setAt(key, context, id), Gcad::eOk);
+    GcDbFieldReader reader(*context, GcDb::kDHL_Current);
+    EXPECT_TRUE(reader.take(GcDbGroup::ofText(100, GC_T("AcDbAnnotScaleObjectContextData"))));
+    EXPECT_TRUE(reader.take(GcDbGroup::ofId(340, scale)));
+    EXPECT_EQ(context->close(), Gcad::eOk);
+  });
+}
+
+GcDbObjectId scaleOf(GcDbObjectId entity, const GCHAR* key) {
+  GcDbObjectId scale;
+  change<GcDbDictionary>(entity.stub()->object->extensionDictionary(), [&](GcDbDictionary& dictionary) {
+    GcDbAnnotScaleObjectContextData* context = nullptr;
+    ASSERT_EQ(dictionary.getAt(key, context, GcDb::kForRead), Gcad::eOk);
+    scale = context->scaleId();
+    EXPECT_EQ(context->close(), Gcad::eOk);
+  });
+  return scale;
+}
+
+// Keys of scales are numbers that mean another scale in another drawing: names tell.
+TEST(WblockClone, ScalesAreThoseOfTheirNames) {
+  GcDbDatabase source, target;
+  const GcDbObjectId known = addScale(source, GC_T("B1"), GC_T("1:7"), 7);
+  const GcDbObjectId unknown = addScale(source, GC_T("B2"), GC_T("1:11"), 11);
+  addScale(target, GC_T("B1"), GC_T("1:9"), 9);
+  const GcDbObjectId taken = addScale(target, GC_T("B2"), GC_T("1:13"), 13);
+  const GcDbObjectId same = addScale(target, GC_T("C5"), GC_T("1:7"), 7);
+  const GcDbObjectId line = addLine(source, {1, 0, 0});
+  change<GcDbLine>(line, [&](GcDbLine& each) { EXPECT_EQ(each.createExtensionDictionary(), Gcad::eOk); });
+  addContext(line, GC_T("KNOWN"), known);
+  addContext(line, GC_T("UNKNOWN"), unknown);
+  GcDbObjectIdArray ids;
+  ids.append(line);
+  GcDbIdMapping map;
+  ASSERT_EQ(source.wblockCloneObjects(ids, target.modelSpaceId(), map, GcDb::kDrcIgnore), Gcad::eOk);
+  const GcDbObjectId copy = onlyCopy(map, line);
+  EXPECT_EQ(scaleOf(copy, GC_T("KNOWN")), same);
+  const GcDbObjectId made = scaleOf(copy, GC_T("UNKNOWN"));
+  EXPECT_EQ(made.database(), &target);
+  EXPECT_NE(made, taken);
+  change<GcDbScale>(made, [&](GcDbScale& scale) {
+    EXPECT_EQ(scale.name(), GcString(GC_T("1:11")));
+    EXPECT_EQ(scale.ownerId(), taken.stub()->object->ownerId());
+  });
+  // Within one drawing the scale is the same one.
+  GcDbIdMapping again;
+  ASSERT_EQ(source.deepCloneObjects(ids, source.modelSpaceId(), again, false), Gcad::eOk);
+  EXPECT_EQ(scaleOf(onlyCopy(again, line), GC_T("KNOWN")), known);
 }
 
 class DuplicateRecords : public testing::TestWithParam<std::pair<GcDb::DuplicateRecordCloning, int>> {};

@@ -13,6 +13,7 @@
 #include "host/db/core/names.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/draworder.h"
+#include "host/db/objects/standard.h"
 #include "host/rx/view.h"
 
 namespace {
@@ -255,6 +256,27 @@ GcDbObjectId GcDbCloner::targetDictionary(GcDbObjectId sourceDictionary) {
   return id;
 }
 
+namespace {
+
+// What stands for an entry in the dictionary of another drawing. Keys say it, but for scales: those have keys that are
+// only numbers ("A3"), and are the same when their name is. A scale whose key is taken by another one gets a new key.
+GcDbObjectId sameEntry(const GcDbDictionary& dictionary, GcDbObjectId source, GcString& key) {
+  Reading<GcDbScale> scale(source.objectClass() == GcDbScale::desc() ? source : GcDbObjectId());
+  GcDbObjectId existing;
+  if (!scale) {
+    ignore(dictionary.getAt(key.c_str(), existing));
+    return existing;
+  }
+  for (const GcDbDictionaryEntry& entry : dictionary.entries()) {
+    Reading<GcDbScale> other(entry.id);
+    if (other && equalNoCase(view(other->name()), view(scale->name()))) return entry.id;
+  }
+  for (int n = 0; dictionary.has(key.c_str()); ++n) key = toGcString(GC_T("A") + fromUtf8(std::to_string(n)));
+  return {};
+}
+
+}  // namespace
+
 GcDbObjectId GcDbCloner::counterpartEntry(GcDbObjectId source, GcDbObjectId ownerId) {
   GcString key;
   {
@@ -264,10 +286,9 @@ GcDbObjectId GcDbCloner::counterpartEntry(GcDbObjectId source, GcDbObjectId owne
   const GcDbObjectId dictionaryId = targetDictionary(ownerId);
   GcDbDictionary* dictionary = nullptr;
   if (gcdbOpenObject(dictionary, dictionaryId, GcDb::kForRead) != Gcad::eOk) return {};
-  GcDbObjectId existing;
-  const bool exists = dictionary->getAt(key.c_str(), existing) == Gcad::eOk;
+  const GcDbObjectId existing = sameEntry(*dictionary, source, key);
   ignore(dictionary->close());
-  if (exists) {
+  if (!existing.isNull()) {
     m_map.assign({source, existing, false, false});
     return existing;
   }

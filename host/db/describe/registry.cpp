@@ -46,6 +46,7 @@
 #include "host/db/entities/subdmesh.h"
 #include "host/db/entities/table.h"
 #include "host/db/entities/underlay.h"
+#include "host/db/objects/contextdata.h"
 #include "host/db/objects/dimassoc.h"
 #include "host/db/objects/filters.h"
 #include "host/db/objects/imagedef.h"

@@ -30,6 +30,7 @@ void addAll(std::vector<ClassPacking>& list) {
   addScenes(list);
   addTableStyles(list);
   addForeign(list);
+  addContexts(list);
   addTextFields(list);
 }
 

@@ -33,6 +33,7 @@ void addTableStyles(std::vector<ClassPacking>& list);
 void addTextFields(std::vector<ClassPacking>& list);
 void addScenes(std::vector<ClassPacking>& list);
 void addMaterials(std::vector<ClassPacking>& list);
+void addContexts(std::vector<ClassPacking>& list);
 void addForeign(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 
