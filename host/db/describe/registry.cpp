@@ -49,6 +49,7 @@
 #include "host/db/objects/contextdata.h"
 #include "host/db/objects/dimassoc.h"
 #include "host/db/objects/filters.h"
+#include "host/db/objects/geodata.h"
 #include "host/db/objects/imagedef.h"
 #include "host/db/objects/material.h"
 #include "host/db/objects/mleaderstyle.h"

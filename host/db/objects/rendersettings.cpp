@@ -23,3 +23,14 @@ GCDB_FIELD_COUNT(GcDbRenderSettings);
 GC_RENDER_SETTINGS(GcDbMentalRayRenderSettings, "AcDbMentalRayRenderSettings");
 GC_RENDER_SETTINGS(GcDbRapidRTRenderSettings, "AcDbRapidRTRenderSettings");
 #undef GC_RENDER_SETTINGS
+
+#define GC_RENDER_OBJECT(Class, name)  \
+  GCDB_DEFINE_CLASS(Class, name)       \
+  const GcDbField Class::kFields[] = { \
+      marker(name),                    \
+      rest<&Class::m_data>("data"),    \
+  };                                   \
+  GCDB_FIELD_COUNT(Class)
+GC_RENDER_OBJECT(GcDbRenderGlobal, "AcDbRenderGlobal");
+GC_RENDER_OBJECT(GcDbRenderEnvironment, "AcDbRenderEnvironment");
+#undef GC_RENDER_OBJECT

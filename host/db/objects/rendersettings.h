@@ -34,3 +34,20 @@ class GcDbRenderSettings : public GcDbObject {
 GC_RENDER_SETTINGS(GcDbMentalRayRenderSettings);
 GC_RENDER_SETTINGS(GcDbRapidRTRenderSettings);
 #undef GC_RENDER_SETTINGS
+
+// Objects of rendering that stand by themselves.
+#define GC_RENDER_OBJECT(Class)        \
+  class Class : public GcDbObject {    \
+   public:                             \
+    GCRX_DECLARE_MEMBERS(Class);       \
+    static const GcDbField kFields[];  \
+    static const int kFieldCount;      \
+    Class() = default;                 \
+                                       \
+   private:                            \
+    friend struct GcDbRecordOf<Class>; \
+    GcDbGroupList m_data;              \
+  }
+GC_RENDER_OBJECT(GcDbRenderGlobal);       // what is rendered, where to, how large
+GC_RENDER_OBJECT(GcDbRenderEnvironment);  // fog and picture behind
+#undef GC_RENDER_OBJECT

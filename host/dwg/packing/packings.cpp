@@ -29,6 +29,8 @@ void addAll(std::vector<ClassPacking>& list) {
   addMaterials(list);
   addScenes(list);
   addTableStyles(list);
+  addRenderers(list);
+  addGeoData(list);
   addForeign(list);
   addContexts(list);
   addTextFields(list);

@@ -34,6 +34,8 @@ void addTextFields(std::vector<ClassPacking>& list);
 void addScenes(std::vector<ClassPacking>& list);
 void addMaterials(std::vector<ClassPacking>& list);
 void addContexts(std::vector<ClassPacking>& list);
+void addRenderers(std::vector<ClassPacking>& list);
+void addGeoData(std::vector<ClassPacking>& list);
 void addForeign(std::vector<ClassPacking>& list);
 void addObjects(std::vector<ClassPacking>& list);
 

@@ -4,7 +4,6 @@
 // table's, then those of title, header, data and what users named; maps of cell styles have the same ones.
 #include <string_view>
 
-#include "host/db/objects/rendersettings.h"
 #include "host/db/objects/tablestyle.h"
 #include "host/dwg/record/grouppass.h"
 
@@ -418,61 +417,13 @@ struct GcDbRecordOf<GcDbTableStyle> {
   }
 };
 
-namespace {
-
-// The values of a section one by one: l whole numbers, L those that groups have as short ones, s short ones, d reals,
-// b bits, t texts.
-template <class Pass>
-void passValues(Pass& pass, GcDbGroupList& groups, std::string_view kinds) {
-  gc::dwg::GroupPass g(pass, groups);
-  for (const char kind : kinds) {
-    switch (kind) {
-      case 'l': g.bl(90); break;
-      case 'L': g.bl(70); break;
-      case 's': g.bs(70); break;
-      case 'd': g.bd(40); break;
-      case 'b': g.b(290); break;
-      default: g.t(1); break;
-    }
-  }
-  g.finish();
-}
-
-constexpr std::string_view kCommonSettings = "ltbbbbttl";
-
-}  // namespace
-
-template <>
-struct GcDbRecordOf<GcDbMentalRayRenderSettings> {
-  template <class Pass>
-  static void pass(Pass& pass, GcDbMentalRayRenderSettings& settings) {
-    passValues(pass, settings.m_settings, kCommonSettings);
-    passValues(pass, settings.m_own, "lllsddddddsbblllblbdllllblbbbdddssdssbtlslbd");
-  }
-  static bool isWhole(const GcDbMentalRayRenderSettings& settings, int version) {
-    return gc::dwg::fitsRecord(settings, version);
-  }
-};
-
-template <>
-struct GcDbRecordOf<GcDbRapidRTRenderSettings> {
-  template <class Pass>
-  static void pass(Pass& pass, GcDbRapidRTRenderSettings& settings) {
-    passValues(pass, settings.m_settings, kCommonSettings);
-    passValues(pass, settings.m_own, "lLllLLddb");
-  }
-  static bool isWhole(const GcDbRapidRTRenderSettings& settings, int version) {
-    return gc::dwg::fitsRecord(settings, version);
-  }
-};
+namespace {}  // namespace
 
 namespace gc::dwg::packing {
 
 void addTableStyles(std::vector<ClassPacking>& list) {
   list.push_back(Passed<GcDbTableStyle>::named("AcDbTableStyle"));
   list.push_back(Passed<GcDbCellStyleMap>::named("AcDbCellStyleMap"));
-  list.push_back(Passed<GcDbMentalRayRenderSettings>::named("AcDbMentalRayRenderSettings"));
-  list.push_back(Passed<GcDbRapidRTRenderSettings>::named("AcDbRapidRTRenderSettings"));
 }
 
 }  // namespace gc::dwg::packing

@@ -116,6 +116,29 @@ class GroupPass {
     m_pass.bd3(value);
     put(GcDbGroup::ofPoint(code, value));
   }
+  void rd2(int code) {
+    GcGePoint2d value;
+    if constexpr (Pass::kWriting) {
+      const GcDbGroup group = next(code, GcDbGroupKind::Point2d);
+      value = {group.point.x, group.point.y};
+    }
+    m_pass.rd2(value);
+    put(GcDbGroup::ofPoint2d(code, value));
+  }
+  // A text that files have in pieces of 255, all but the last under a code of their own.
+  void longText(int pieceCode, int code) {
+    constexpr size_t kPiece = 255;
+    GcText whole;
+    if constexpr (Pass::kWriting) {
+      while (isNext(pieceCode)) whole += next(pieceCode, GcDbGroupKind::Text).text;
+      whole += next(code, GcDbGroupKind::Text).text;
+    }
+    GcString value = toGcString(whole);
+    m_pass.t(value);
+    GcView rest = view(value);
+    for (; rest.size() > kPiece; rest.remove_prefix(kPiece)) put(GcDbGroup::ofText(pieceCode, rest.substr(0, kPiece)));
+    put(GcDbGroup::ofText(code, rest));
+  }
   GcString t(int code) {
     GcString value;
     if constexpr (Pass::kWriting) value = toGcString(next(code, GcDbGroupKind::Text).text);

@@ -132,6 +132,7 @@ const std::set<std::string> kExact = {
     "AcDbMTextAttributeObjectContextData",
     "AcDbLeaderObjectContextData",
     "AcDbAlignedDimensionObjectContextData",
+    "AcDbGeoData",
     "AcDbDetailViewStyle",
     "AcDbSectionViewStyle",
 };
