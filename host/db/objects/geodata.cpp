@@ -22,6 +22,21 @@ int GcDbGeoData::version() const {
   return cursor.next(group) && group.code == kVersion ? static_cast<int>(group.asInt()) : 0;
 }
 
+// Directions on the ground and the net's points have two coordinates; groups that came through a proxy have three.
+void GcDbGeoData::subLoaded() {
+  constexpr int kFirst = 12, kLast = 17;
+  GcDbGroupList flat;
+  GcDbGroupList::Cursor cursor(m_data);
+  bool isChanged = false;
+  for (GcDbGroup group; cursor.next(group);) {
+    const bool isDeep = group.kind == GcDbGroupKind::Point3d && group.code >= kFirst && group.code <= kLast;
+    if (isDeep) group.kind = GcDbGroupKind::Point2d;
+    isChanged = isChanged || isDeep;
+    flat.put(group);
+  }
+  if (isChanged) m_data = std::move(flat);
+}
+
 // DXF has the time of the last change in days.
 struct GcDbIndexTime {
   static constexpr int kCode = 40;

@@ -14,6 +14,7 @@ class GcDbGeoData : public GcDbObject {
   static const GcDbField kFields[];
   static const int kFieldCount;
   GcDbGeoData() = default;
+  void subLoaded() override;
 
  private:
   friend struct GcDbRecordOf<GcDbGeoData>;

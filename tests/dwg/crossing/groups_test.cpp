@@ -288,7 +288,7 @@ TEST_F(GroupsTest, LoftsOfThreeCurvesGoAsProxies) {
 // The place of a drawing: long texts in pieces, points and faces of the net that turns places into degrees.
 TEST_F(GroupsTest, GeoDataComesThroughNewVersionsAndAsAProxyThroughOld) {
   const std::string system(255, 'x');
-  put("0=GEODATA|5=1AB|330=C|100=AcDbGeoData|90=2|330=1F|70=1|10=1.0|20=2.0|30=3.0|11=-122.5|21=37.75|31=0.0|40=1.0|"
+  put("0=GEODATA|5=1AB|330=C|100=AcDbGeoData|90=2|330=0|70=1|10=1.0|20=2.0|30=3.0|11=-122.5|21=37.75|31=0.0|40=1.0|"
       "91=6|41=1.0|92=6|210=0.0|220=0.0|230=1.0|12=0.0|22=1.0|95=3|141=1.0|294=0|142=0.0|143=0.0|303=" +
       system + "|303=" + system +
       "|301=rest Łąka|302=<point>|305=|306=|307=|93=2|13=1.0|23=2.0|14=3.0|24=4.0|13=5.0|23=6.0|" +
