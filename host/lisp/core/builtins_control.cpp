@@ -151,6 +151,10 @@ LISP_BUILTIN("ver", "(ver) -> string", "Name and version of the interpreter.") {
   return args.newString(TextView(args.vm().environment().version()));
 }
 
+LISP_BUILTIN("vmon", "(vmon) -> nil", "Once let functions be moved out of memory; old programs begin with it.") {
+  return LispValue::nil();
+}
+
 LISP_BUILTIN("vl-load-com", "(vl-load-com) -> nil", "Makes the vl functions available; they always are.") {
   return LispValue::nil();
 }

@@ -7,6 +7,11 @@ LISP_GROUP("The outside")
 
 namespace lisp {
 
+LISP_BUILTIN("menugroup", "(menugroup name) -> name | nil", "Whether a menu is loaded; there are none, so nil.") {
+  (void)args.string();
+  return LispValue::nil();
+}
+
 LISP_BUILTIN("menucmd", "(menucmd string) -> string | nil",
              "\"M=text\" gives the text with its $(...) macros evaluated.") {
   const TextView text = args.string();

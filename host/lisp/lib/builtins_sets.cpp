@@ -117,13 +117,14 @@ LISP_BUILTIN(
   return list.list();
 }
 
-LISP_BUILTIN("sssetfirst", "(sssetfirst grip [pick]) -> (grip pick)",
+LISP_BUILTIN("sssetfirst", "(sssetfirst [grip [pick]]) -> (grip pick)",
              "Chooses objects before a command; nil for pick chooses none.") {
-  const LispValue pick = args[1];
+  const LispValue pick = args.count() > 1 ? args[1] : LispValue::nil();
   const auto* set = lisp::objectOf<lisp::SelectionSet>(pick, lisp::ObjectType::SelectionSet);
   if (pick && set == nullptr) lisp::failType(args.vm(), lisp::kLselsetp, pick);
   hostOf(args.vm()).editor().pickedSet().reset(set == nullptr ? 0 : set->handle);
-  return args.cons(args[0], args.cons(pick, LispValue::nil()));
+  const LispValue grip = args.count() > 0 ? args[0] : LispValue::nil();
+  return args.cons(grip, args.cons(pick, LispValue::nil()));
 }
 
 LISP_BUILTIN("ssgetfirst", "(ssgetfirst) -> (grip pick)", "The objects chosen before a command.") {
