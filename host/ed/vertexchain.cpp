@@ -6,7 +6,9 @@
 #include "db/arc.h"
 #include "db/circle.h"
 #include "db/line.h"
+#include "db/polyline2d.h"
 #include "ge/matrix3d.h"
+#include "host/ed/editedpolyline.h"
 #include "host/rx/math/elementary.h"
 
 namespace ed {
@@ -26,6 +28,15 @@ GcGePoint3d inPlane(const GcGePoint3d& world, const GcGeVector3d& normal) {
 
 bool VertexChain::take(const GcDbEntity& entity) {
   vertices.clear();
+  if (const auto* old = GcDb2dPolyline::cast(&entity)) {
+    EditedPolyline edited;
+    if (!edited.take(old->objectId())) return false;
+    for (const EditedVertex& vertex : edited.vertices) vertices.push_back(vertex.flat);
+    closed = edited.closed;
+    elevation = old->elevation();
+    normal = old->normal();
+    return vertices.size() > 1;
+  }
   if (const auto* line = GcDbPolyline::cast(&entity)) {
     for (const GcDbPolylineVertex& vertex : line->vertices()) vertices.push_back(vertex);
     closed = line->isClosed();
@@ -81,23 +92,42 @@ bool VertexChain::isInPlaneOf(const VertexChain& other) const {
          std::fabs(elevation - other.elevation) <= kSamePlane * (1 + std::fabs(elevation));
 }
 
-bool VertexChain::join(VertexChain other, double tolerance) {
+namespace {
+
+// Where the straight lines through both last segments meet; false for arcs, parallel lines and points that lie farther
+// from either end than the gap may be wide.
+bool meetNear(const GcDbPolylineVertex& a, const GcGePoint2d& aEnd, const GcDbPolylineVertex& b,
+              const GcGePoint2d& bEnd, double bulgeOfB, double tolerance, GcGePoint2d& at) {
+  if (a.bulge != 0 || bulgeOfB != 0) return false;
+  const GcGeVector2d u(aEnd.x - a.point.x, aEnd.y - a.point.y), v(bEnd.x - b.point.x, bEnd.y - b.point.y);
+  const double cross = u.x * v.y - u.y * v.x;
+  if (std::fabs(cross) <= 1e-9 * u.length() * v.length()) return false;
+  const double t = ((b.point.x - a.point.x) * v.y - (b.point.y - a.point.y) * v.x) / cross;
+  const GcGePoint2d crossing(a.point.x + u.x * t, a.point.y + u.y * t);
+  if (distance(crossing, aEnd) > 2 * tolerance || distance(crossing, bEnd) > 2 * tolerance) return false;
+  at = crossing;
+  return true;
+}
+
+}  // namespace
+
+bool VertexChain::join(VertexChain other, double tolerance, Gap gap) {
   if (closed || other.closed || !isInPlaneOf(other)) return false;
-  const auto near = [&](const GcGePoint2d& a, const GcGePoint2d& b) {
+  const auto near = [](const GcGePoint2d& a, const GcGePoint2d& b, double most) {
     const double size = 1 + std::max(std::fabs(a.x), std::fabs(a.y));
-    return distance(a, b) <= std::max(tolerance, kSamePlane * size);
+    return distance(a, b) <= std::max(most, kSamePlane * size);
   };
   const GcGePoint2d start = vertices.front().point;
   const GcGePoint2d end = vertices.back().point;
   const GcGePoint2d otherStart = other.vertices.front().point;
   const GcGePoint2d otherEnd = other.vertices.back().point;
   bool before = false;
-  if (near(end, otherStart)) {
-  } else if (near(end, otherEnd)) {
+  if (near(end, otherStart, tolerance)) {
+  } else if (near(end, otherEnd, tolerance)) {
     other.reverse();
-  } else if (near(start, otherEnd)) {
+  } else if (near(start, otherEnd, tolerance)) {
     before = true;
-  } else if (near(start, otherStart)) {
+  } else if (near(start, otherStart, tolerance)) {
     other.reverse();
     before = true;
   } else {
@@ -105,12 +135,21 @@ bool VertexChain::join(VertexChain other, double tolerance) {
   }
   std::vector<GcDbPolylineVertex>& head = before ? other.vertices : vertices;
   std::vector<GcDbPolylineVertex>& tail = before ? vertices : other.vertices;
-  const GcGePoint2d joint = head.back().point;
-  head.back() = tail.front();
-  head.back().point = before ? tail.front().point : joint;
-  head.insert(head.end(), tail.begin() + 1, tail.end());
+  const GcGePoint2d headEnd = head.back().point, tailStart = tail.front().point;
+  const bool apart = !near(headEnd, tailStart, 0);
+  GcGePoint2d joint = before ? tailStart : headEnd;
+  const bool meets = apart && gap != Gap::Add &&
+                     meetNear(head[head.size() - 2], headEnd, tail[1], tailStart, tail.front().bulge, tolerance, joint);
+  if (apart && !meets && gap != Gap::Extend) {
+    head.back().bulge = 0;
+    head.insert(head.end(), tail.begin(), tail.end());
+  } else {
+    head.back() = tail.front();
+    head.back().point = joint;
+    head.insert(head.end(), tail.begin() + 1, tail.end());
+  }
   if (before) vertices = std::move(other.vertices);
-  if (vertices.size() > 2 && near(vertices.front().point, vertices.back().point)) {
+  if (vertices.size() > 2 && near(vertices.front().point, vertices.back().point, tolerance)) {
     vertices.pop_back();
     closed = true;
   }

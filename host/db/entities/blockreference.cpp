@@ -4,8 +4,10 @@
 #include <vector>
 
 #include "db/attribute.h"
+#include "db/database.h"
 #include "db/dictionary.h"
 #include "db/symboltable.h"
+#include "host/db/core/header.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/describe/fieldio.h"
 #include "host/db/entities/block_content.h"
@@ -255,7 +257,14 @@ void GcDbBlockReference::drawOnce(GcGiWorldDraw& draw, const GcGeMatrix3d& trans
     draw.geometry().popModelTransform();
   }
   gcblock::drawContent(draw, m_blockId, transform);
-  if (clipping != nullptr) clipping->popClip();
+  if (clipping == nullptr) return;
+  clipping->popClip();
+  // Files may also say 2: on screens only.
+  constexpr int kFrameEverywhere = 1;
+  if (database() == nullptr || database()->header().integer(GC_T("$XCLIPFRAME"), 0) != kFrameEverywhere) return;
+  draw.geometry().pushModelTransform(transform);
+  draw.geometry().polyline(static_cast<int>(clip.size()), clip.data(), true);
+  draw.geometry().popModelTransform();
 }
 
 bool GcDbBlockReference::subWorldDraw(GcGiWorldDraw* draw) {

@@ -88,8 +88,7 @@ const CommandIndex& commandIndex() {
           cornerCommands(),     spaceTransformCommands(), outsideCommands(),      linetypeCommands(),
           plotCommands(),       furtherCurveCommands(),   multilineCommands(),    revisionCloudCommands(),
           textMergeCommands(),  changeSpaceCommands(),    scaleListCommands(),    calculatorCommands(),
-          regionCommands(),     xrefCommands(),           clipCommands(),
-          textStyleCommands()}) {
+          regionCommands(),     xrefCommands(),           clipCommands(),         textStyleCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

@@ -9,8 +9,12 @@
 #include "db/polyline.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/opencurve.h"
+#include "host/ed/selection.h"
+#include "host/ed/stepundo.h"
+#include "host/ed/vertexchain.h"
 #include "host/rx/math/elementary.h"
 #include "host/rx/text/utf.h"
 
@@ -45,6 +49,7 @@ struct Side {
   Flat center;      // of an arc or circle
   double radius = 0;
   Flat pick;
+  bool isPicked = false;  // else the pick is yet to be found
   double z = 0;
 };
 
@@ -60,6 +65,7 @@ std::optional<Side> sideOf(CommandInput& in, const Answer& answer) {
   Side side;
   side.id = answer.entity;
   side.pick = {answer.point.x, answer.point.y};
+  side.isPicked = answer.objects.empty();  // else it was given by its name alone
   if (const auto* line = GcDbLine::cast(curve.get())) {
     side.start = flat(line->startPoint());
     side.end = flat(line->endPoint());
@@ -176,6 +182,19 @@ std::optional<Corner> roundCorner(const Side& a, const Side& b, double radius) {
   return best;
 }
 
+// A side named without a point is kept where the most of it is: its pick is the end farther from where the sides meet.
+void findPicks(Side& a, Side& b) {
+  if (!a.isPicked) a.pick = a.isCircle ? a.center : a.start;
+  if (!b.isPicked) b.pick = b.isCircle ? b.center : b.start;
+  const std::optional<Corner> crossing = roundCorner(a, b, 0);
+  for (Side* side : {&a, &b}) {
+    if (side->isPicked || side->isCircle) continue;
+    const Flat other = side == &a ? b.pick : a.pick;
+    const Flat meeting = crossing ? crossing->onA : other;
+    side->pick = length(side->end - meeting) > length(side->start - meeting) ? side->end : side->start;
+  }
+}
+
 // ---- the sides cut back or drawn on
 
 GcGePoint3d inSpace(CommandInput& in, const Side& side, Flat at) { return in.toWorld({at.x, at.y, side.z}); }
@@ -231,8 +250,8 @@ bool filletSides(CommandInput& in, const Side& a, const Side& b, double radius, 
     double start = angleOf(corner->onA - corner->center);
     double end = angleOf(corner->onB - corner->center);
     if (positiveTurn(end - start) > std::numbers::pi) std::swap(start, end);
-    const GcDbObjectId made =
-        appendFromUser(in.editor(), new GcDbArc({corner->center.x, corner->center.y, a.z}, radius, start, end));
+    const GcDbObjectId made = appendFromUser(in.editor(), new GcDbArc({corner->center.x, corner->center.y, a.z}, radius,
+                                                                      positiveTurn(start), positiveTurn(end)));
     if (a.id.isValid()) likeSource(made, a.id);
   }
   if (!trims) return true;
@@ -389,6 +408,104 @@ bool cutPolylineAt(CommandInput& in, const Answer& first, const Answer& second, 
   return done > 0;
 }
 
+// ---- polylines with something else
+
+// A picked thing by itself: of an open polyline the picked segment, as an entity for as long as it takes.
+struct Loose {
+  Answer pick;        // leads to the segment or the thing itself
+  VertexChain chain;  // the whole polyline
+  int segment = -1;   // of it; -1 for other things
+  GcDbObjectId polyline;
+};
+
+Loose loosen(CommandInput& in, const Answer& picked) {
+  Loose loose{picked, {}, -1, {}};
+  GcDbVoidPtrArray pieces;
+  GcGePoint3d at;
+  double param = 0;
+  {
+    const OpenCurve curve(picked.entity);
+    const auto* line = curve ? GcDbPolyline::cast(curve.get()) : nullptr;
+    if (line == nullptr || line->isClosed() || !loose.chain.take(*line) ||
+        line->getClosestPointTo(in.toWorld(picked.point), at) != Gcad::eOk ||
+        line->getParamAtPoint(at, param) != Gcad::eOk || line->explode(pieces) != Gcad::eOk)
+      return loose;
+  }
+  loose.segment = std::clamp(static_cast<int>(param), 0, pieces.length() - 1);
+  loose.polyline = picked.entity;
+  for (int i = 0; i < pieces.length(); ++i) {
+    auto* piece = static_cast<GcDbEntity*>(pieces[i]);
+    if (i == loose.segment)
+      loose.pick.entity = appendWithDefaults(in.editor(), piece);
+    else
+      delete piece;
+  }
+  return loose;
+}
+
+bool takeRun(GcDbObjectId id, VertexChain& chain) {
+  const OpenCurve curve(id);
+  return curve && chain.take(*curve.get());
+}
+
+// What is left of the polyline with its cut segment: the segments on the side of the end the segment has kept.
+bool runOf(const Loose& loose, VertexChain& run) {
+  if (!takeRun(loose.pick.entity, run)) return false;
+  if (loose.segment < 0) return true;
+  const auto& old = loose.chain.vertices;
+  const auto i = static_cast<size_t>(loose.segment);
+  const auto touches = [&](const GcGePoint2d& at) {
+    const auto near = [&](const GcGePoint2d& end) {
+      return gc::hypot(end.x - at.x, end.y - at.y) <= 1e-9 * (1 + std::fabs(at.x) + std::fabs(at.y));
+    };
+    return near(run.vertices.front().point) || near(run.vertices.back().point);
+  };
+  const bool keepsStart = touches(old[i].point);
+  VertexChain rest = loose.chain;
+  if (keepsStart)
+    rest.vertices.resize(i + 1);
+  else
+    rest.vertices.erase(rest.vertices.begin(), rest.vertices.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+  if (rest.vertices.size() < 2) return true;
+  if (!rest.join(run, 0)) return false;
+  run = rest;
+  return true;
+}
+
+// Two segments of one polyline, or a polyline and a line, an arc or another polyline, which become one.
+bool filletRuns(CommandInput& in, const Answer& first, const Answer& second, bool trims) {
+  if (first.entity == second.entity) return cutPolylineAt(in, first, second, true);
+  Loose one = loosen(in, first);
+  Loose other = loosen(in, second);
+  const auto drop = [](const Loose& loose) {
+    if (loose.segment >= 0) eraseEntity(loose.pick.entity);
+  };
+  std::optional<Side> a = sideOf(in, one.pick);
+  std::optional<Side> b = sideOf(in, other.pick);
+  const double radius = realVariable(in.editor(), "FILLETRAD");
+  bool good = a && b && (one.segment >= 0 || other.segment >= 0) && !a->isCircle && !b->isCircle;
+  if (good) {
+    findPicks(*a, *b);
+    good = !areParallel(*a, *b) && filletSides(in, *a, *b, radius, trims);
+  }
+  VertexChain whole, end, arc;
+  const GcDbObjectId arcId = radius > 0 && good ? lastEntity(in.editor()) : GcDbObjectId();
+  if (good && trims) {
+    good = runOf(one, whole) && runOf(other, end) && (arcId.isNull() || (takeRun(arcId, arc) && whole.join(arc, 0))) &&
+           whole.join(end, 0);
+    const GcDbObjectId kept = one.segment >= 0 ? one.polyline : other.polyline;
+    const GcDbObjectId gone = one.segment >= 0 ? second.entity : first.entity;
+    if (good) {
+      forEach<GcDbPolyline>({kept}, [&](GcDbPolyline& line) { whole.put(line); });
+      eraseEntity(gone);
+      if (!arcId.isNull()) eraseEntity(arcId);
+    }
+  }
+  drop(one);
+  drop(other);
+  return good;
+}
+
 // ---- FILLET
 
 Task<bool> askTrim(CommandInput& in, const char* name) {
@@ -401,6 +518,7 @@ Task<bool> askTrim(CommandInput& in, const char* name) {
 Task<bool> fillet(CommandInput& in) {
   bool any = false;
   bool multiple = false;
+  StepUndo steps(in.database());
   for (;;) {
     const Answer first =
         co_await in.ask(Ask(What::Entity, "\nSelect first object or [Undo/Polyline/Radius/Trim/Multiple]: ")
@@ -417,19 +535,26 @@ Task<bool> fillet(CommandInput& in) {
     }
     if (first.isKeyword("Polyline")) co_return co_await cutPolyline(in, true);
     multiple = multiple || first.isKeyword("Multiple");
+    if (first.isKeyword("Undo") && !steps.back()) in.tell("\nAll has been undone.\n");
     if (first.isKeyword("Multiple") || first.isKeyword("Undo")) continue;
     if (first.kind != Answer::Kind::Entity) co_return any;
     const Answer second = co_await in.ask(
         Ask(What::Entity, "\nSelect second object or shift-select to apply corner: ").words("Radius").needed());
     if (second.kind != Answer::Kind::Entity) co_return any;
-    const std::optional<Side> a = sideOf(in, first);
-    const std::optional<Side> b = sideOf(in, second);
+    std::optional<Side> a = sideOf(in, first);
+    std::optional<Side> b = sideOf(in, second);
+    if (a && b) findPicks(*a, *b);
     const bool trims = integerVariable(in.editor(), "TRIMMODE") != 0;
-    const bool good = a && b ? areParallel(*a, *b)
-                                   ? filletParallel(in, *a, *b, trims)
-                                   : filletSides(in, *a, *b, realVariable(in.editor(), "FILLETRAD"), trims)
-                             : cutPolylineAt(in, first, second, true);
-    if (!good) in.tell("\nThese objects cannot be filleted.\n");
+    steps.begin();
+    const bool good = !a || !b ? filletRuns(in, first, second, trims)
+                      : a && b ? areParallel(*a, *b)
+                                     ? filletParallel(in, *a, *b, trims)
+                                     : filletSides(in, *a, *b, realVariable(in.editor(), "FILLETRAD"), trims)
+                               : false;
+    if (!good) {
+      static_cast<void>(steps.back());
+      in.tell("\nThese objects cannot be filleted.\n");
+    }
     any = any || good;
     if (!multiple) co_return good;
   }
@@ -481,6 +606,7 @@ Task<bool> chamfer(CommandInput& in) {
   AngleCut byAngle;
   bool any = false;
   bool multiple = false;
+  StepUndo steps(in.database());
   for (;;) {
     const Answer first = co_await in.ask(
         Ask(What::Entity, "\nSelect first line or [Undo/Polyline/Distance/Angle/Trim/mEthod/Multiple]: ")
@@ -510,15 +636,18 @@ Task<bool> chamfer(CommandInput& in) {
     }
     if (first.isKeyword("Polyline")) co_return co_await cutPolyline(in, false);
     multiple = multiple || first.isKeyword("Multiple");
+    if (first.isKeyword("Undo") && !steps.back()) in.tell("\nAll has been undone.\n");
     if (first.isKeyword("Multiple") || first.isKeyword("Undo")) continue;
     if (first.kind != Answer::Kind::Entity) co_return any;
     const Answer second = co_await in.ask(Ask(What::Entity, "\nSelect second line: ").needed());
     if (second.kind != Answer::Kind::Entity) co_return any;
-    const std::optional<Side> a = sideOf(in, first);
-    const std::optional<Side> b = sideOf(in, second);
+    std::optional<Side> a = sideOf(in, first);
+    std::optional<Side> b = sideOf(in, second);
+    if (a && b) findPicks(*a, *b);
     const bool trims = integerVariable(editor, "TRIMMODE") != 0;
     const double onFirst = byAngle.given ? byAngle.lengthOnFirst : realVariable(editor, "CHAMFERA");
     bool good = false;
+    steps.begin();
     if (a && b && !a->isRound && !b->isRound)
       good = chamferLines(in, *a, *b, onFirst,
                           byAngle.given ? secondLength(*a, *b, byAngle) : realVariable(editor, "CHAMFERB"), trims);

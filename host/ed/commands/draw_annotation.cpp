@@ -6,9 +6,11 @@
 #include "db/mtext.h"
 #include "db/polyline.h"
 #include "db/polyline2d.h"
+#include "db/text.h"
 #include "db/textstyle.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
+#include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/records.h"
 #include "host/rx/math/elementary.h"
@@ -40,7 +42,7 @@ Task<GcText> askLines(CommandInput& in) {
   co_return text;
 }
 
-void addParagraph(CommandInput& in, const GcGePoint3d& at, const ParagraphLook& look, const GcText& text) {
+GcDbObjectId addParagraph(CommandInput& in, const GcGePoint3d& at, const ParagraphLook& look, const GcText& text) {
   auto* made = new GcDbMText;
   ignore(made->setLocation(at));
   ignore(made->setTextHeight(look.height));
@@ -49,7 +51,7 @@ void addParagraph(CommandInput& in, const GcGePoint3d& at, const ParagraphLook& 
   ignore(made->setAttachment(static_cast<GcDbMText::AttachmentPoint>(look.attachment)));
   ignore(made->setTextStyle(look.style));
   ignore(made->setContents(text.c_str()));
-  appendFromUser(in.editor(), made);
+  return appendFromUser(in.editor(), made);
 }
 
 Task<bool> mtext(CommandInput& in) {
@@ -99,14 +101,25 @@ Task<bool> mtext(CommandInput& in) {
   co_return true;
 }
 
-// ---- LEADER: points, then lines of text
+// ---- LEADER, QLEADER: points, then lines of text
 
-Task<bool> leader(CommandInput& in) {
-  const Answer first = co_await in.ask(Ask(What::Point, "\nSpecify leader start point: ").needed());
-  if (!first.isPoint()) co_return false;
-  std::vector<GcGePoint3d> points{first.point};
-  bool annotates = true;
-  for (;;) {
+struct LeaderForm {
+  bool spline = false;
+  bool arrow = true;
+};
+
+Task<bool> askLeaderForm(CommandInput& in, LeaderForm& form) {
+  const Answer option =
+      co_await in.ask(Ask(What::Keyword, "\nEnter leader format option [Spline/STraight/Arrow/None] <Exit>: ")
+                          .words("Spline STraight Arrow None Exit"));
+  if (option.isKeyword("Spline") || option.isKeyword("STraight")) form.spline = option.isKeyword("Spline");
+  if (option.isKeyword("Arrow") || option.isKeyword("None")) form.arrow = option.isKeyword("Arrow");
+  co_return true;
+}
+
+// Points until an Enter or a word, at most so many. False when cancelled or there are too few.
+Task<bool> askLeaderPoints(CommandInput& in, size_t most, std::vector<GcGePoint3d>& points, LeaderForm& form) {
+  while (points.size() < most) {
     const Answer next = co_await in.ask(
         Ask(What::Point, points.size() < 2 ? "\nSpecify next point: "
                                            : "\nSpecify next point or [Annotation/Format/Undo] <Annotation>: ")
@@ -114,42 +127,100 @@ Task<bool> leader(CommandInput& in) {
             .words("Annotation Format Undo"));
     if (next.isPoint()) {
       points.push_back(next.point);
-    } else if (next.isKeyword("Undo") && points.size() > 1) {
-      points.pop_back();
+    } else if (next.isKeyword("Undo")) {
+      if (points.size() > 1) points.pop_back();
     } else if (next.isKeyword("Format")) {
-      static_cast<void>(
-          co_await in.ask(Ask(What::Keyword, "\nEnter leader format option [Spline/STraight/Arrow/None] <Exit>: ")
-                              .words("Spline STraight Arrow None Exit")));
+      static_cast<void>(co_await askLeaderForm(in, form));
     } else {
-      annotates = !(next.kind == Answer::Kind::Cancelled);
-      break;
+      co_return points.size() > 1 && next.kind != Answer::Kind::Cancelled;
     }
   }
-  if (points.size() < 2) co_return false;
+  co_return true;
+}
+
+// The contents of a text or paragraph.
+GcText contentsOf(GcDbObjectId id) {
   GcText text;
-  if (annotates) {
-    const Answer line = co_await in.ask(Ask(What::Line, "\nEnter first line of annotation text or <options>: "));
-    if (line.text.empty()) {
-      static_cast<void>(
-          co_await in.ask(Ask(What::Keyword, "\nEnter an annotation option [Tolerance/Copy/Block/None/Mtext] <Mtext>: ")
-                              .words("Tolerance Copy Block None Mtext")));
-    } else {
-      const GcText more = co_await askLines(in);
-      text = line.text + (more.empty() ? GcText() : GC_T("\\P") + more);
-    }
+  GcDbEntity* entity = nullptr;
+  if (gcdbOpenObject(entity, id, GcDb::kForRead) != Gcad::eOk) return text;
+  if (const auto* line = GcDbText::cast(entity)) text = view(line->textString());
+  if (const auto* paragraph = GcDbMText::cast(entity)) text = view(paragraph->contents());
+  ignore(entity->close());
+  return text;
+}
+
+// Lines of text; behind an empty first one other kinds of annotation, of which frames of tolerances and blocks are
+// passed over with a word.
+Task<GcText> askAnnotation(CommandInput& in) {
+  const Answer line = co_await in.ask(Ask(What::Line, "\nEnter first line of annotation text or <options>: "));
+  if (!line.text.empty()) {
+    const GcText more = co_await askLines(in);
+    co_return line.text + (more.empty() ? GcText() : GC_T("\\P") + more);
   }
+  const Answer option =
+      co_await in.ask(Ask(What::Keyword, "\nEnter an annotation option [Tolerance/Copy/Block/None/Mtext] <Mtext>: ")
+                          .words("Tolerance Copy Block None Mtext"));
+  if (option.isKeyword("Copy")) {
+    const Answer picked = co_await in.ask(Ask(What::Entity, "\nSelect an object to copy: "));
+    co_return picked.kind == Answer::Kind::Entity ? contentsOf(picked.entity) : GcText();
+  }
+  if (option.isKeyword("Tolerance") || option.isKeyword("Block"))
+    in.tell("\nOnly texts are added to leaders; insert the block or tolerance by itself.\n");
+  // A program's last Enter means no text.
+  if (option.isKeyword("Mtext")) co_return co_await askLines(in);
+  co_return GcText();
+}
+
+// The text stands behind the last point, and the leader knows it.
+void addLeader(CommandInput& in, const std::vector<GcGePoint3d>& points, const LeaderForm& form, const GcText& text,
+               double width) {
   auto* made = new GcDbLeader;
   for (const GcGePoint3d& point : points) made->appendVertex(point);
-  appendFromUser(in.editor(), made);
-  if (text.empty()) co_return true;
+  const GcDbObjectId id = appendFromUser(in.editor(), made);
+  if (form.spline || !form.arrow)
+    setGroups(id, {GcDbGroup::ofInt(71, form.arrow ? 1 : 0), GcDbGroup::ofInt(72, form.spline ? 1 : 0)});
+  if (text.empty()) return;
   ParagraphLook look;
   look.height = realVariable(in.editor(), "DIMTXT");
   look.style = in.database().textstyle();
+  look.width = width;
   const GcGePoint3d& end = points.back();
   const bool leftwards = end.x < points[points.size() - 2].x;
   look.attachment = leftwards ? GcDbMText::kMiddleRight : GcDbMText::kMiddleLeft;
   const double gap = realVariable(in.editor(), "DIMGAP") * (leftwards ? -1 : 1);
-  addParagraph(in, {end.x + gap, end.y, end.z}, look, text);
+  const GcDbObjectId textId = addParagraph(in, {end.x + gap, end.y, end.z}, look, text);
+  forEach<GcDbLeader>({id}, [&](GcDbLeader& leader) { ignore(leader.attachAnnotation(textId)); });
+}
+
+Task<bool> leader(CommandInput& in) {
+  const Answer first = co_await in.ask(Ask(What::Point, "\nSpecify leader start point: ").needed());
+  if (!first.isPoint()) co_return false;
+  std::vector<GcGePoint3d> points{first.point};
+  LeaderForm form;
+  if (!co_await askLeaderPoints(in, SIZE_MAX, points, form)) co_return false;
+  const GcText text = co_await askAnnotation(in);
+  addLeader(in, points, form, text, 0);
+  co_return true;
+}
+
+// As it is set in new drawings: at most three points, then the width of the text and its lines.
+Task<bool> quickLeader(CommandInput& in) {
+  constexpr size_t kMostPoints = 3;
+  const Answer first = co_await in.ask(
+      Ask(What::Point, "\nSpecify first leader point, or [Settings] <Settings>: ").words("Settings").needed());
+  if (!first.isPoint()) {
+    in.tell("\nThe settings need a dialog box.\n");
+    co_return false;
+  }
+  std::vector<GcGePoint3d> points{first.point};
+  LeaderForm form;
+  if (!co_await askLeaderPoints(in, kMostPoints, points, form)) co_return false;
+  const Answer width = co_await in.ask(Ask(What::Distance, "\nSpecify text width <0.0000>: "));
+  const Answer line = co_await in.ask(Ask(What::Line, "\nEnter first line of annotation text <Mtext>: "));
+  GcText text = line.text;
+  const GcText more = co_await askLines(in);
+  if (!more.empty()) text += (text.empty() ? GcText() : GcText(GC_T("\\P"))) + more;
+  addLeader(in, points, form, text, width.kind == Answer::Kind::Number ? width.number : 0);
   co_return true;
 }
 
@@ -251,8 +322,8 @@ Task<bool> spacePolyline(CommandInput& in) {
 }
 
 constexpr Command kCommands[] = {
-    {"-MTEXT", "MTEXT MT -MT T", mtext}, {"LEADER", "LE LEAD", leader},   {"ELLIPSE", "EL", ellipse},
-    {"DONUT", "DO DOUGHNUT", donut},     {"3DPOLY", "3P", spacePolyline},
+    {"-MTEXT", "MTEXT MT -MT T", mtext}, {"LEADER", "LEAD", leader},      {"QLEADER", "LE", quickLeader},
+    {"ELLIPSE", "EL", ellipse},          {"DONUT", "DO DOUGHNUT", donut}, {"3DPOLY", "3P", spacePolyline},
 };
 
 }  // namespace

@@ -1,9 +1,11 @@
-// Lightweight polylines: PLINE with its arcs, rectangles, regular polygons.
+// Lightweight polylines: PLINE with its arcs, regular polygons.
 #include <numbers>
 
 #include "db/polyline.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
+#include "host/ed/commands/rectangle.h"
+#include "host/ed/editedpolyline.h"
 #include "host/rx/math/elementary.h"
 
 namespace ed {
@@ -152,7 +154,10 @@ constexpr const char* kArcPrompt =
 constexpr const char* kArcWords = "Angle CEnter CLose Direction Halfwidth Line Second Undo Width";
 
 void drawTrail(CommandInput& in, const Trail& trail, bool closed) {
-  if (trail.size() > 1) appendFromUser(in.editor(), trail.make(closed));
+  if (trail.size() > 1) {
+    const GcDbObjectId made = appendFromUser(in.editor(), trail.make(closed));
+    if (integerVariable(in.editor(), "PLINETYPE") == 0) static_cast<void>(needOwnVertices(made));
+  }
 }
 
 Task<bool> pline(CommandInput& in) {
@@ -200,27 +205,6 @@ GcDbPolyline* closedPolyline(const std::vector<GcGePoint2d>& corners, double ele
   return made;
 }
 
-Task<bool> rectangle(CommandInput& in) {
-  const Answer a = co_await in.ask(Ask(What::Point, "\nSpecify first corner point: ").needed());
-  if (!a.isPoint()) co_return false;
-  const Answer b = co_await in.ask(
-      Ask(What::Point, "\nSpecify other corner point or [Dimensions]: ").from(a.point).words("Dimensions").needed());
-  GcGePoint3d other = b.point;
-  if (b.isKeyword("Dimensions")) {
-    const Answer length = co_await in.ask(Ask(What::Distance, "\nSpecify length for rectangles: ").needed());
-    const Answer width = co_await in.ask(Ask(What::Distance, "\nSpecify width for rectangles: ").needed());
-    static_cast<void>(co_await in.ask(Ask(What::Point, "\nSpecify other corner point: ").from(a.point)));
-    other = {a.point.x + length.number, a.point.y + width.number, a.point.z};
-  } else if (!b.isPoint()) {
-    co_return false;
-  }
-  appendFromUser(
-      in.editor(),
-      closedPolyline({{a.point.x, a.point.y}, {other.x, a.point.y}, {other.x, other.y}, {a.point.x, other.y}},
-                     a.point.z, 0));
-  co_return true;
-}
-
 Task<bool> polygon(CommandInput& in) {
   const Answer sides = co_await in.ask(Ask(What::Integer, "\nEnter number of sides: ").positive());
   const int count =
@@ -247,7 +231,7 @@ Task<bool> polygon(CommandInput& in) {
 
 constexpr Command kCommands[] = {
     {"PLINE", "PL", pline},
-    {"RECTANG", "REC RECTANGLE", rectangle},
+    {"RECTANG", "REC RECTANGLE", drawRectangle},
     {"POLYGON", "POL", polygon},
 };
 

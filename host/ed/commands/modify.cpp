@@ -6,12 +6,15 @@
 #include "db/arc.h"
 #include "db/line.h"
 #include "db/polyline.h"
+#include "db/xline.h"
 #include "host/ed/append.h"
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
 #include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
 #include "host/ed/opencurve.h"
+#include "host/ed/stepundo.h"
+#include "host/ed/takeplace.h"
 #include "host/rx/math/elementary.h"
 
 namespace ed {
@@ -27,29 +30,41 @@ GcGePoint3d nearestOn(const GcDbCurve& curve, const GcGePoint3d& world) {
   return at;
 }
 
-// Puts pieces into the space of the entity they came from and erases that; the pieces that `drops` names go instead.
+void appendLike(GcDbObjectId sourceId, GcDbCurve* piece) {
+  GcDbEntity* source = nullptr;
+  GcDbBlockTableRecord* space = nullptr;
+  bool appended = false;
+  if (gcdbOpenObject(source, sourceId, GcDb::kForRead) == Gcad::eOk) {
+    ignore(piece->setPropertiesFrom(*source));
+    if (gcdbOpenObject(space, source->ownerId(), GcDb::kForWrite) == Gcad::eOk) {
+      appended = space->appendGcDbEntity(piece) == Gcad::eOk;
+      ignore(space->close());
+    }
+    ignore(source->close());
+  }
+  if (appended)
+    ignore(piece->close());
+  else
+    delete piece;
+}
+
+// Pieces in the place of the entity they came from, but for those that `drops` names. The first one that stays is that
+// entity from now on, where it may be.
 template <class Drops>
 bool replaceByPieces(GcDbObjectId id, const GcDbVoidPtrArray& pieces, const Drops& drops) {
-  GcDbEntity* original = nullptr;
-  if (gcdbOpenObject(original, id, GcDb::kForWrite) != Gcad::eOk) return false;
-  GcDbBlockTableRecord* space = nullptr;
-  if (gcdbOpenObject(space, original->ownerId(), GcDb::kForWrite) == Gcad::eOk) {
-    for (int i = 0; i < pieces.length(); ++i) {
-      auto* piece = static_cast<GcDbCurve*>(pieces[i]);
-      if (drops(i, *piece)) {
-        delete piece;
-        continue;
-      }
-      ignore(piece->setPropertiesFrom(*original));
-      if (space->appendGcDbEntity(piece) == Gcad::eOk)
-        ignore(piece->close());
-      else
-        delete piece;
-    }
-    ignore(space->close());
+  GcDbCurve* first = nullptr;
+  for (int i = 0; i < pieces.length(); ++i) {
+    auto* piece = static_cast<GcDbCurve*>(pieces[i]);
+    if (drops(i, *piece))
+      delete piece;
+    else if (first == nullptr)
+      first = piece;
+    else
+      appendLike(id, piece);
   }
-  ignore(original->erase());
-  ignore(original->close());
+  if (first != nullptr && takePlace(id, first)) return true;
+  if (first != nullptr) appendLike(id, first);
+  eraseEntity(id);
   return true;
 }
 
@@ -152,6 +167,17 @@ struct Pick {
   GcGePoint3d at;  // world
 };
 
+// What a line from one point to the other crosses, each where it does. User coordinates.
+void addCrossed(CommandInput& in, const GcGePoint3d& from, const GcGePoint3d& to, std::vector<Pick>& picks) {
+  const GcDbLine fence(in.toWorld(from), in.toWorld(to));
+  for (const GcDbObjectId id : entitiesOf(in.editor().currentSpace())) {
+    OpenCurve curve(id);
+    GcArray<GcGePoint3d> found;
+    if (!curve || curve->intersectWith(&fence, GcDb::kOnBothOperands, found) != Gcad::eOk) continue;
+    for (const GcGePoint3d& at : found) picks.push_back({id, at});
+  }
+}
+
 // The curves a fence crosses, each where it does.
 Task<std::vector<Pick>> askFence(CommandInput& in) {
   std::vector<Pick> picks;
@@ -166,16 +192,18 @@ Task<std::vector<Pick>> askFence(CommandInput& in) {
     else if (answer.kind != Answer::Kind::Keyword)
       break;
   }
-  const Ids all = entitiesOf(in.editor().currentSpace());
-  for (size_t i = 1; i < points.size(); ++i) {
-    const GcDbLine fence(in.toWorld(points[i - 1]), in.toWorld(points[i]));
-    for (const GcDbObjectId id : all) {
-      OpenCurve curve(id);
-      GcArray<GcGePoint3d> found;
-      if (!curve || curve->intersectWith(&fence, GcDb::kOnBothOperands, found) != Gcad::eOk) continue;
-      for (const GcGePoint3d& at : found) picks.push_back({id, at});
-    }
-  }
+  for (size_t i = 1; i < points.size(); ++i) addCrossed(in, points[i - 1], points[i], picks);
+  co_return picks;
+}
+
+// The curves the edges of a window cross.
+Task<std::vector<Pick>> askCrossing(CommandInput& in) {
+  std::vector<Pick> picks;
+  const Answer a = co_await in.ask(Ask(What::Point, "\nSpecify first corner: ").needed());
+  const Answer b = co_await in.ask(Ask(What::Point, "\nSpecify opposite corner: ").from(a.point).needed());
+  if (!a.isPoint() || !b.isPoint()) co_return picks;
+  const GcGePoint3d corners[] = {a.point, {b.point.x, a.point.y, 0}, b.point, {a.point.x, b.point.y, 0}, a.point};
+  for (int i = 0; i < 4; ++i) addCrossed(in, corners[i], corners[i + 1], picks);
   co_return picks;
 }
 
@@ -183,13 +211,20 @@ Task<std::vector<Pick>> askFence(CommandInput& in) {
 template <class Work>
 Task<bool> eachPicked(CommandInput& in, const char* prompt, Work work) {
   bool any = false;
+  StepUndo steps(in.database());
   for (;;) {
     const Answer picked = co_await in.ask(Ask(What::Entity, prompt).words("Fence Crossing Project Edge eRase Undo"));
     std::vector<Pick> picks;
+    if (picked.isKeyword("Undo")) {
+      if (!steps.back()) in.tell("\nAll has been undone.\n");
+      continue;
+    }
     if (picked.kind == Answer::Kind::Entity) {
       picks.push_back({picked.entity, in.toWorld(picked.point)});
     } else if (picked.isKeyword("Fence")) {
       picks = co_await askFence(in);
+    } else if (picked.isKeyword("Crossing")) {
+      picks = co_await askCrossing(in);
     } else if (picked.isKeyword("Edge")) {
       const Answer mode = co_await in.ask(
           Ask(What::Keyword, "\nEnter an implied edge extension mode [Extend/No extend]: ").words("Extend No"));
@@ -201,21 +236,70 @@ Task<bool> eachPicked(CommandInput& in, const char* prompt, Work work) {
           Ask(What::Keyword, "\nEnter a projection option [None/Ucs/View] <Ucs>: ").words("None Ucs View")));
       continue;
     } else if (picked.isKeyword("eRase")) {
-      for (const GcDbObjectId id : co_await selectObjects(in)) eraseEntity(id);
+      const Ids gone = co_await selectObjects(in);
+      steps.begin();
+      for (const GcDbObjectId id : gone) eraseEntity(id);
       continue;
     } else {
       break;
     }
+    steps.begin();
+    bool done = false;
     for (const Pick& pick : picks) {
       const bool good = work(pick);
       if (!good) in.tell("\nObject does not intersect an edge.\n");
-      any = any || good;
+      done = done || good;
     }
+    if (!done) steps.drop();
+    any = any || done;
   }
   co_return any;
 }
 
 // ---- TRIM
+
+// A line without ends on one or both sides, as its base and direction.
+bool endlessOf(const GcDbCurve& curve, GcGePoint3d& base, GcGeVector3d& way, bool& bothWays) {
+  if (const auto* xline = GcDbXline::cast(&curve)) {
+    base = xline->basePoint();
+    way = xline->unitDir();
+    bothWays = true;
+    return true;
+  }
+  const auto* ray = GcDbRay::cast(&curve);
+  if (ray == nullptr) return false;
+  base = ray->basePoint();
+  way = ray->unitDir();
+  bothWays = false;
+  return true;
+}
+
+GcDbCurve* rayFrom(const GcGePoint3d& base, const GcGeVector3d& way) {
+  auto* ray = new GcDbRay;
+  ignore(ray->setBasePoint(base));
+  ignore(ray->setUnitDir(way));
+  return ray;
+}
+
+// What is left of such a line on both sides of the picked part: rays, and behind a ray's base a line.
+bool trimEndless(const GcDbCurve& curve, const GcGePoint3d& pick, const std::vector<GcGePoint3d>& points,
+                 GcDbVoidPtrArray& pieces) {
+  GcGePoint3d base;
+  GcGeVector3d way;
+  bool bothWays = false;
+  if (!endlessOf(curve, base, way, bothWays)) return false;
+  const double at = (pick - base).dotProduct(way);
+  double below = -1e300, above = 1e300;
+  for (const GcGePoint3d& point : points) {
+    const double t = (point - base).dotProduct(way);
+    if (t <= at) below = std::max(below, t);
+    if (t > at) above = std::min(above, t);
+  }
+  if (below > -1e300 && bothWays) pieces.append(rayFrom(base + way * below, -way));
+  if (below > 0 && !bothWays) pieces.append(new GcDbLine(base, base + way * below));
+  if (above < 1e300) pieces.append(rayFrom(base + way * above, way));
+  return pieces.length() > 0;
+}
 
 // Cuts away the part of a curve under the picked point, as far as the edges reach.
 bool trimAt(CommandInput& in, const Pick& pick, const Ids& edges) {
@@ -223,7 +307,12 @@ bool trimAt(CommandInput& in, const Pick& pick, const Ids& edges) {
   if (!curve) return false;
   const GcGePoint3d at = nearestOn(*curve.get(), pick.at);
   GcDbVoidPtrArray pieces;
-  if (!split(*curve.get(), meetings(*curve.get(), pick.id, edges, reachOfEdges(in, false)), pieces)) return false;
+  const std::vector<GcGePoint3d> points = meetings(*curve.get(), pick.id, edges, reachOfEdges(in, false));
+  if (trimEndless(*curve.get(), at, points, pieces)) {
+    curve.close();
+    return replaceByPieces(pick.id, pieces, [](int, const GcDbCurve&) { return false; });
+  }
+  if (!split(*curve.get(), points, pieces)) return false;
   int nearest = 0;
   double least = 1e300;
   for (int i = 0; i < pieces.length(); ++i) {

@@ -21,6 +21,7 @@
 #include "host/ed/coordinates.h"
 #include "host/ed/pick.h"
 #include "host/ed/selection.h"
+#include "host/ed/stepundo.h"
 #include "host/rx/math/elementary.h"
 
 namespace ed {
@@ -309,6 +310,40 @@ bool lengthenAt(CommandInput& in, const Answer& picked, const NewLength& wanted)
   return good;
 }
 
+// The end nearer to the pick goes along the curve to beside the point.
+bool lengthenTo(CommandInput& in, const Answer& picked, const GcGePoint3d& to) {
+  GcDbCurve* curve = nullptr;
+  if (gcdbOpenObject(curve, picked.entity, GcDb::kForRead) != Gcad::eOk) return false;
+  GcGePoint3d start, end, nearest, pick;
+  double length = 0, at = 0;
+  NewLength wanted{NewLength::Kind::Total, 0};
+  bool good = curve->getStartPoint(start) == Gcad::eOk && curve->getEndPoint(end) == Gcad::eOk &&
+              curve->getClosestPointTo(in.toWorld(picked.point), pick) == Gcad::eOk &&
+              curve->getClosestPointTo(to, nearest, true) == Gcad::eOk;
+  const bool atEnd = good && pick.distanceTo(end) <= pick.distanceTo(start);
+  if (const auto* line = GcDbLine::cast(curve)) {
+    const GcGeVector3d way = atEnd ? end - start : start - end;
+    wanted.value = way.length() == 0 ? 0 : (nearest - (atEnd ? start : end)).dotProduct(way) / way.length();
+    static_cast<void>(line);
+  } else if (const auto* arc = GcDbArc::cast(curve)) {
+    GcGeMatrix3d toPlane;
+    const GcGeVector3d out = toPlane.setToWorldToPlane(arc->normal()) * (nearest - arc->center());
+    const double angle = gc::atan2(out.y, out.x);
+    const double turn = atEnd ? angle - arc->startAngle() : arc->endAngle() - angle;
+    const double whole = 2 * std::numbers::pi;
+    wanted = {NewLength::Kind::TotalAngle, turn - whole * std::floor(turn / whole)};
+  } else {
+    // Back along the curve only; a straight end may go on.
+    double endParam = 0;
+    good = good && curve->getEndParam(endParam) == Gcad::eOk && curve->getDistAtParam(endParam, length) == Gcad::eOk;
+    GcGePoint3d on;
+    good = good && curve->getClosestPointTo(to, on) == Gcad::eOk && curve->getDistAtPoint(on, at) == Gcad::eOk;
+    wanted.value = atEnd ? at : length - at;
+  }
+  ignore(curve->close());
+  return good && wanted.value > 0 && lengthenAt(in, picked, wanted);
+}
+
 // A length, or an angle after the word.
 Task<bool> askNewLength(CommandInput& in, NewLength& wanted, bool total) {
   const Answer length = co_await in.ask(
@@ -326,7 +361,9 @@ Task<bool> askNewLength(CommandInput& in, NewLength& wanted, bool total) {
 Task<bool> lengthen(CommandInput& in) {
   NewLength wanted;
   bool known = false;
+  bool dynamic = false;
   bool any = false;
+  StepUndo steps(in.database());
   for (;;) {
     const Answer answer =
         co_await in.ask(Ask(What::Entity, known ? "\nSelect an object to change or [Undo]: "
@@ -334,13 +371,33 @@ Task<bool> lengthen(CommandInput& in) {
                             .words("DElta Percent Total DYnamic Undo"));
     if (answer.isKeyword("DElta") || answer.isKeyword("Total")) {
       known = co_await askNewLength(in, wanted, answer.isKeyword("Total"));
+      dynamic = false;
+    } else if (answer.isKeyword("DYnamic")) {
+      known = dynamic = true;
+    } else if (answer.isKeyword("Undo")) {
+      if (!steps.back()) in.tell("\nAll has been undone.\n");
+    } else if (answer.kind == Answer::Kind::Entity && dynamic) {
+      const Answer to = co_await in.ask(Ask(What::Point, "\nSpecify new end point: ").needed());
+      if (!to.isPoint()) co_return any;
+      steps.begin();
+      const bool good = lengthenTo(in, answer, in.toWorld(to.point));
+      if (!good) {
+        steps.drop();
+        in.tell("\nCannot change the length of that object so.\n");
+      }
+      any = any || good;
     } else if (answer.isKeyword("Percent")) {
       const Answer percent = co_await in.ask(Ask(What::Real, "\nEnter percentage length <100>: ").positive());
       wanted = {NewLength::Kind::Percent, percent.kind == Answer::Kind::Number ? percent.number : 100};
       known = true;
+      dynamic = false;
     } else if (answer.kind == Answer::Kind::Entity && known) {
+      steps.begin();
       const bool good = lengthenAt(in, answer, wanted);
-      if (!good) in.tell("\nCannot change the length of that object so.\n");
+      if (!good) {
+        steps.drop();
+        in.tell("\nCannot change the length of that object so.\n");
+      }
       any = any || good;
     } else if (answer.kind != Answer::Kind::Entity) {
       co_return any;

@@ -6,6 +6,7 @@
 #include "host/ed/command/families.h"
 #include "host/ed/command/select.h"
 #include "host/ed/coordinates.h"
+#include "host/ed/stepundo.h"
 #include "host/rx/math/elementary.h"
 
 namespace ed {
@@ -42,6 +43,29 @@ Task<bool> move(CommandInput& in) {
   co_return true;
 }
 
+// As many items in a row as are wanted, the first of them the objects themselves: the second one, or after Fit the last
+// one, lies at the point.
+Task<bool> copyInRow(CommandInput& in, const Ids& ids, GcGePoint3d base) {
+  constexpr int kMost = 32767;
+  const Answer items = co_await in.ask(Ask(What::Integer, "\nEnter number of items to array: ").positive().needed());
+  Answer second =
+      co_await in.ask(Ask(What::Point, "\nSpecify second point or [Fit]: ").from(base).words("Fit").needed());
+  const bool fits = second.isKeyword("Fit");
+  if (fits) second = co_await in.ask(Ask(What::Point, "\nSpecify second point: ").from(base).needed());
+  if (items.number < 2 || items.number > kMost || !second.isPoint()) {
+    in.tell("\nRequires a number of items from 2 to 32767.\n");
+    co_return false;
+  }
+  const int count = static_cast<int>(items.number);
+  const GcGeVector3d step = (second.point - base) * (fits ? 1.0 / (count - 1) : 1.0);
+  for (int i = 1; i < count; ++i) {
+    GcGeMatrix3d matrix;
+    matrix.setToTranslation(step * i);
+    transformEntities(copyEntities(in.editor(), ids), inWorld(in.editor(), matrix));
+  }
+  co_return true;
+}
+
 Task<bool> copy(CommandInput& in) {
   const Ids ids = co_await selectObjects(in);
   if (ids.empty()) co_return false;
@@ -53,19 +77,43 @@ Task<bool> copy(CommandInput& in) {
           Ask(What::Keyword, "\nEnter a copy mode option [Single/Multiple]: ").words("Single Multiple")));
     base = co_await in.ask(Ask(What::Point, "\nSpecify base point: "));
   }
-  if (base.isKeyword("Displacement")) base = co_await in.ask(Ask(What::Point, "\nSpecify displacement: "));
+  if (base.isKeyword("Displacement")) {
+    const Answer by = co_await in.ask(Ask(What::Point, "\nSpecify displacement <0.0000, 0.0000, 0.0000>: "));
+    if (by.isPoint())
+      transformEntities(copyEntities(in.editor(), ids), inWorld(in.editor(), displacement(by.point, {})));
+    co_return by.isPoint();
+  }
   if (!base.isPoint()) co_return false;
-  for (bool first = true;; first = false) {
+  StepUndo steps(in.database());
+  for (bool first = true;;) {
     const Answer second =
-        co_await in.ask(Ask(What::Point, "\nSpecify second point or <use first point as displacement>: ")
+        co_await in.ask(Ask(What::Point, first ? "\nSpecify second point or [Array] <use first point as displacement>: "
+                                               : "\nSpecify second point or [Array/Exit/Undo] <Exit>: ")
                             .from(base.point)
                             .words("Exit Undo Array"));
-    if (!second.isPoint() && !first) break;
-    const Ids copies = copyEntities(in.editor(), ids);
-    transformEntities(copies, inWorld(in.editor(), displacement(base.point, second)));
+    if (second.isKeyword("Undo")) {
+      if (!steps.back()) in.tell("\nAll copies have been undone.\n");
+      continue;
+    }
+    if (second.isKeyword("Array")) {
+      steps.begin();
+      static_cast<void>(co_await copyInRow(in, ids, base.point));
+      first = false;
+      continue;
+    }
+    if (!second.isPoint() && (!first || !second.isNone())) break;
+    steps.begin();
+    transformEntities(copyEntities(in.editor(), ids), inWorld(in.editor(), displacement(base.point, second)));
     if (!second.isPoint()) break;
+    first = false;
   }
   co_return true;
+}
+
+void turn(CommandInput& in, const Ids& ids, const GcGePoint3d& base, double angleRad) {
+  GcGeMatrix3d matrix;
+  matrix.setToRotation(angleRad, GcGeVector3d::kZAxis, base);
+  transformEntities(ids, inWorld(in.editor(), matrix));
 }
 
 Task<bool> rotate(CommandInput& in) {
@@ -74,10 +122,18 @@ Task<bool> rotate(CommandInput& in) {
   const Answer base = co_await in.ask(Ask(What::Point, "\nSpecify base point: ").needed());
   if (!base.isPoint()) co_return false;
   double reference = 0;
+  bool refers = false;
   for (;;) {
-    const Answer angle = co_await in.ask(Ask(What::Direction, "\nSpecify rotation angle or [Copy/Reference] <0>: ")
-                                             .from(base.point)
-                                             .words("Copy Reference"));
+    Ask question(What::Direction, refers ? "\nSpecify the new angle or [Points] <0>: "
+                                         : "\nSpecify rotation angle or [Copy/Reference] <0>: ");
+    question.from(base.point).words(refers ? "Points" : "Copy Reference");
+    const Answer angle = co_await in.ask(std::move(question));
+    if (angle.isKeyword("Points")) {
+      const Answer shown = co_await in.ask(Ask(What::Direction, "\nSpecify first point: ").needed());
+      if (shown.kind != Answer::Kind::Number) co_return false;
+      turn(in, ids, base.point, shown.number - reference);
+      co_return true;
+    }
     if (angle.isKeyword("Copy")) {
       ids = copyEntities(in.editor(), ids);
       continue;
@@ -85,14 +141,19 @@ Task<bool> rotate(CommandInput& in) {
     if (angle.isKeyword("Reference")) {
       const Answer from = co_await in.ask(Ask(What::Direction, "\nSpecify the reference angle <0>: "));
       reference = from.kind == Answer::Kind::Number ? from.number : 0;
+      refers = true;
       continue;
     }
-    if (angle.kind != Answer::Kind::Number) co_return false;
-    GcGeMatrix3d matrix;
-    matrix.setToRotation(angle.number - reference, GcGeVector3d::kZAxis, base.point);
-    transformEntities(ids, inWorld(in.editor(), matrix));
+    if (angle.kind == Answer::Kind::Cancelled) co_return false;
+    turn(in, ids, base.point, (angle.kind == Answer::Kind::Number ? angle.number : 0) - reference);
     co_return true;
   }
+}
+
+void resize(CommandInput& in, const Ids& ids, const GcGePoint3d& base, double factor) {
+  GcGeMatrix3d matrix;
+  matrix.setToScaling(factor, base);
+  transformEntities(ids, inWorld(in.editor(), matrix));
 }
 
 Task<bool> scale(CommandInput& in) {
@@ -101,11 +162,18 @@ Task<bool> scale(CommandInput& in) {
   const Answer base = co_await in.ask(Ask(What::Point, "\nSpecify base point: ").needed());
   if (!base.isPoint()) co_return false;
   double reference = 1;
+  bool refers = false;
   for (;;) {
-    const Answer factor = co_await in.ask(Ask(What::Distance, "\nSpecify scale factor or [Copy/Reference]: ")
-                                              .from(base.point)
-                                              .words("Copy Reference")
-                                              .positive());
+    Ask question(What::Distance, refers ? "\nSpecify new length or [Points] <1.0000>: "
+                                        : "\nSpecify scale factor or [Copy/Reference]: ");
+    question.from(base.point).words(refers ? "Points" : "Copy Reference").positive();
+    const Answer factor = co_await in.ask(std::move(question));
+    if (factor.isKeyword("Points")) {
+      const Answer shown = co_await in.ask(Ask(What::Distance, "\nSpecify first point: ").positive().needed());
+      if (shown.kind != Answer::Kind::Number) co_return false;
+      resize(in, ids, base.point, shown.number / reference);
+      co_return true;
+    }
     if (factor.isKeyword("Copy")) {
       ids = copyEntities(in.editor(), ids);
       continue;
@@ -113,12 +181,11 @@ Task<bool> scale(CommandInput& in) {
     if (factor.isKeyword("Reference")) {
       const Answer length = co_await in.ask(Ask(What::Distance, "\nSpecify reference length <1>: ").positive());
       reference = length.kind == Answer::Kind::Number ? length.number : 1;
+      refers = true;
       continue;
     }
-    if (factor.kind != Answer::Kind::Number) co_return false;
-    GcGeMatrix3d matrix;
-    matrix.setToScaling(factor.number / reference, base.point);
-    transformEntities(ids, inWorld(in.editor(), matrix));
+    if (factor.kind == Answer::Kind::Cancelled) co_return false;
+    resize(in, ids, base.point, (factor.kind == Answer::Kind::Number ? factor.number : 1) / reference);
     co_return true;
   }
 }

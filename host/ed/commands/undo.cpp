@@ -1,4 +1,6 @@
 // Undo and redo.
+#include <climits>
+
 #include "host/db/core/undo.h"
 #include "host/ed/command/families.h"
 #include "host/ed/commandline.h"
@@ -17,6 +19,18 @@ Task<bool> u(CommandInput& in) {
 
 Task<bool> redo(CommandInput& in) {
   const int done = in.editor().commandLine().redo(1);
+  if (done == 0) in.tell("\nREDO must immediately follow an undo.\n");
+  co_return done > 0;
+}
+
+Task<bool> redoSeveral(CommandInput& in) {
+  constexpr int kEverything = INT_MAX;
+  const Answer answer = co_await in.ask(
+      Ask(What::Integer, "\nEnter number of actions or [All/Last]: ").words("All Last").positive().needed());
+  const int count = answer.isKeyword("All")               ? kEverything
+                    : answer.kind == Answer::Kind::Number ? static_cast<int>(answer.number)
+                                                          : 1;
+  const int done = in.editor().commandLine().redo(count);
   if (done == 0) in.tell("\nREDO must immediately follow an undo.\n");
   co_return done > 0;
 }
@@ -61,6 +75,7 @@ Task<bool> undo(CommandInput& in) {
 constexpr Command kCommands[] = {
     {"U", "", u},
     {"REDO", "", redo},
+    {"MREDO", "", redoSeveral},
     {"UNDO", "", undo},
 };
 

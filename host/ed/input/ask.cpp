@@ -163,6 +163,7 @@ bool acceptEntity(const Ask& ask, const InputItem& item, Answer& answer, GcText&
     answer.kind = Answer::Kind::Entity;
     answer.entity = item.entity;
     answer.point = item.point;
+    if (item.kind == Kind::Entity) answer.objects = {item.entity};  // by its name alone, not at a point
     return true;
   }
   if (ask.what == Ask::What::Objects) {

@@ -118,6 +118,7 @@ const VariableRow kRows[] = {
     {"USERR4", kReal, kHeader, "0"},
     {"USERR5", kReal, kHeader, "0"},
     {"VISRETAIN", kInt, kHeader, "1", 0, 1},
+    {"XCLIPFRAME", kInt, kHeader, "0", 0, 2},
     {"XEDIT", kInt, kHeader, "1", 0, 1},
 };
 
