@@ -9,7 +9,7 @@ namespace {
 
 Gcad::ErrorStatus save(GcDbDatabase& database, const std::string& path, const GcDbSaveOptions& options,
                        std::string& message) {
-  return writeFile(database, path, {options.version, options.backup}, message);
+  return writeFile(database, path, {options.version, options.backup, options.report}, message);
 }
 
 bool writes(GcDb::GcDbDwgVersion version) { return isWritable(version); }

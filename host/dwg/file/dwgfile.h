@@ -8,6 +8,8 @@
 
 #include "db/database.h"
 
+class GcDbSaveReport;
+
 namespace gc::dwg {
 
 // True for a file of this format, of any version.
@@ -26,10 +28,12 @@ bool isWritable(int version);
 struct WriteOptions {
   int version = GcDb::kDHL_AC1032;
   bool backup = false;
+  GcDbSaveReport* report = nullptr;  // takes what the version cannot say
 };
 Gcad::ErrorStatus writeFile(GcDbDatabase& database, const std::string& path, const WriteOptions& options,
                             std::string& message);
 // The same into memory.
-Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message);
+Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message,
+                             GcDbSaveReport* report = nullptr);
 
 }  // namespace gc::dwg

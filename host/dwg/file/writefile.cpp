@@ -2,6 +2,7 @@
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/file/prepare.h"
+#include "host/dwg/file/savenotes.h"
 #include "host/rx/file/atomic_file.h"
 
 namespace gc::dwg {
@@ -21,7 +22,8 @@ void setCodePage(RecordContext& context) {
 
 }  // namespace
 
-Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message) {
+Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message,
+                             GcDbSaveReport* report) {
   if (!isWritable(version)) {
     message = "DWG of this version is not written";
     return Gcad::eUnsupportedVersion;
@@ -36,6 +38,7 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
   context.modelSpace = database.modelSpaceId();
   context.paperSpace = database.paperSpaceId();
   const WritePlan plan = planFile(context);
+  if (report != nullptr) tellSaved(plan, version, *report);
   FileContents contents = makeContents(context);
   bytes = version < kR2004 ? buildR2000(context, plan, contents) : buildR2004(context, plan, contents);
   if (plan.leftOut > 0)
@@ -46,7 +49,7 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
 Gcad::ErrorStatus writeFile(GcDbDatabase& database, const std::string& path, const WriteOptions& options,
                             std::string& message) {
   std::vector<uint8_t> bytes;
-  const Gcad::ErrorStatus status = writeBytes(database, options.version, bytes, message);
+  const Gcad::ErrorStatus status = writeBytes(database, options.version, bytes, message, options.report);
   if (status != Gcad::eOk) {
     message = "cannot save " + path + ": " + message;
     return status;

@@ -4,6 +4,7 @@
 #include "db/circle.h"
 #include "db/database.h"
 #include "host/db/core/fileparts.h"
+#include "host/db/core/savereport.h"
 #include "host/db/core/store.h"
 #include "host/db/entities/modeler_body.h"
 #include "host/db/entities/modeler_text.h"
@@ -269,3 +270,27 @@ TEST(ModelersInDwg, PicturesOfEdgesAreKept) {
 }
 
 }  // namespace
+
+// Each object of which the version cannot say all is told.
+TEST(ModelersInDwg, SavesTellWhatTheVersionLacks) {
+  GcDbDatabase database;
+  auto* solid = new GcDb3dSolid;
+  const GcDbObjectId id = append(database, solid);
+  GcDb3dSolid* open = nullptr;
+  ASSERT_EQ(gcdbOpenObject(open, id, GcDb::kForWrite), Gcad::eOk);
+  open->setBytes(bytesOfDisc(2));
+  ASSERT_EQ(open->close(), Gcad::eOk);
+  for (const int version : kWritten) {
+    SCOPED_TRACE(version);
+    GcDbSaveReport report;
+    std::vector<uint8_t> bytes;
+    std::string message;
+    ASSERT_EQ(writeBytes(database, version, bytes, message, &report), Gcad::eOk) << message;
+    int told = 0;
+    for (const GcDbSaveEntry& entry : report.entries()) told += entry.object == "3DSOLID" ? 1 : 0;
+    EXPECT_EQ(told, version == kR2000 ? 1 : 0);
+    if (told == 1) {
+      EXPECT_EQ(report.entries()[0].handle, id.handle());
+    }
+  }
+}
