@@ -1,5 +1,6 @@
 #include "host/db/core/store.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "db/database.h"
@@ -63,6 +64,15 @@ GcDbStub* GcDbStore::findFar(uint64_t handle) const {
   if (m_far == nullptr) return nullptr;
   const auto at = m_far->map.find(handle);
   return at == m_far->map.end() ? nullptr : at->second;
+}
+
+std::vector<GcDbStub*> GcDbStore::farByHandle() const {
+  std::vector<GcDbStub*> all;
+  if (m_far == nullptr) return all;
+  all.reserve(m_far->map.size());
+  for (const auto& [handle, stub] : m_far->map) all.push_back(stub);
+  std::sort(all.begin(), all.end(), [](const GcDbStub* a, const GcDbStub* b) { return a->handle < b->handle; });
+  return all;
 }
 
 // A file of a few kilobytes may refer to thousands of handles that lie far apart: pages for them would be empty, and

@@ -38,6 +38,15 @@ int sumOfOthers(const uint8_t* sixteen, std::index_sequence<I...>) {
   return (0 ^ ... ^ kSlices16[kSlices - 3 - I][sixteen[I + 2]]);
 }
 
+// Fewer than sixteen bytes, all at once too.
+uint16_t sumOfRest(const uint8_t* at, size_t left, uint16_t crc) {
+  if (left == 0) return crc;
+  if (left == 1) return static_cast<uint16_t>(crc >> 8 ^ kSlices16[0][(crc ^ at[0]) & 0xFF]);
+  int sum = kSlices16[left - 1][(at[0] ^ crc) & 0xFF] ^ kSlices16[left - 2][at[1] ^ (crc >> 8)];
+  for (size_t i = 2; i < left; ++i) sum ^= kSlices16[left - 1 - i][at[i]];
+  return static_cast<uint16_t>(sum);
+}
+
 }  // namespace
 
 uint16_t crc16(std::span<const uint8_t> bytes, uint16_t seed) {
@@ -48,8 +57,7 @@ uint16_t crc16(std::span<const uint8_t> bytes, uint16_t seed) {
     const int first = kSlices16[kSlices - 1][(at[0] ^ crc) & 0xFF] ^ kSlices16[kSlices - 2][at[1] ^ (crc >> 8)];
     crc = static_cast<uint16_t>(first ^ sumOfOthers(at, std::make_index_sequence<kSlices - 2>()));
   }
-  for (; left > 0; --left, ++at) crc = static_cast<uint16_t>(crc >> 8 ^ kSlices16[0][(crc ^ *at) & 0xFF]);
-  return crc;
+  return sumOfRest(at, left, crc);
 }
 
 uint32_t crc32(std::span<const uint8_t> bytes, uint32_t seed) {

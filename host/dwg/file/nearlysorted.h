@@ -22,7 +22,10 @@ void sortNearlySorted(std::vector<T>& all, const Less& less) {
     all[kept++] = all[i];
   }
   if (strays.empty()) return;
-  std::sort(strays.begin(), strays.end(), less);
+  if (strays.size() < all.size() / 2)
+    sortNearlySorted(strays, less);  // they are often in order among themselves
+  else
+    std::sort(strays.begin(), strays.end(), less);
   const auto middle = all.begin() + static_cast<std::ptrdiff_t>(kept);
   std::copy(strays.begin(), strays.end(), middle);
   std::inplace_merge(all.begin(), middle, all.end(), less);

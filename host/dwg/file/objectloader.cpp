@@ -50,7 +50,10 @@ void ObjectLoader::loadAll(const std::vector<MapEntry>& map) {
   std::vector<size_t> others;
   others.reserve(map.size());
   if (m_context.version < kR2004) m_links.owned.reserve(map.size());
+  constexpr size_t kAhead = 16;
   for (size_t i = 0; i < map.size(); ++i) {
+    if (i + kAhead < map.size() && map[i + kAhead].offset < m_sections.objects.size())
+      __builtin_prefetch(m_sections.objects.data() + map[i + kAhead].offset);
     const uint32_t type = typeOfRecord(m_context.version, cut(map[i]).body);
     if (isDropped(type)) continue;
     if (type == kApplicationType)

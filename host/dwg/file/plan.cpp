@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "db/blockbegin.h"
 #include "db/entity.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/store.h"
 #include "host/db/objects/zombiedata.h"
-#include "host/dwg/file/nearlysorted.h"
 #include "host/dwg/record/bound.h"
 #include "host/dwg/record/rawrecord.h"
 
@@ -25,35 +23,13 @@ class Planner {
   explicit Planner(RecordContext& context) : m_context(context), m_database(context.database) {}
 
   WritePlan run() {
-    completeSequences();
     takeClasses();
     choose();
-    sortNearlySorted(m_plan.objects,
-                     [](const PlannedObject& a, const PlannedObject& b) { return a.handle < b.handle; });
     if (m_context.version < kR2004) linkNeighbours();
     return std::move(m_plan);
   }
 
  private:
-  void completeSequences() {
-    std::vector<GcDbEntity*> incomplete;
-    m_database.store().forEach([&](GcDbStub* stub) {
-      if (stub->object == nullptr || stub->erased || stub->object->extra() == nullptr) return;
-      const GcDbObjectExtra& extra = *stub->object->extra();
-      const bool hasEnd = extra.sequenceEnd.isValid() && !extra.sequenceEnd.isErased();
-      auto* entity = GcDbEntity::cast(stub->object);
-      if (!extra.parts.isEmpty() && !hasEnd && entity != nullptr) incomplete.push_back(entity);
-    });
-    for (GcDbEntity* entity : incomplete) {
-      auto* end = new GcDbSequenceEnd;
-      ignore(end->setLayer(entity->layerId()));
-      GcDbObjectId id;
-      ignore(m_database.addGcDbObject(id, end, entity->objectId()));
-      ignore(end->close());
-      entity->needExtra().sequenceEnd = id;
-    }
-  }
-
   // The classes the drawing came with keep their descriptions; numbers are given anew, without gaps.
   void takeClasses() {
     for (const GcDbClassRecord& record : m_database.fileParts().classes) {
@@ -159,24 +135,30 @@ class Planner {
 
   void choose() {
     m_plan.objects.reserve(m_database.store().size());
-    m_database.store().forEach([&](GcDbStub* stub) {
-      if (stub->object == nullptr || stub->erased) return;
-      PlannedObject planned;
-      planned.object = stub->object;
-      planned.handle = stub->handle;
-      ClassType& ofClass = classTypeOf(*stub->object);
-      planned.type = typeOf(*stub->object, ofClass);
-      planned.kind = ofClass.kind;
-      if (ofClass.isLookedAt && !hasPacking(*planned.object, m_context.version)) asProxy(planned);
-      if (planned.type == 0) {
-        m_context.omitted.insert(stub->handle);
-        ++m_plan.leftOut;
-        return;
-      }
-      if (ofClass.kind->isEntity) planned.links.mode = modeOf(*planned.object);
-      m_plan.objects.push_back(planned);
+    m_database.store().forEachByHandle([&](const GcDbStub* stub) {
+      if (stub->object != nullptr && !stub->erased) take(*stub);
     });
     countInstances();
+  }
+
+  void take(const GcDbStub& stub) {
+    const GcDbObject& object = *stub.object;
+    ClassType& ofClass = classTypeOf(object);
+    PlannedObject planned;
+    planned.object = &object;
+    planned.handle = stub.handle;
+    planned.type = typeOf(object, ofClass);
+    planned.kind = ofClass.kind;
+    if (ofClass.isLookedAt && !hasPacking(object, m_context.version)) asProxy(planned);
+    if (planned.type == 0) {
+      m_context.omitted.insert(stub.handle);
+      ++m_plan.leftOut;
+      return;
+    }
+    if (ofClass.kind->isEntity) planned.mode = modeOf(object);
+    if (planned.type == kBlockRecordType || (object.extra() != nullptr && !object.extra()->parts.isEmpty()))
+      m_owners.push_back(&object);
+    m_plan.objects.push_back(planned);
   }
 
   [[nodiscard]] EntityLinks::Mode modeOf(const GcDbObject& entity) const {
@@ -187,50 +169,63 @@ class Planner {
 
   // Files before AC1018 chain the entities of an owner. Neighbours with the handles before and after need not be told.
   void linkNeighbours() {
-    for (const PlannedObject& planned : m_plan.objects) {
-      const GcDbObject& object = *planned.object;
-      if (object.extra() != nullptr && !object.extra()->parts.isEmpty())
-        chain(object.extra()->parts);
-      else if (const auto* block = planned.type == kBlockRecordType ? GcDbBlockTableRecord::cast(&object) : nullptr)
+    for (const GcDbObject* owner : m_owners) {
+      if (owner->extra() != nullptr && !owner->extra()->parts.isEmpty())
+        chain(owner->extra()->parts);
+      else if (const auto* block = GcDbBlockTableRecord::cast(owner))
         chain(block->entities());
     }
   }
 
   void chain(const GcDbObjectIdArray& all) {
-    std::vector<uint64_t> handles;
-    handles.reserve(static_cast<size_t>(all.length()));
-    for (const GcDbObjectId id : all)
-      if (m_context.isWritten(id)) handles.push_back(id.stub()->handle);
-    size_t place = 0;
-    for (size_t i = 0; i < handles.size(); ++i) {
-      place = placeOf(handles[i], place + 1);
-      if (place == m_plan.objects.size()) continue;
-      EntityLinks& links = m_plan.objects[place].links;
-      links.previous = i > 0 ? handles[i - 1] : 0;
-      links.next = i + 1 < handles.size() ? handles[i + 1] : 0;
-      links.consecutive =
-          (i == 0 || links.previous + 1 == handles[i]) && (links.next == 0 || links.next == handles[i] + 1);
+    std::vector<PlannedObject>& objects = m_plan.objects;
+    uint32_t before = PlannedObject::kNobody;
+    constexpr int kAhead = 16;
+    for (int i = 0; i < all.length(); ++i) {
+      if (i + kAhead < all.length()) __builtin_prefetch(all[i + kAhead].stub());
+      const GcDbObjectId id = all[i];
+      if (!m_context.isWritten(id)) continue;
+      const uint32_t place = placeOf(id.stub()->handle, before + 1);
+      if (place == PlannedObject::kNobody) continue;
+      objects[place].previous = before;
+      objects[place].consecutive = true;
+      if (before != PlannedObject::kNobody) {
+        objects[before].next = place;
+        if (objects[before].handle + 1 != objects[place].handle)
+          objects[before].consecutive = objects[place].consecutive = false;
+      }
+      before = place;
     }
   }
 
-  // The place of a handle, which is most often the expected one; the end when it is not there.
-  [[nodiscard]] size_t placeOf(uint64_t handle, size_t expected) const {
+  // The place of a handle, which is most often the expected one; nobody's when it is not there.
+  [[nodiscard]] uint32_t placeOf(uint64_t handle, uint32_t expected) const {
     const auto& all = m_plan.objects;
     if (expected < all.size() && all[expected].handle == handle) return expected;
     const auto at = std::lower_bound(all.begin(), all.end(), handle,
                                      [](const PlannedObject& a, uint64_t b) { return a.handle < b; });
-    return at != all.end() && at->handle == handle ? static_cast<size_t>(at - all.begin()) : all.size();
+    return at != all.end() && at->handle == handle ? static_cast<uint32_t>(at - all.begin()) : PlannedObject::kNobody;
   }
 
   RecordContext& m_context;
   GcDbDatabase& m_database;
   WritePlan m_plan;
+  std::vector<const GcDbObject*> m_owners;  // of chains
   std::unordered_map<const GcRxClass*, ClassType> m_classTypes;
   const GcRxClass* m_lastClass = nullptr;
   ClassType* m_lastType = nullptr;
 };
 
 }  // namespace
+
+EntityLinks WritePlan::linksOf(const PlannedObject& planned) const {
+  EntityLinks links;
+  links.mode = planned.mode;
+  links.consecutive = planned.consecutive;
+  if (planned.previous != PlannedObject::kNobody) links.previous = objects[planned.previous].handle;
+  if (planned.next != PlannedObject::kNobody) links.next = objects[planned.next].handle;
+  return links;
+}
 
 WritePlan planFile(RecordContext& context) { return Planner(context).run(); }
 

@@ -3,6 +3,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include "db/blockbegin.h"
+#include "db/entity.h"
 #include "db/symboltable.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/store.h"
@@ -29,24 +31,51 @@ void registerApplication(GcDbDatabase& database, const GcText& name) {
   ignore(table->close());
 }
 
-void collectApplications(const GcDbObject& object, std::unordered_set<GcText>& names) {
-  if (object.extra() == nullptr) return;
-  GcDbGroupList::Cursor cursor(object.extra()->xdata);
-  for (GcDbGroup group; cursor.next(group);)
-    if (group.code == kApplication) names.emplace(group.text);
+// Passes over all objects are what takes long in a large drawing: everything is looked for in one.
+struct Survey {
+  std::unordered_set<GcText> applications;
+  GcText lastApplication;
+  std::vector<GcDbEntity*> sequences;  // without an end
+
+  void lookAt(GcDbObject& object) {
+    const GcDbObjectExtra* extra = object.extra();
+    if (extra == nullptr) return;
+    if (!extra->xdata.isEmpty()) collectApplications(extra->xdata);
+    if (extra->parts.isEmpty() || (extra->sequenceEnd.isValid() && !extra->sequenceEnd.isErased())) return;
+    if (auto* entity = GcDbEntity::cast(&object)) sequences.push_back(entity);
+  }
+
+  void collectApplications(const GcDbGroupList& xdata) {
+    GcDbGroupList::Cursor cursor(xdata);
+    for (GcDbGroup group; cursor.next(group);) {
+      if (group.code != kApplication || group.text == lastApplication) continue;
+      lastApplication = group.text;
+      applications.insert(lastApplication);
+    }
+  }
+};
+
+void endSequence(GcDbEntity& entity) {
+  auto* end = new GcDbSequenceEnd;
+  ignore(end->setLayer(entity.layerId()));
+  GcDbObjectId id;
+  ignore(entity.database()->addGcDbObject(id, end, entity.objectId()));
+  ignore(end->close());
+  entity.needExtra().sequenceEnd = id;
 }
 
 }  // namespace
 
 void prepareToWrite(GcDbDatabase& database, int version) {
-  std::unordered_set<GcText> names;
+  Survey survey;
   database.store().forEach([&](GcDbStub* stub) {
     if (stub->object == nullptr || stub->erased) return;
-    auto* style = GcDbMLeaderStyle::cast(stub->object);
-    if (style != nullptr && version < kR2010) style->markSecondForm();
-    collectApplications(*stub->object, names);
+    if (version < kR2010)
+      if (auto* style = GcDbMLeaderStyle::cast(stub->object)) style->markSecondForm();
+    survey.lookAt(*stub->object);
   });
-  for (const GcText& name : names) registerApplication(database, name);
+  for (const GcText& name : survey.applications) registerApplication(database, name);
+  for (GcDbEntity* entity : survey.sequences) endSequence(*entity);
 }
 
 }  // namespace gc::dwg
