@@ -1,10 +1,12 @@
 // The paged file of AC1021. Everything is coded by Reed and Solomon's code: blocks of 255 bytes, of which 239 (pages of
 // the file's own) or 251 (data) are the message and the rest its checks; the bytes of the blocks of a page take turns.
-// The code is systematic: the message is read as it stands, errors are left to the checksums of what is in it.
+// The code is systematic. Its check bytes are the checksums of such a file: wrong bytes are corrected as far as they go,
+// and told.
 #include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
+#include "host/dwg/bits/reedsolomon.h"
 #include "host/dwg/file/bytes.h"
 #include "host/dwg/file/lz_r2007.h"
 #include "host/dwg/file/sections.h"
@@ -19,9 +21,9 @@ constexpr uint64_t kCodePageAt = 19;
 constexpr uint64_t kHeaderAt = 0x80;
 constexpr uint64_t kHeaderBlocks = 3;
 constexpr uint64_t kFirstPageAt = 0x480;
-constexpr uint64_t kBlock = 255;
-constexpr uint64_t kSystemMessage = 239;
-constexpr uint64_t kDataMessage = 251;
+constexpr uint64_t kBlock = kCodedBlock;
+constexpr uint64_t kSystemMessage = kSystemBlocks.messageBytes();
+constexpr uint64_t kDataMessage = kDataBlocks.messageBytes();
 constexpr uint64_t kHeaderSize = 0x110;
 constexpr uint64_t kMostSystemPage = 0x2000000;
 
@@ -39,24 +41,42 @@ enum HeaderPlace : uint64_t {
 
 uint64_t roundUp(uint64_t value, uint64_t step) { return (value + step - 1) / step * step; }
 
-// The messages of the blocks, one after the other.
-std::vector<uint8_t> messages(std::span<const uint8_t> coded, uint64_t blocks, uint64_t message) {
-  std::vector<uint8_t> out;
-  if (coded.size() / message < blocks) return out;
-  out.reserve(blocks * message);
-  for (uint64_t b = 0; b < blocks; ++b)
-    for (uint64_t i = 0; i < message; ++i) out.push_back(coded[b + i * blocks]);
-  return out;
+// The messages of the blocks, one after the other, with how many blocks had to be corrected or could not be.
+struct Message {
+  std::vector<uint8_t> bytes;
+  uint64_t corrected = 0;
+  uint64_t damaged = 0;
+};
+
+// Blocks that a cut left without all of their check bytes are taken as they are.
+Message messages(std::span<const uint8_t> coded, uint64_t blocks, const BlockCode& code) {
+  const size_t size = code.messageBytes();
+  Message message;
+  if (coded.size() / size < blocks) return message;
+  const bool hasChecks = coded.size() / kBlock >= blocks;
+  message.bytes.reserve(blocks * size);
+  for (uint64_t b = 0; b < blocks; ++b) {
+    uint8_t block[kBlock];
+    for (uint64_t i = 0; i < (hasChecks ? kBlock : size); ++i) block[i] = coded[b + i * blocks];
+    const BlockState state = hasChecks ? correctBlock(block, code) : BlockState::Damaged;
+    message.corrected += state == BlockState::Corrected ? 1 : 0;
+    message.damaged += state == BlockState::Damaged ? 1 : 0;
+    message.bytes.insert(message.bytes.end(), block, block + size);
+  }
+  return message;
 }
 
+// As many of the bytes as there are.
 std::vector<uint8_t> unpack(const std::vector<uint8_t>& message, uint64_t packedSize, uint64_t size) {
   std::vector<uint8_t> out(size);
   if (size == 0) return out;
   const auto packed = part(message, 0, packedSize);
-  if (packedSize < size)
-    decompressR2007(packed, out);
-  else
-    std::copy_n(packed.begin(), std::min<uint64_t>(packed.size(), size), out.begin());
+  if (packedSize < size) {
+    out.resize(decompressR2007(packed, out));
+  } else {
+    out.resize(std::min<uint64_t>(packed.size(), size));
+    std::copy_n(packed.begin(), out.size(), out.begin());
+  }
   return out;
 }
 
@@ -84,11 +104,21 @@ class Opener {
     return false;
   }
 
+  // Tells of blocks that were wrong.
+  std::vector<uint8_t> checked(Message&& message, uint64_t at, const std::string& what) {
+    const auto tell = [&](GcDbLoadAction action, uint64_t blocks, const char* state) {
+      if (blocks > 0) note(m_report, action, at, 0, what + ": " + std::to_string(blocks) + " blocks " + state);
+    };
+    tell(GcDbLoadAction::Repaired, message.corrected, "with wrong bytes are corrected");
+    tell(GcDbLoadAction::Noted, message.damaged, "do not fit their check bytes");
+    return std::move(message.bytes);
+  }
+
   bool readHeader() {
     constexpr uint64_t kPackedSizeAt = 24;
     constexpr uint64_t kPackedAt = 32;
     const auto coded = part(m_file, kHeaderAt, kHeaderBlocks * kBlock);
-    const std::vector<uint8_t> message = messages(coded, kHeaderBlocks, kSystemMessage);
+    const std::vector<uint8_t> message = checked(messages(coded, kHeaderBlocks, kSystemBlocks), kHeaderAt, "header");
     if (message.empty()) return missing("the file header");
     const auto packedSize = static_cast<int32_t>(u32(message, kPackedSizeAt));
     const auto body = part(message, kPackedAt, message.size());
@@ -103,19 +133,20 @@ class Opener {
   [[nodiscard]] uint64_t field(HeaderPlace place) const { return u64(m_header, place); }
 
   // A page of the file's own; its message is written several times over.
-  std::vector<uint8_t> systemPage(uint64_t at, uint64_t packedSize, uint64_t size, uint64_t repeat) {
+  std::vector<uint8_t> systemPage(uint64_t at, uint64_t packedSize, uint64_t size, uint64_t repeat, const char* what) {
     std::vector<uint8_t> none;
     if (size > kMostSystemPage || size / 256 > m_file.size() || packedSize > m_file.size() || repeat == 0 ||
         repeat > 64)
       return none;
     const uint64_t blocks = roundUp(roundUp(packedSize, 8) * repeat, kSystemMessage) / kSystemMessage;
     if (blocks == 0 || !holds(m_file, at, blocks * kBlock)) return none;
-    return unpack(messages(part(m_file, at, blocks * kBlock), blocks, kSystemMessage), packedSize, size);
+    return unpack(checked(messages(part(m_file, at, blocks * kBlock), blocks, kSystemBlocks), at, what), packedSize,
+                  size);
   }
 
   bool readPageMap() {
-    const std::vector<uint8_t> map =
-        systemPage(kFirstPageAt + field(kPageMapAt), field(kPageMapPacked), field(kPageMapSize), field(kPageMapRepeat));
+    const std::vector<uint8_t> map = systemPage(kFirstPageAt + field(kPageMapAt), field(kPageMapPacked),
+                                                field(kPageMapSize), field(kPageMapRepeat), "page map");
     uint64_t address = kFirstPageAt;
     for (uint64_t i = 0; holds(map, i, 16); i += 16) {
       const uint64_t size = u64(map, i);
@@ -133,8 +164,8 @@ class Opener {
     constexpr uint64_t kPageEntry = 56;
     const auto at = m_pages.find(field(kSectionMapId));
     if (at == m_pages.end()) return missing("the section map");
-    const std::vector<uint8_t> map =
-        systemPage(at->second.at, field(kSectionMapPacked), field(kSectionMapSize), field(kSectionMapRepeat));
+    const std::vector<uint8_t> map = systemPage(at->second.at, field(kSectionMapPacked), field(kSectionMapSize),
+                                                field(kSectionMapRepeat), "section map");
     for (uint64_t i = 0; holds(map, i, kSectionHead);) {
       const uint64_t size = u64(map, i);
       const uint64_t nameBytes = roundUp(u64(map, i + 32), 2);
@@ -197,7 +228,7 @@ class Opener {
     const auto coded = part(m_file, at->second.at, at->second.size);
     const bool isCoded = packedSize != size || at->second.size == roundUp(blocks * kBlock, 32);
     if (!isCoded) return {coded.begin(), coded.begin() + static_cast<std::ptrdiff_t>(packedSize)};
-    return unpack(messages(coded, blocks, kDataMessage), packedSize, size);
+    return unpack(checked(messages(coded, blocks, kDataBlocks), at->second.at, "section " + name), packedSize, size);
   }
 
   void place(const std::string& name, std::span<const uint8_t> bytes) {
