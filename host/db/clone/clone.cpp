@@ -6,7 +6,10 @@
 #include "db/dictionary.h"
 #include "db/dimension.h"
 #include "db/hatch.h"
+#include "db/xrecord.h"
+#include "db/zombie.h"
 #include "host/db/clone/block.h"
+#include "host/db/clone/copyname.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/header.h"
 #include "host/db/core/memoryfiler.h"
@@ -37,30 +40,6 @@ class Reading {
 };
 
 bool isDictionary(GcDbObjectId id) { return id.isValid() && id.objectClass()->isDerivedFrom(GcDbDictionary::desc()); }
-
-// A name no record of the table has: "$0$NAME", "$1$NAME" …
-GcText mangled(const GcDbSymbolTable& table, GcView name) {
-  for (int n = 0;; ++n) {
-    GcText candidate = GC_T("$");
-    for (const char digit : std::to_string(n)) candidate += static_cast<GCHAR>(digit);
-    candidate += GC_T("$");
-    candidate += name;
-    if (!table.has(candidate.c_str())) return candidate;
-  }
-}
-
-// "*U12" and its like get a fresh number among the names of the table.
-GcText freshAnonymousName(const GcDbSymbolTable& table, GcView name) {
-  GcText stem(name);
-  while (!stem.empty() && stem.back() >= '0' && stem.back() <= '9') stem.pop_back();
-  for (int n = 1;; ++n) {
-    GcText candidate = stem;
-    for (const char digit : std::to_string(n)) candidate += static_cast<GCHAR>(digit);
-    if (!table.has(candidate.c_str())) return candidate;
-  }
-}
-
-bool isAnonymous(GcView name) { return name.size() > 1 && name[0] == '*' && name.find(GC_T("_Space")) == GcView::npos; }
 
 bool isEntity(GcDbObjectId id) { return id.isValid() && id.objectClass()->isDerivedFrom(GcDbEntity::desc()); }
 
@@ -128,8 +107,24 @@ void GcDbCloner::copyOwned(const GcDbObject& source, GcDbObjectId copy) {
   GcDbObjectIdArray owned;
   source.subOwned(owned);
   if (!source.extensionDictionary().isNull()) owned.append(source.extensionDictionary());
+  addOwnedInGroups(source, owned);
   for (const GcDbObjectId id : owned)
     if (id.isValid() && !id.isErased() && m_map.valueOf(id).isNull()) makeCopy(id, copy, false);
+}
+
+// Records and objects of unknown classes own what their groups of the codes 350 to 369 name, if it says so too.
+void GcDbCloner::addOwnedInGroups(const GcDbObject& source, GcDbObjectIdArray& owned) {
+  const bool hasGroups = source.isKindOf(GcDbXrecord::desc()) || source.isKindOf(GcDbZombieObject::desc()) ||
+                         source.isKindOf(GcDbZombieEntity::desc());
+  if (!hasGroups) return;
+  GcDbMemoryFiler filer(GcDb::kWblockCloneFiler);
+  ignore(source.dwgOutFields(&filer));
+  for (const GcDbReferencePlace& place : filer.references()) {
+    if (place.kind != GcDbReferenceKind::HardOwnership && place.kind != GcDbReferenceKind::SoftOwnership) continue;
+    const GcDbObjectId id = filer.referenceAt(place);
+    const Reading<GcDbObject> object(id);
+    if (object && object->ownerId() == source.objectId() && !owned.contains(id)) owned.append(id);
+  }
 }
 
 // Hard pointers lead to what a copy cannot do without: it is found or made in the target database.
@@ -158,6 +153,13 @@ GcDbObjectId GcDbCloner::counterpart(GcDbObjectId source) {
   return isDictionary(owner) ? counterpartEntry(source, owner) : GcDbObjectId();
 }
 
+// The name of the source's file, by which its records are told from others.
+GcText GcDbCloner::drawingName() const {
+  GcView name = view(m_source.getFilename());
+  if (const size_t slash = name.find_last_of(GC_T("/\\")); slash != GcView::npos) name.remove_prefix(slash + 1);
+  return GcText(name.substr(0, name.rfind(GC_T('.'))));
+}
+
 GcDbObjectId GcDbCloner::counterpartRecord(const GcDbSymbolTableRecord& record) {
   const GcDbObjectId source = record.objectId();
   if (!record.ownerId().isValid()) return {};
@@ -169,15 +171,11 @@ GcDbObjectId GcDbCloner::counterpartRecord(const GcDbSymbolTableRecord& record) 
   if (gcdbOpenObject(table, tableId, GcDb::kForWrite) != Gcad::eOk) return {};
   GcDbObjectId existing;
   GcText name(view(record.getName()));
-  const bool anonymous = isAnonymous(name);
-  const bool exists = table->getAt(name.c_str(), existing) == Gcad::eOk;
-  if (exists && anonymous)
-    name = freshAnonymousName(*table, name);
-  else if (exists && m_mode == GcDb::kDrcMangleName)
-    name = mangled(*table, name);
-  else if (exists) {
+  name = gcdbNameOfCopy(m_mode, name, drawingName(), [&](GcView each) { return table->has(GcText(each).c_str()); });
+  if (table->getAt(name.c_str(), existing) == Gcad::eOk) {
     ignore(table->close());
-    const bool replace = m_mode == GcDb::kDrcReplace;
+    // The spaces are what layouts show: their contents are nobody's to replace.
+    const bool replace = m_mode == GcDb::kDrcReplace && GcView(name).find(GC_T("_Space")) == GcView::npos;
     m_map.assign({source, existing, replace, false});
     if (replace) replaceRecord(source, existing);
     return existing;
@@ -207,6 +205,7 @@ void GcDbCloner::takeEnds(const GcDbBlockTableRecord& source, const GcDbBlockTab
     if (!from.isValid() || from.isErased() || gcdbOpenGcDbObject(end, to, GcDb::kForWrite) != Gcad::eOk) continue;
     m_map.assign({from, to, true, false});
     m_pending.push_back({from, to});
+    if (const Reading<GcDbObject> original(from); original) bringAlong(*original);
   }
 }
 
@@ -286,10 +285,15 @@ GcDbObjectId GcDbCloner::counterpartEntry(GcDbObjectId source, GcDbObjectId owne
   const GcDbObjectId dictionaryId = targetDictionary(ownerId);
   GcDbDictionary* dictionary = nullptr;
   if (gcdbOpenObject(dictionary, dictionaryId, GcDb::kForRead) != Gcad::eOk) return {};
+  if (source.objectClass() != GcDbScale::desc())
+    key = toGcString(gcdbNameOfCopy(m_mode, view(key), drawingName(),
+                                    [&](GcView each) { return dictionary->has(GcText(each).c_str()); }));
   const GcDbObjectId existing = sameEntry(*dictionary, source, key);
   ignore(dictionary->close());
   if (!existing.isNull()) {
-    m_map.assign({source, existing, false, false});
+    const bool replace = m_mode == GcDb::kDrcReplace && existing.objectClass() == source.objectClass();
+    m_map.assign({source, existing, replace, false});
+    if (replace) replaceRecord(source, existing);
     return existing;
   }
   const GcDbObjectId copy = makeCopy(source, dictionaryId, false);

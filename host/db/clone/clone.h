@@ -7,6 +7,7 @@
 
 #include "db/database.h"
 #include "db/idmapping.h"
+#include "host/rx/view.h"
 
 class GcDbHatch;
 class GcDbSortentsTable;
@@ -37,6 +38,8 @@ class GcDbCloner {
   GcDbObjectId counterpartRecord(const class GcDbSymbolTableRecord& record);
   GcDbObjectId counterpartEntry(GcDbObjectId source, GcDbObjectId ownerId);
   GcDbObjectId targetDictionary(GcDbObjectId sourceDictionary);
+  [[nodiscard]] GcText drawingName() const;
+  void addOwnedInGroups(const GcDbObject& source, GcDbObjectIdArray& owned);
   void replaceRecord(GcDbObjectId source, GcDbObjectId existing);
   void takeEnds(const GcDbBlockTableRecord& source, const GcDbBlockTableRecord& copy);
   Gcad::ErrorStatus attach(GcDbObjectId copy, GcDbObjectId source, GcDbObjectId owner);

@@ -539,13 +539,27 @@ void readMember(const GcDbField& row, void* member, GcDbDwgFiler& filer) {
 
 }  // namespace
 
+namespace {
+// The code of a reference says how strong it is.
+void writeReference(const GcDbGroup& group, GcDbDwgFiler& filer) {
+  if (group.code >= 360 && group.code <= 369)
+    ignore(filer.writeHardOwnershipId(group.id));
+  else if (group.code >= 350 && group.code <= 359)
+    ignore(filer.writeSoftOwnershipId(group.id));
+  else if (group.code >= 340)
+    ignore(filer.writeHardPointerId(group.id));
+  else
+    ignore(filer.writeSoftPointerId(group.id));
+}
+}  // namespace
+
 void gcdbWriteGroups(const GcDbGroupList& list, GcDbDwgFiler& filer) {
   GcArray<uint8_t> bytes = list.bytes();
   ignore(filer.writeInt32(bytes.length()));
   ignore(filer.writeBytes(bytes.begin(), static_cast<uint64_t>(bytes.length())));
   GcDbGroupList::Cursor cursor(list);
   for (GcDbGroup group; cursor.next(group);)
-    if (group.kind == GcDbGroupKind::Id) ignore(filer.writeSoftPointerId(group.id));
+    if (group.kind == GcDbGroupKind::Id) writeReference(group, filer);
 }
 
 void gcdbReadGroups(GcDbGroupList& list, GcDbDwgFiler& filer) {
