@@ -14,6 +14,8 @@ except ImportError:
 
 GCAD = ([os.environ["GC_EMULATOR"]] if os.environ.get("GC_EMULATOR") else []) + [sys.argv[1]]
 SAMPLES = os.environ.get("GC_DRAWINGS") or os.path.join(os.path.dirname(__file__), "../../../shared/drawings")
+EVERY_KIND = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../lisp/every_kind.lsp")
+UNDO_SETUP = os.path.join(os.path.dirname(os.path.abspath(__file__)), "data/undo_setup.lsp")
 VERSIONS = ["R12", "R2000", "R2004", "R2007", "R2010", "R2013", "R2018"]
 
 DRAW = """
@@ -85,7 +87,12 @@ def main():
     folder = tempfile.mkdtemp()
     new = os.path.join(folder, "new.dxf")
     subprocess.run(GCAD + ["run", "--no-module", "-e", DRAW, "-s", new], check=True, stdout=subprocess.DEVNULL)
-    sources = [(new, VERSIONS)]
+    kinds = os.path.join(folder, "kinds.dxf")
+    subprocess.run(GCAD + ["run", EVERY_KIND, "-s", kinds], check=True, stdout=subprocess.DEVNULL)
+    things = os.path.join(folder, "things.dxf")
+    place = '(setq folder "' + folder.replace("\\", "/") + '")'
+    subprocess.run(GCAD + ["run", "-e", place, UNDO_SETUP, "-s", things], check=True, stdout=subprocess.DEVNULL)
+    sources = [(new, VERSIONS), (kinds, VERSIONS), (things, VERSIONS)]
     samples = sorted(glob.glob(os.path.join(SAMPLES, "*.d[wx][gf]")))
     # Layouts that came as bits of a DWG record go as proxies, which the reader does not take for layouts.
     sources += [(path, ["R12", "R2018"] if path.endswith(".dxf") else ["R12"]) for path in samples]
