@@ -5,6 +5,7 @@
 
 #include "db/database.h"
 #include "db/layoutmanager.h"
+#include "db/symboltable.h"
 #include "host/db/core/header.h"
 #include "host/db/core/memoryfiler.h"
 #include "host/db/core/store.h"
@@ -189,6 +190,23 @@ void GcDbUndo::putBack(const Change& change, Group& inverse) {
   m_database.notifyModified(fresh);
 }
 
+namespace {
+
+// A table finds its records by an index of names, which setName keeps: a record takes on the name of the state before the
+// rest of it.
+void renameFirst(GcDbObject& object, const std::vector<uint8_t>& image) {
+  auto* record = GcDbSymbolTableRecord::cast(&object);
+  if (record == nullptr) return;
+  const GcText before(view(record->getName()));
+  const std::vector<uint8_t> now = gcdbImageOf(object, GcDb::kUndoFiler);
+  ignore(gcdbImageInto(object, image, GcDb::kUndoFiler));
+  const GcText wanted(view(record->getName()));
+  ignore(gcdbImageInto(object, now, GcDb::kUndoFiler));
+  if (wanted != before) ignore(record->setName(wanted.c_str()));
+}
+
+}  // namespace
+
 void GcDbUndo::applyOne(const Change& change, Group& inverse) {
   if (change.state->what == What::ModelShown || change.state->what == What::SheetShown) {
     inverse.changes.push_back(layoutNow());
@@ -217,6 +235,7 @@ void GcDbUndo::applyOne(const Change& change, Group& inverse) {
     case What::Replaced: putBack(change, inverse); break;
     case What::Modified:
       inverse.changes.push_back(GcDbUndo::change(What::Modified, *object));
+      renameFirst(*object, change.state->image);
       ignore(gcdbImageInto(*object, change.state->image, GcDb::kUndoFiler));
       stub->pathKept = false;
       object->subLoaded();
