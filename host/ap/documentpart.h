@@ -44,6 +44,13 @@ class LispSpace : public DocumentPart {
   virtual void putNumber(GcView variable, const LispNumber& number) = 0;
   // Between units by name ("inch", "cm"). False when one is unknown or they measure different things.
   virtual bool convertUnits(double& value, GcView from, GcView to) = 0;
+  // A length and an angle in one of the drawing's unit formats (LUNITS 1 to 5, AUNITS 0 to 4); zeros as DIMZIN says.
+  virtual GcText lengthText(double value, int unit, int precision, int zeros) = 0;
+  virtual GcText angleText(double radians, int unit, int precision) = 0;
+  // What a text of the macro language comes to: $(+,1,2) and the like.
+  virtual GcText macroText(GcView text) = 0;
+  // The value of a variable as it prints; false when it has none.
+  virtual bool variableText(GcView variable, GcText& text) = 0;
   // Hands on what has been printed but lies in a buffer.
   virtual void flush() = 0;
 };

@@ -20,3 +20,10 @@ void GcDbDataValue::setString(const GcString& value) {
   kind = kString;
   string = value;
 }
+
+void GcDbDataValue::setPoint(const GcGePoint3d& value) {
+  *this = GcDbDataValue();
+  flags = 0;
+  kind = kPoint3d;
+  point = value;
+}

@@ -54,6 +54,7 @@ struct GcDbDataValue {
   void setReal(double value);
   void setInteger(int32_t value);
   void setString(const GcString& value);
+  void setPoint(const GcGePoint3d& value);
 };
 
 // Rows of a value that lives in a larger record; `Of` finds it there.

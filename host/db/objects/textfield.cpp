@@ -86,10 +86,13 @@ void GcDbTextField::setResult(const GcDbDataValue& value, const GcString& text) 
   m_textLength = static_cast<int32_t>(text.length());
 }
 
-void GcDbTextField::setFailed(Status status, const GcString& message) {
+void GcDbTextField::setFailed(Status status, const GcString& message, const GcString& shown) {
   assertWriteEnabled();
   m_status = status;
   m_message = message;
+  m_value = GcDbDataValue();
+  m_text = shown;
+  m_textLength = static_cast<int32_t>(shown.length());
 }
 
 GcDbObjectId gcdbFieldOf(GcDbObjectId host, const GCHAR* what) {

@@ -42,6 +42,7 @@ class GcDbTextField : public GcDbObject {
   [[nodiscard]] const GcDbObjectIdArray& objects() const { return m_objects; }
   [[nodiscard]] const GcString& text() const { return m_text; }
   [[nodiscard]] int32_t status() const { return m_status; }
+  [[nodiscard]] const GcDbDataValue& value() const { return m_value; }
   // The format: the field's own where the version has it, else none.
   [[nodiscard]] const GcString& format() const { return m_format; }
 
@@ -50,9 +51,9 @@ class GcDbTextField : public GcDbObject {
   Gcad::ErrorStatus addChild(GcDbObjectId& id);
   void addObject(GcDbObjectId id);
 
-  // What an evaluation brought: a value and how it reads, or why there is none (the text then stays as it was).
+  // What an evaluation brought: a value and how it reads, or why there is none and what is shown in its place.
   void setResult(const GcDbDataValue& value, const GcString& text);
-  void setFailed(Status status, const GcString& message);
+  void setFailed(Status status, const GcString& message, const GcString& shown);
 
   void subOwned(GcDbObjectIdArray& ids) const override;
 

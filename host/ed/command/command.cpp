@@ -88,7 +88,8 @@ const CommandIndex& commandIndex() {
           cornerCommands(),     spaceTransformCommands(), outsideCommands(),      linetypeCommands(),
           plotCommands(),       furtherCurveCommands(),   multilineCommands(),    revisionCloudCommands(),
           textMergeCommands(),  changeSpaceCommands(),    scaleListCommands(),    calculatorCommands(),
-          regionCommands(),     xrefCommands(),           clipCommands(),         textStyleCommands()}) {
+          regionCommands(),     xrefCommands(),           clipCommands(),         textStyleCommands(),
+          fieldCommands()}) {
       for (const Command& command : commands) {
         made->emplace(command.name, &command);
         std::string_view aliases = command.alias;

@@ -49,6 +49,7 @@ std::span<const Command> regionCommands();
 std::span<const Command> xrefCommands();
 std::span<const Command> clipCommands();
 std::span<const Command> textStyleCommands();
+std::span<const Command> fieldCommands();
 
 // The variable LASTPOINT.
 GcGePoint3d lastPoint(Editor& editor);

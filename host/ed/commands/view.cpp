@@ -6,6 +6,7 @@
 #include "host/ed/command/select.h"
 #include "host/ed/contents.h"
 #include "host/ed/coordinates.h"
+#include "host/ed/fields/update.h"
 #include "host/ed/views.h"
 #include "host/rx/math/elementary.h"
 
@@ -91,11 +92,19 @@ Task<bool> plan(CommandInput& in) {
 
 Task<bool> nothingToDraw(CommandInput&) { co_return true; }
 
+// Nothing is drawn, but fields that are worked out with each regeneration (a bit of FIELDEVAL) are.
+Task<bool> regenerate(CommandInput& in) {
+  constexpr int kWithRegeneration = 16;
+  if ((integerVariable(in.editor(), "FIELDEVAL") & kWithRegeneration) != 0)
+    static_cast<void>(updateFields(in.editor(), entitiesOfAllBlocks(in.database())));
+  co_return true;
+}
+
 constexpr Command kCommands[] = {
     {"ZOOM", "Z", zoom},
     {"PLAN", "", plan},
-    {"REGEN", "RE", nothingToDraw},
-    {"REGENALL", "REA", nothingToDraw},
+    {"REGEN", "RE", regenerate},
+    {"REGENALL", "REA", regenerate},
     {"REDRAW", "R", nothingToDraw},
     {"REDRAWALL", "RA", nothingToDraw},
 };

@@ -3,6 +3,8 @@
 #include "host/ap/dynamiclinker.h"
 #include "host/ed/patterns.h"
 #include "host/ed/xrefs.h"
+#include "host/lisp/core/diesel.h"
+#include "host/lisp/core/printer.h"
 #include "host/lisp/core/units.h"
 #include "host/lisp/core/wcmatch.h"
 #include "host/lisp/lib/calculations.h"
@@ -94,6 +96,24 @@ void DocumentLisp::putNumber(GcView variable, const ap::LispNumber& number) {
 }
 
 bool DocumentLisp::convertUnits(double& value, GcView from, GcView to) { return lisp::convertUnits(value, from, to); }
+
+GcText DocumentLisp::lengthText(double value, int unit, int precision, int zeros) {
+  return lisp::formatLength(value, static_cast<lisp::LengthFormat>(unit), precision, zeros);
+}
+
+GcText DocumentLisp::angleText(double radians, int unit, int precision) {
+  return lisp::formatAngle(radians, static_cast<lisp::AngleFormat>(unit), precision, 0, false);
+}
+
+GcText DocumentLisp::macroText(GcView text) { return lisp::evaluateMacro(text, m_environment); }
+
+bool DocumentLisp::variableText(GcView variable, GcText& text) {
+  const lisp::LispValue value = m_interpreter.variable(upperText(variable));
+  if (!value) return false;
+  text.clear();
+  lisp::appendValue(text, value, lisp::PrintStyle::Raw, m_interpreter.vm());
+  return true;
+}
 
 void DocumentLisp::flush() { m_interpreter.flush(); }
 

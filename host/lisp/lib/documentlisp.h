@@ -26,6 +26,10 @@ class DocumentLisp final : public ap::LispSpace {
   ap::LispNumber numberIn(GcView variable) override;
   void putNumber(GcView variable, const ap::LispNumber& number) override;
   bool convertUnits(double& value, GcView from, GcView to) override;
+  GcText lengthText(double value, int unit, int precision, int zeros) override;
+  GcText angleText(double radians, int unit, int precision) override;
+  GcText macroText(GcView text) override;
+  bool variableText(GcView variable, GcText& text) override;
   void flush() override;
 
  private:
