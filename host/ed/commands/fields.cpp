@@ -17,7 +17,9 @@ Task<bool> updateField(CommandInput& in) {
   co_return true;
 }
 
-constexpr Command kCommands[] = {{"UPDATEFIELD", "", updateField}};
+constexpr Command kCommands[] = {
+    {"UPDATEFIELD", "", updateField},
+};
 
 }  // namespace
 

@@ -70,3 +70,11 @@
 (kel_ldata_put l2 "key" "value")
 (vlax-ldata-put "LawHost" "key" 5)
 (setq db (vl-string-translate "\\" "/" (strcat folder "/other.dxf")))
+; A text with a field that has not been worked out, and is not to be by a regeneration.
+(entmake '((0 . "TEXT") (10 90.0 90.0 0.0) (40 . 2.5) (1 . "?")))
+(setq ft (entlast) fx (entmakex '((0 . "DICTIONARY") (100 . "AcDbDictionary") (280 . 1)))
+      fd (entmakex '((0 . "DICTIONARY") (100 . "AcDbDictionary") (280 . 1))))
+(entmod (append (entget ft) (list '(102 . "{ACAD_XDICTIONARY") (cons 360 fx) '(102 . "}"))))
+(dictadd fx "ACAD_FIELD" fd)
+(dictadd fd "TEXT" (entmakex '((0 . "FIELD") (100 . "AcDbField") (1 . "AcVar") (2 . "\\AcVar CLAYER"))))
+(setvar "FIELDEVAL" 15)
