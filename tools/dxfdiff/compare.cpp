@@ -52,7 +52,7 @@ bool isDerived(const Record& record, int code) {
   return (record.type == "TABLE" && code == 70) || (record.type == "CLASS" && code == 91);
 }
 
-std::string spelling(const Tag& tag, const DrawingText& codec) {
+std::string spelling(const Record& record, const Tag& tag, const DrawingText& codec) {
   double real = 0.0;
   std::int64_t whole = 0;
   std::uint64_t handle = 0;
@@ -80,7 +80,7 @@ std::string spelling(const Tag& tag, const DrawingText& codec) {
     case ValueKind::String: {
       GcText text;
       codec.decode(tag.text(), text);
-      return toUtf8(isNameCode(tag.code) ? upperText(text) : text);
+      return toUtf8(isNameCode(tag.code) || record.place == "HEADER $DWGCODEPAGE" ? upperText(text) : text);
     }
     default:
       if (tag.integer(whole)) return std::to_string(whole);
@@ -93,7 +93,7 @@ std::vector<Value> valuesOf(const Record& record, const DrawingText& codec) {
   bool joins = false;  // the value before is binary data of the same code
   for (const Tag& tag : record.tags) {
     if (isDerived(record, tag.code)) continue;
-    Value value{tag.code, spelling(tag, codec)};
+    Value value{tag.code, spelling(record, tag, codec)};
     joins = joins && tag.kind == ValueKind::Binary && values.back().code == tag.code;
     if (joins) {
       values.back().text += value.text;

@@ -18,7 +18,7 @@ bool isDerived(const GcDbField& row) {
 
 // Markers, counts and repetitions say nothing of their own; a row that is never written cannot be lost.
 bool saysSomething(const GcDbField& row) {
-  return row.is != Is::Marker && row.is != Is::Count && !row.isEcho && row.write != Write::Never &&
+  return row.is != Is::Marker && row.is != Is::Count && (!row.isEcho || row.isPart || row.is == Is::TrueColor) && row.write != Write::Never &&
          row.write != Write::ListsOnly && row.at != nullptr && !isDerived(row);
 }
 
@@ -32,9 +32,13 @@ GcDbGroup valueOf(const GcDbField& row, const void* record) {
   return row.get != nullptr ? row.get(record) : gcdbGetValue(row, row.value(record), nullptr);
 }
 
+bool isArray(const GcDbField& row) { return row.kind == Kind::Records && row.is != Is::Count && row.rows != nullptr; }
+
+// The row or one of its elements' rows is younger than the version.
 bool hasYoungRow(const GcDbField& array, int version) {
-  return std::any_of(array.rows, array.rows + array.rowCount,
-                     [&](const GcDbField& row) { return row.since > version && saysSomething(row); });
+  return std::any_of(array.rows, array.rows + array.rowCount, [&](const GcDbField& row) {
+    return row.since > version ? saysSomething(row) : isArray(row) && hasYoungRow(row, version);
+  });
 }
 
 // True when another row says the same under the same code in that version.
@@ -46,6 +50,17 @@ bool hasElder(const GcDbField& young, const void* record, const GcDbField& row, 
 
 bool isCommon(const GcDbField* row) {
   return row >= GcDbEntity::kFields && row < GcDbEntity::kFields + GcDbEntity::kFieldCount;
+}
+
+bool hasValue(const GcDbField& row, const void* record) {
+  if (isArray(row)) return row.records->size(row.at(const_cast<void*>(record))) != 0;
+  return !row.isDefault(record);
+}
+
+// Another row of the elements says the same in the version.
+bool hasElderIn(const GcDbField& array, const GcDbField& row, const void* element, int version) {
+  return std::any_of(array.rows, array.rows + array.rowCount,
+                     [&](const GcDbField& elder) { return hasElder(row, element, elder, version); });
 }
 
 void append(std::string& names, const GcDbField& row) {
@@ -67,8 +82,7 @@ const GcDbLossFinder::Kind& GcDbLossFinder::kindOf(const GcDbObject& object) {
     const GcDbField& row = *info->rows[i];
     const bool counts = saysSomething(row) && !(m_what == GcDbLossOf::ValuesOnly && isReference(row));
     if (counts && isYoung(row)) kind.young.push_back(&row);
-    if (!isYoung(row) && row.kind == ::Kind::Records && row.rows != nullptr && hasYoungRow(row, m_version))
-      kind.arrays.push_back(&row);
+    if (!isYoung(row) && isArray(row) && hasYoungRow(row, m_version)) kind.arrays.push_back(&row);
   }
   if (!kind.young.empty()) kind.fresh.reset(GcDbObject::cast(object.isA()->create()));
   return kind;
@@ -77,7 +91,7 @@ const GcDbLossFinder::Kind& GcDbLossFinder::kindOf(const GcDbObject& object) {
 bool GcDbLossFinder::isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const {
   if (!row.applies(&object) || (row.inFiles != nullptr && !row.inFiles(&object))) return false;
   if (row.kind == ::Kind::Records) return row.records->size(row.at(const_cast<GcDbObject*>(&object))) != 0;
-  if (row.isDefault(&object)) return false;
+  if (row.isDefault(&object) && (row.inExtra || row.isDefault(&fresh))) return false;
   if (row.kind == ::Kind::Groups || row.kind == ::Kind::Bytes) return true;
   return row.inExtra || !row.applies(&fresh) || !isSame(valueOf(row, &object), valueOf(row, &fresh));
 }
@@ -95,20 +109,25 @@ std::string GcDbLossFinder::find(const GcDbObject& object, bool commonOnly) {
     if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh) && !isSaidByElder(*row, object))
       append(names, *row);
   if (commonOnly) return names;
-  for (const GcDbField* array : kind.arrays) {
-    if (!array->applies(&object)) continue;
-    void* member = array->at(const_cast<GcDbObject*>(&object));
-    const int size = array->records->size(member);
-    for (int i = 0; i < size; ++i) {
-      const void* element = array->records->at(member, i);
-      for (int r = 0; r < array->rowCount; ++r) {
-        const GcDbField& row = array->rows[r];
-        if (isYoung(row) && saysSomething(row) && row.applies(element) && !row.isDefault(element) &&
-            std::none_of(array->rows, array->rows + array->rowCount,
-                         [&](const GcDbField& elder) { return hasElder(row, element, elder, m_version); }))
-          append(names, row);
+  for (const GcDbField* array : kind.arrays) findInElements(*array, &object, names);
+  return names;
+}
+
+// Arrays nest as deep as the descriptions do.
+void GcDbLossFinder::findInElements(const GcDbField& array, const void* record, std::string& names) const {
+  if (!array.applies(record)) return;
+  void* member = array.at(const_cast<void*>(record));
+  const int size = array.records->size(member);
+  for (int i = 0; i < size; ++i) {
+    const void* element = array.records->at(member, i);
+    for (int r = 0; r < array.rowCount; ++r) {
+      const GcDbField& row = array.rows[r];
+      if (!row.applies(element)) continue;
+      if (!isYoung(row)) {
+        if (isArray(row)) findInElements(row, element, names);
+      } else if (saysSomething(row) && hasValue(row, element) && !hasElderIn(array, row, element, m_version)) {
+        append(names, row);
       }
     }
   }
-  return names;
 }

@@ -33,6 +33,7 @@ class GcDbLossFinder {
     std::unique_ptr<GcDbObject> fresh;     // an object of the class as it is made: what readers take
   };
   std::string find(const GcDbObject& object, bool commonOnly);
+  void findInElements(const GcDbField& array, const void* record, std::string& names) const;
   const Kind& kindOf(const GcDbObject& object);
   [[nodiscard]] bool isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const;
   [[nodiscard]] bool isSaidByElder(const GcDbField& row, const GcDbObject& object) const;

@@ -13,7 +13,7 @@ constexpr int kObjectKind = 0x1F3;
 template <class Record>
 void passClass(Record& record, ClassMap::FileClass& each) {
   each.number = static_cast<uint16_t>(record.bs(static_cast<int>(each.number)));
-  each.proxyFlags = record.bs(each.proxyFlags);
+  each.proxyFlags = static_cast<uint16_t>(record.bs(each.proxyFlags));
   each.appName = record.t(each.appName);
   each.className = record.t(each.className);
   each.dxfName = record.t(each.dxfName);

@@ -317,7 +317,7 @@ constinit const HeaderRow kRows[] = {
     var(HeaderOp::BS, "$OBSCOLOR", 70).orElse(257).from(kR2004),
     var(HeaderOp::BS, "$INTERSECTIONCOLOR", 70).orElse(257).from(kR2004),
     var(HeaderOp::RC, "$OBSLTYPE", 280).from(kR2004),
-    var(HeaderOp::RC, "$INTERSECTIONDISPLAY", 290).from(kR2004),
+    var(HeaderOp::RC, "$INTERSECTIONDISPLAY", 280).from(kR2004),
     var(HeaderOp::T, "$PROJECTNAME", 1).from(kR2004),
     known(KnownRecord::kPaperSpace),
     known(KnownRecord::kModelSpace),

@@ -16,12 +16,6 @@ namespace {
 constexpr double kMillisecondsPerDay = 86400000.0;
 constexpr int kAngleCode = 50;
 
-GcText nameOfRow(const char* ascii) {
-  GcText name;
-  while (*ascii != 0) name.push_back(static_cast<GCHAR>(*ascii++));
-  return name;
-}
-
 // ---- the settings packed into one number -----------------------------------------------------------------
 
 struct FlagSetting {
@@ -145,6 +139,60 @@ class HeaderIn {
   HeaderReferences& m_references;
 };
 
+// ---- what settings refer to ------------------------------------------------------------------------------
+
+GcDbObjectId inDictionary(GcDbObjectId dictionaryId, GcView key) {
+  GcDbObjectId id;
+  GcDbDictionary* dictionary = nullptr;
+  if (gcdbOpenObject(dictionary, dictionaryId, GcDb::kForRead) != Gcad::eOk) return id;
+  ignore(dictionary->getAt(GcText(key).c_str(), id));
+  ignore(dictionary->close());
+  return id.isErased() ? GcDbObjectId() : id;
+}
+
+GcDbObjectId inTable(GcDbObjectId tableId, GcView name) {
+  GcDbObjectId id;
+  GcDbSymbolTable* table = nullptr;
+  if (gcdbOpenObject(table, tableId, GcDb::kForRead) != Gcad::eOk) return id;
+  ignore(table->getAt(GcText(name).c_str(), id));
+  ignore(table->close());
+  return id;
+}
+
+GcDbObjectId knownOf(const GcDbDatabase& database, KnownRecord which) {
+  const auto entry = [&](const GCHAR* key) { return inDictionary(database.namedObjectsDictionaryId(), key); };
+  switch (which) {
+    case KnownRecord::kGroups: return entry(GC_T("ACAD_GROUP"));
+    case KnownRecord::kMlineStyles: return entry(GC_T("ACAD_MLINESTYLE"));
+    case KnownRecord::kRoot: return database.namedObjectsDictionaryId();
+    case KnownRecord::kLayouts: return entry(GC_T("ACAD_LAYOUT"));
+    case KnownRecord::kPlotSettings: return entry(GC_T("ACAD_PLOTSETTINGS"));
+    case KnownRecord::kPlotStyles: return entry(GC_T("ACAD_PLOTSTYLENAME"));
+    case KnownRecord::kMaterials: return entry(GC_T("ACAD_MATERIAL"));
+    case KnownRecord::kColors: return entry(GC_T("ACAD_COLOR"));
+    case KnownRecord::kVisualStyles: return entry(GC_T("ACAD_VISUALSTYLE"));
+    case KnownRecord::kPaperSpace: return database.paperSpaceId();
+    case KnownRecord::kModelSpace: return database.modelSpaceId();
+    case KnownRecord::kByLayer: return database.byLayerLinetype();
+    case KnownRecord::kByBlock: return database.byBlockLinetype();
+    case KnownRecord::kContinuous: return database.continuousLinetype();
+    case KnownRecord::kCount: break;
+  }
+  return {};
+}
+
+// The table whose records settings of the group code name.
+GcDbObjectId tableNamedBy(const GcDbDatabase& database, int code, GcView setting) {
+  switch (code) {
+    case 8: return database.layerTableId();
+    case 7: return database.textStyleTableId();
+    case 6: return database.linetypeTableId();
+    case 1: return database.blockTableId();
+    default: break;
+  }
+  return setting.find(GC_T("UCS")) != GcView::npos ? database.UCSTableId() : database.dimStyleTableId();
+}
+
 // ---- writing ---------------------------------------------------------------------------------------------
 
 class HeaderOut {
@@ -171,11 +219,13 @@ class HeaderOut {
       }
       case HeaderOp::T: m_record.t(row.name == nullptr ? GcText() : m_header.text(nameOfRow(row.name))); return;
       case HeaderOp::CMC: putColor(row); return;
-      case HeaderOp::H: handle(5, row.name == nullptr ? 0 : uint64_t(referenceOf(row).handle())); return;
+      case HeaderOp::H:
+        handle(5, row.name == nullptr ? 0 : uint64_t(referenceOf(m_record.context, row).handle()));
+        return;
       case HeaderOp::Time: putTime(row); return;
       case HeaderOp::Seed: m_record.data.h(0, m_handseed); return;
       case HeaderOp::Table: handle(3, tableOf(row.index).handle()); return;
-      case HeaderOp::Known: handle(5, knownOf(static_cast<KnownRecord>(row.index)).handle()); return;
+      case HeaderOp::Known: handle(5, knownOf(m_database, static_cast<KnownRecord>(row.index)).handle()); return;
       case HeaderOp::Flags: putFlags(); return;
       case HeaderOp::PlotStyleType: m_record.bs(0); return;
     }
@@ -240,79 +290,20 @@ class HeaderOut {
       default: return m_database.dimStyleTableId();
     }
   }
-  [[nodiscard]] GcDbObjectId dictionaryEntry(const GCHAR* key) const {
-    GcDbObjectId id;
-    GcDbDictionary* root = nullptr;
-    if (gcdbOpenObject(root, m_database.namedObjectsDictionaryId(), GcDb::kForRead) != Gcad::eOk) return id;
-    ignore(root->getAt(key, id));
-    ignore(root->close());
-    return id.isErased() ? GcDbObjectId() : id;
-  }
-  [[nodiscard]] GcDbObjectId knownOf(KnownRecord which) const {
-    switch (which) {
-      case KnownRecord::kGroups: return dictionaryEntry(GC_T("ACAD_GROUP"));
-      case KnownRecord::kMlineStyles: return dictionaryEntry(GC_T("ACAD_MLINESTYLE"));
-      case KnownRecord::kRoot: return m_database.namedObjectsDictionaryId();
-      case KnownRecord::kLayouts: return dictionaryEntry(GC_T("ACAD_LAYOUT"));
-      case KnownRecord::kPlotSettings: return dictionaryEntry(GC_T("ACAD_PLOTSETTINGS"));
-      case KnownRecord::kPlotStyles: return dictionaryEntry(GC_T("ACAD_PLOTSTYLENAME"));
-      case KnownRecord::kMaterials: return dictionaryEntry(GC_T("ACAD_MATERIAL"));
-      case KnownRecord::kColors: return dictionaryEntry(GC_T("ACAD_COLOR"));
-      case KnownRecord::kVisualStyles: return dictionaryEntry(GC_T("ACAD_VISUALSTYLE"));
-      case KnownRecord::kPaperSpace: return m_database.paperSpaceId();
-      case KnownRecord::kModelSpace: return m_database.modelSpaceId();
-      case KnownRecord::kByLayer: return m_database.byLayerLinetype();
-      case KnownRecord::kByBlock: return m_database.byBlockLinetype();
-      case KnownRecord::kContinuous: return m_database.continuousLinetype();
-      case KnownRecord::kCount: break;
-    }
-    return {};
-  }
-  // The record a setting names; by its group code the table in which the name is looked up.
-  [[nodiscard]] GcDbObjectId referenceOf(const HeaderRow& row) const {
-    const GcText name = nameOfRow(row.name);
-    if (name == GC_T("$CLAYER")) return m_database.clayer();
-    if (name == GC_T("$CELTYPE")) return m_database.celtype();
-    if (name == GC_T("$TEXTSTYLE")) return m_database.textstyle();
-    if (name == GC_T("$DIMSTYLE")) return m_database.dimstyle();
-    const GcDbGroupList* groups = m_header.find(name);
-    GcDbGroup group;
-    if (groups == nullptr || !GcDbGroupList::Cursor(*groups).next(group)) return {};
-    if (group.kind == GcDbGroupKind::Id) return group.id;
-    if (group.text.empty()) return {};
-    if (name == GC_T("$CMLSTYLE")) return inDictionary(knownOf(KnownRecord::kMlineStyles), group.text);
-    if (row.code == 2 && name.find(GC_T("UCS")) != GcView::npos) return inTable(m_database.UCSTableId(), group.text);
-    return gcdbRecordByName(&m_database, tableMeaning(row.code), group.text);
-  }
-  [[nodiscard]] static GcDbObjectId inTable(GcDbObjectId tableId, GcView name) {
-    GcDbObjectId id;
-    GcDbSymbolTable* table = nullptr;
-    if (gcdbOpenObject(table, tableId, GcDb::kForRead) != Gcad::eOk) return id;
-    ignore(table->getAt(GcText(name).c_str(), id));
-    ignore(table->close());
-    return id;
-  }
-  [[nodiscard]] static GcDbObjectId inDictionary(GcDbObjectId dictionaryId, GcView key) {
-    GcDbObjectId id;
-    GcDbDictionary* dictionary = nullptr;
-    if (gcdbOpenObject(dictionary, dictionaryId, GcDb::kForRead) != Gcad::eOk) return id;
-    ignore(dictionary->getAt(GcText(key).c_str(), id));
-    ignore(dictionary->close());
-    return id;
-  }
-  static Is tableMeaning(int code) {
-    if (code == 8) return Is::LayerName;
-    if (code == 7) return Is::TextStyleName;
-    if (code == 6) return Is::LinetypeName;
-    if (code == 1) return Is::BlockName;
-    return Is::DimStyleName;
-  }
-
   RecordOut& m_record;
   GcDbDatabase& m_database;
   const GcDbHeader& m_header;
   uint64_t m_handseed;
 };
+
+GcText keyIn(GcDbObjectId dictionaryId, GcDbObjectId id) {
+  GcDbDictionary* dictionary = nullptr;
+  if (!id.isValid() || gcdbOpenObject(dictionary, dictionaryId, GcDb::kForRead) != Gcad::eOk) return {};
+  GcString key;
+  ignore(dictionary->nameAt(id, key));
+  ignore(dictionary->close());
+  return GcText(view(key));
+}
 
 // The name a record or (for what lives in dictionaries) an entry has.
 GcText nameOfId(GcDbObjectId id) {
@@ -323,15 +314,32 @@ GcText nameOfId(GcDbObjectId id) {
   if (gcdbOpenGcDbObject(object, id, GcDb::kForRead) != Gcad::eOk) return {};
   const GcDbObjectId owner = object->ownerId();
   ignore(object->close());
-  GcDbDictionary* dictionary = nullptr;
-  if (gcdbOpenObject(dictionary, owner, GcDb::kForRead) != Gcad::eOk) return {};
-  GcString key;
-  ignore(dictionary->nameAt(id, key));
-  ignore(dictionary->close());
-  return GcText(view(key));
+  return keyIn(owner, id);
 }
 
 }  // namespace
+
+GcText nameOfRow(const char* ascii) {
+  GcText name;
+  while (*ascii != 0) name.push_back(static_cast<GCHAR>(*ascii++));
+  return name;
+}
+
+GcDbObjectId referenceOf(const RecordContext& context, const HeaderRow& row) {
+  const GcDbDatabase& database = context.database;
+  const GcText name = nameOfRow(row.name);
+  if (name == GC_T("$CLAYER")) return database.clayer();
+  if (name == GC_T("$CELTYPE")) return database.celtype();
+  if (name == GC_T("$TEXTSTYLE")) return database.textstyle();
+  if (name == GC_T("$DIMSTYLE")) return database.dimstyle();
+  const GcDbGroupList* groups = database.header().find(name);
+  GcDbGroup group;
+  if (groups == nullptr || !GcDbGroupList::Cursor(*groups).next(group)) return {};
+  if (group.kind == GcDbGroupKind::Id) return group.id;
+  if (group.text.empty()) return {};
+  if (name == GC_T("$CMLSTYLE")) return inDictionary(knownOf(database, KnownRecord::kMlineStyles), group.text);
+  return inTable(tableNamedBy(database, row.code, name), group.text);
+}
 
 bool readHeader(const Sections& sections, RecordContext& context, HeaderReferences& references,
                 GcDbLoadReport& report) {
@@ -354,7 +362,8 @@ void connectHeader(const RecordContext& context, const HeaderReferences& referen
   for (const HeaderReferences::Setting& each : references.settings) {
     const GcText variable = nameOfRow(each.row->name);
     GcDbGroupList list;
-    const GcText name = nameOfId(each.id);
+    const GcText name = variable == GC_T("$CMLSTYLE") ? keyIn(knownOf(database, KnownRecord::kMlineStyles), each.id)
+                                                      : nameOfId(each.id);
     if (each.row->code >= 330)
       list.put(GcDbGroup::ofId(each.row->code, each.id.isValid() ? each.id : GcDbObjectId()));
     else

@@ -31,6 +31,11 @@ bool readHeader(const Sections& sections, RecordContext& context, HeaderReferenc
 // Sets the rest: settings that name records, and what the database itself holds.
 void connectHeader(const RecordContext& context, const HeaderReferences& references);
 
+// What a setting of the drawing refers to; null when there is no record of the name.
+GcDbObjectId referenceOf(const RecordContext& context, const HeaderRow& row);
+// The name of a row's setting.
+GcText nameOfRow(const char* ascii);
+
 // The section with its sentinels.
 std::vector<uint8_t> writeHeader(RecordContext& context, uint64_t handseed);
 

@@ -3,6 +3,7 @@
 #include "host/db/core/fileparts.h"
 #include "host/db/core/header.h"
 #include "host/db/core/life.h"
+#include "host/db/core/roundtrip.h"
 #include "host/db/core/store.h"
 #include "host/dwg/file/classsection.h"
 #include "host/dwg/file/datasection.h"
@@ -135,6 +136,7 @@ Gcad::ErrorStatus read(GcDbDatabase& database, std::string_view bytes) {
   });
   database.completeAfterLoad();
   connectHeader(context, header);
+  gcdbTakeRoundTrip(database);
   return Gcad::eOk;
 }
 

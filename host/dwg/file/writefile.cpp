@@ -1,4 +1,7 @@
+#include <optional>
+
 #include "host/db/core/fileparts.h"
+#include "host/dwg/file/beside.h"
 #include "host/dwg/file/contents.h"
 #include "host/dwg/file/dwgfile.h"
 #include "host/dwg/file/prepare.h"
@@ -20,6 +23,18 @@ void setCodePage(RecordContext& context) {
   context.codePageNumber = dwgNumberOf(page);
 }
 
+WritePlan planIn(std::optional<RecordContext>& context, GcDbDatabase& database, int version) {
+  context.emplace(database);
+  context->version = version;
+  setCodePage(*context);
+  context->byLayer = database.byLayerLinetype();
+  context->byBlock = database.byBlockLinetype();
+  context->continuous = database.continuousLinetype();
+  context->modelSpace = database.modelSpaceId();
+  context->paperSpace = database.paperSpaceId();
+  return planFile(*context);
+}
+
 }  // namespace
 
 Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<uint8_t>& bytes, std::string& message,
@@ -29,18 +44,16 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
     return Gcad::eUnsupportedVersion;
   }
   prepareToWrite(database, version);
-  RecordContext context(database);
-  context.version = version;
-  setCodePage(context);
-  context.byLayer = database.byLayerLinetype();
-  context.byBlock = database.byBlockLinetype();
-  context.continuous = database.continuousLinetype();
-  context.modelSpace = database.modelSpaceId();
-  context.paperSpace = database.paperSpaceId();
-  const WritePlan plan = planFile(context);
+  std::optional<RecordContext> context;
+  WritePlan plan = planIn(context, database, version);
+  // The record of what goes beside the others is one of them.
+  SaveNotes notes(report, version, typeName);
+  const bool isNew = collectBeside(*context, plan, notes).storeIn(database);
+  notes.finish();
+  if (isNew) plan = planIn(context, database, version);
   if (report != nullptr) tellSaved(plan, version, *report);
-  FileContents contents = makeContents(context);
-  bytes = version < kR2004 ? buildR2000(context, plan, contents) : buildR2004(context, plan, contents);
+  FileContents contents = makeContents(*context);
+  bytes = version < kR2004 ? buildR2000(*context, plan, contents) : buildR2004(*context, plan, contents);
   if (plan.leftOut > 0)
     message = std::to_string(plan.leftOut) + " objects have no form in this version and were left out";
   return Gcad::eOk;

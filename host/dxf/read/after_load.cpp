@@ -5,6 +5,7 @@
 #include "host/db/core/life.h"
 #include "host/db/core/loader.h"
 #include "host/db/core/ownercycles.h"
+#include "host/db/core/roundtrip.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 #include "host/dxf/read/modeler_records.h"
@@ -143,6 +144,7 @@ void afterLoad(const LoadContext& context) {
   context.database.store().forEach([](GcDbStub* stub) {
     if (stub->object) stub->object->subLoaded();
   });
+  gcdbTakeRoundTrip(context.database);
 }
 
 }  // namespace gc::dxf

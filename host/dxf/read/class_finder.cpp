@@ -54,7 +54,7 @@ ClassFinder::Known& ClassFinder::known(std::string_view dxfName) {
     if (m_known[m_last].dxfName == dxfName) return m_known[m_last];
   }
   // Lines of R10 that have a height of their own at each end are lines like others since.
-  const GcText name = fromUtf8(dxfName == "3DLINE" ? "LINE" : dxfName);
+  const GcText name = m_context.decoded(dxfName == "3DLINE" ? "LINE" : dxfName);
   GcRxClass* found = gcrxFindGcRxClassByDxf(name.c_str());
   if (!found) {
     const GcDbClassRecord* record = m_context.database.fileParts().findClass(name);

@@ -97,7 +97,7 @@ void keepSection(LoadContext& context, RecordReader& records, const RawRecord& s
   GcDbGroup group;
   do {
     GcDbFileRecord made;
-    if (current != &section) made.type = toGcString(fromUtf8(current->type));
+    if (current != &section) made.type = toGcString(context.decoded(current->type));
     GroupCursor cursor(context, current->tags);
     while (cursor.next(group)) {
       if (current == &section && group.code == 2 && kept.name.isEmpty()) {

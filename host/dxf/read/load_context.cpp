@@ -17,6 +17,12 @@ void LoadContext::setOwner(std::size_t offset, GcDbObject& object, GcDbObjectId 
   GcDbLoader::setOwner(object, owner);
 }
 
+GcText LoadContext::decoded(std::string_view raw) const {
+  GcText name;
+  (void)text.decode(raw, name);
+  return name;
+}
+
 std::string LoadContext::shown(std::string_view raw) const {
   constexpr std::size_t kMost = 80;
   GcText decoded;

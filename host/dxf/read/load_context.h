@@ -24,6 +24,9 @@ struct LoadContext {
   // Gives the object read from the record at `offset` its owner; reports when the file says another one.
   void setOwner(std::size_t offset, GcDbObject& object, GcDbObjectId owner) const;
 
+  // A name in the file's encoding.
+  [[nodiscard]] GcText decoded(std::string_view raw) const;
+
   // Text in the file's encoding, for messages.
   [[nodiscard]] std::string shown(std::string_view raw) const;
 };

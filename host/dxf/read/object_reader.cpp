@@ -19,7 +19,6 @@ namespace {
 
 constexpr int kMarkerCode = 100;
 constexpr const GCHAR* kEntityMarker = GC_T("AcDbEntity");
-constexpr int kEmbeddedCode = 101;  // begins an object within an object, which repeats the codes
 constexpr int kBraceCode = 102;
 constexpr int kFirstXDataCode = 1000;
 constexpr int kAppNameCode = 1001;
@@ -78,7 +77,6 @@ struct ObjectReader::Target {
   int handleCode = 5;
   bool inHead = true;        // before the first subclass marker
   bool inEntityPart = true;  // a zombie's groups that are read all the same
-  bool inEmbedded = false;
   bool inGraphics = false;
   bool isFirstOfRest = true;
   bool hasOwnMarker = false;      // one other than the entity part's
@@ -119,7 +117,7 @@ GcDbObject* ObjectReader::make(const RawRecord& record, RecordKind kind, GcRxCla
   }
   found = nullptr;
   GcDbObject* zombie = wantsEntity ? static_cast<GcDbObject*>(new GcDbZombieEntity) : new GcDbZombieObject;
-  zombieDataOf(*zombie)->dxfName = toGcString(fromUtf8(record.type));
+  zombieDataOf(*zombie)->dxfName = toGcString(m_context.decoded(record.type));
   return zombie;
 }
 
@@ -275,14 +273,13 @@ void ObjectReader::readField(const GcDbGroup& group, Target& target) {
     if (!target.inEntityPart || !target.fields.take(group)) target.zombie->groups.put(group);
     return;
   }
-  if (group.code == kEmbeddedCode) target.inEmbedded = true;
   if (target.rest && target.fields.section()[0] != 0) {
     const bool isMerge = target.isFirstOfRest && group.code == 280;
     target.isFirstOfRest = false;
     if (!isMerge || !target.fields.take(group)) target.rest->put(group);
     return;
   }
-  if (!target.inEmbedded && target.fields.take(group)) return;
+  if (target.fields.take(group)) return;
   if (target.taker && target.taker->take(group)) return;
   if (isMarker) {
     beginForeignSection(object, group.text);

@@ -106,6 +106,9 @@ bool putKeptVariable(GroupWriter& out, const GcDbDatabase& database, GcView name
     tags.writeReal(40, database.celtscale());
   } else if (name == GC_T("$CELWEIGHT")) {
     tags.writeInt(370, database.celweight());
+  } else if (name == GC_T("$XCLIPFRAME")) {
+    constexpr int kSwitch = 290, kChoice = 280;  // on and off until R2007, three choices since
+    tags.writeInt(out.version() < GcDb::kDHL_AC1024 ? kSwitch : kChoice, database.header().integer(name));
   } else {
     return false;
   }
@@ -140,11 +143,13 @@ void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* cod
     out.putText(9, variable.name);
     if (!putKeptVariable(out, database, variable.name, codePage)) out.put(variable.groups);
   }
-  if (!young.empty()) notes.ofDrawing(GcDbSaveAction::LeftOut, "settings younger than the version: " + young);
+  if (!young.empty())
+    notes.ofDrawing(GcDbSaveAction::Mapped, "settings younger than the version, kept for later ones: " + young);
   const auto& properties = database.fileParts().customProperties;
   if (out.version() < GcDb::kDHL_AC1018) {
     for (const GcDbCustomProperty& property : properties)
-      notes.ofDrawing(GcDbSaveAction::LeftOut, "property of the drawing: " + toUtf8(view(property.name)));
+      notes.ofDrawing(GcDbSaveAction::Mapped,
+                      "property of the drawing, kept for later versions: " + toUtf8(view(property.name)));
   } else {
     for (const GcDbCustomProperty& property : properties) {
       tags.writeString(9, "$CUSTOMPROPERTYTAG");

@@ -1,15 +1,15 @@
 // The HEADER section.
 #pragma once
 
+#include "host/db/core/savenotes.h"
 #include "host/dxf/write/group_writer.h"
-#include "host/dxf/write/save_notes.h"
 
 class GcDbDatabase;
 
 namespace gc::dxf {
 
 // The variables in the order they came in, those the database keeps itself with their present values, those the
-// version does not know left out and told. `codePage`: the name written.
+// version does not know told (keep_young.h keeps them). `codePage`: the name written.
 void writeHeader(GroupWriter& out, const GcDbDatabase& database, const char* codePage, SaveNotes& notes);
 
 // The code page of the text as $DWGCODEPAGE has it: as the drawing's file spelt it, when it is still the same page.

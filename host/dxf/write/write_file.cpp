@@ -13,10 +13,11 @@
 #include "host/dxf/table_names.h"
 #include "host/dxf/write/class_writer.h"
 #include "host/dxf/write/header_writer.h"
+#include "host/dxf/write/keep_young.h"
 #include "host/dxf/write/modeler_records.h"
 #include "host/dxf/write/object_writer.h"
 #include "host/dxf/write/r12/r12_file.h"
-#include "host/dxf/write/save_notes.h"
+#include "host/db/core/savenotes.h"
 
 namespace gc::dxf {
 namespace {
@@ -66,7 +67,7 @@ class FileWriter {
         m_codePage(codePageNameFor(database, text)),
         m_out(tags, text, version),
         m_objects(m_out),
-        m_notes(report, version) {}
+        m_notes(report, version, typeOf) {}
 
   void run() {
     for (const GcString& comment : m_database.fileParts().comments) m_out.putText(kCommentCode, view(comment));
@@ -92,7 +93,7 @@ class FileWriter {
 
   void write(const GcDbObject& object) {
     m_objects.write(object);
-    m_notes.look(object);
+    m_notes.lookInGroups(object);
   }
 
   void writeTables() {
@@ -126,7 +127,7 @@ class FileWriter {
     const auto* entity = GcDbEntity::cast(id.stub()->object);
     if (!entity) return;
     m_objects.writeEntity(*entity, block);
-    m_notes.look(*entity);
+    m_notes.lookInGroups(*entity);
     const GcDbObjectExtra* extra = entity->extra();
     if (!extra || (extra->parts.isEmpty() && extra->sequenceEnd.isNull())) return;
     for (const GcDbObjectId part : extra->parts) writeEntityWithParts(part, block);
@@ -230,6 +231,7 @@ Gcad::ErrorStatus write(GcDbDatabase& database, ByteSink& sink, const WriteOptio
   const bool isR12 = options.version < GcDb::kDHL_AC1012;
   completeSequences(database);
   completeBlocks(database);
+  if (!isR12) collectYoung(database, options.version).storeIn(database);
   const FileForm binary = isR12 ? FileForm::Binary8 : FileForm::Binary16;
   TagWriter tags(sink, options.binary ? binary : FileForm::Ascii);
   tags.setDecimals(options.decimals);

@@ -141,7 +141,7 @@ void R12Entities::writeNative(const GcDbEntity& entity, std::string_view type, c
   const bool isViewport = type == "VIEWPORT";
   if (isViewport && !(m_keepsUnknown && xdata && !xdata->isEmpty())) putViewportData(m_out, m_names, entity);
   if (xdata) putR12XData(m_out, m_names, *xdata);
-  m_notes.look(entity);
+  m_notes.lookInGroups(entity);
   tellLosses(entity, isViewport ? std::string() : groups.dropped());
 }
 

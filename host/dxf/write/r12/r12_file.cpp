@@ -81,7 +81,7 @@ class R12Writer {
       : m_database(database),
         m_codePage(codePageNameFor(database, text)),
         m_out(tags, text, GcDb::kDHL_AC1009),
-        m_notes(report, GcDb::kDHL_AC1009),
+        m_notes(report, GcDb::kDHL_AC1009, typeOf),
         m_names(database, text.page(), m_notes),
         m_entities(m_out, m_names, database, m_notes, database.handseed()),
         m_handseed(handseed) {}

@@ -6,7 +6,7 @@
 #include <unordered_set>
 
 #include "db/database.h"
-#include "host/dxf/write/save_notes.h"
+#include "host/db/core/savenotes.h"
 #include "host/rx/text/code_page.h"
 
 namespace gc::dxf {

@@ -1,14 +1,12 @@
-#include "host/dxf/write/save_notes.h"
+#include "host/db/core/savenotes.h"
 
 #include "db/database.h"
 #include "db/entity.h"
 #include "host/db/entities/modeler_body.h"
 #include "host/db/entities/shape.h"
-#include "host/dxf/proxy.h"
-#include "host/dxf/write/object_writer.h"
 #include "host/rx/text/number.h"
 
-namespace gc::dxf {
+namespace gc {
 namespace {
 
 struct Since {
@@ -71,6 +69,8 @@ constexpr Since kYoungClasses[] = {
     {GC_T("ACDBPOINTCLOUDEX"), GcDb::kDHL_AC1027},
 };
 
+bool isProxy(GcView type) { return type == GC_T("ACAD_PROXY_ENTITY") || type == GC_T("ACAD_PROXY_OBJECT"); }
+
 }  // namespace
 
 const char* releaseName(int version) {
@@ -94,7 +94,8 @@ int classSince(GcView dxfName) {
   return 0;
 }
 
-SaveNotes::SaveNotes(GcDbSaveReport* report, int version) : m_report(report), m_version(version) {
+SaveNotes::SaveNotes(GcDbSaveReport* report, int version, TypeOf typeOf)
+    : m_report(report), m_version(version), m_typeOf(typeOf) {
   const bool mayLose = report && version < GcDb::kDHL_Current;
   const bool hasObjects = version >= GcDb::kDHL_AC1012;  // before, those that are referred to are told themselves
   if (mayLose)
@@ -102,7 +103,7 @@ SaveNotes::SaveNotes(GcDbSaveReport* report, int version) : m_report(report), m_
 }
 
 void SaveNotes::add(GcDbSaveAction action, const GcDbObject& object, const std::string& text) {
-  if (m_report) m_report->add({action, object.handle(), toUtf8(typeOf(object)), text});
+  if (m_report) m_report->add({action, object.handle(), toUtf8(m_typeOf(object)), text});
 }
 
 void SaveNotes::ofDrawing(GcDbSaveAction action, const std::string& text) {
@@ -131,14 +132,18 @@ void SaveNotes::lookAtBody(const GcDbObject& object) {
     together(GcDbSaveAction::LeftOut, object, "a second body behind its picture, which DXF has not");
 }
 
-void SaveNotes::look(const GcDbObject& object) {
-  const GcView type = typeOf(object);
-  if (m_report && m_version >= GcDb::kDHL_AC1012 && (type == kProxyEntityType || type == kProxyObjectType))
-    together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
+void SaveNotes::lookInGroups(const GcDbObject& object) {
   lookAtBody(object);
   const auto* shape = m_report ? GcDbShape::cast(&object) : nullptr;
   if (shape != nullptr && shape->isKnownByNumberOnly())
     together(GcDbSaveAction::Mapped, object, "the file of its shape is not there: number and file stand for the name");
+  look(object);
+}
+
+void SaveNotes::look(const GcDbObject& object) {
+  const GcView type = m_typeOf(object);
+  if (m_report && m_version >= GcDb::kDHL_AC1012 && isProxy(type))
+    together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));
   if (m_version < GcDb::kDHL_AC1012) return;
@@ -156,7 +161,7 @@ void SaveNotes::look(const GcDbObject& object) {
 
 void SaveNotes::together(GcDbSaveAction action, const GcDbObject& object, const std::string& text) {
   if (!m_report) return;
-  Group& group = m_groups[{toUtf8(typeOf(object)), text}];
+  Group& group = m_groups[{toUtf8(m_typeOf(object)), text}];
   group.action = action;
   group.only = object.handle();
   group.handles += (group.count++ == 0 ? "" : ", ") + hexText(object.handle());
@@ -171,4 +176,4 @@ void SaveNotes::finish() {
   m_groups.clear();
 }
 
-}  // namespace gc::dxf
+}  // namespace gc

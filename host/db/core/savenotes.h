@@ -11,12 +11,14 @@
 #include "host/db/describe/fieldloss.h"
 #include "host/rx/view.h"
 
-namespace gc::dxf {
+namespace gc {
 
 class SaveNotes {
  public:
+  using TypeOf = GcView (*)(const GcDbObject&);  // the DXF name under which the object is told
+
   // `report` null: nothing is looked for.
-  SaveNotes(GcDbSaveReport* report, int version);
+  SaveNotes(GcDbSaveReport* report, int version, TypeOf typeOf);
 
   [[nodiscard]] bool isWanted() const { return m_report != nullptr; }
 
@@ -27,6 +29,8 @@ class SaveNotes {
 
   // Fields of the object that the version lacks, and a class that is younger than the version.
   void look(const GcDbObject& object);
+  // The same of an object that is written as groups, and what groups cannot say of any version.
+  void lookInGroups(const GcDbObject& object);
   // Of an entity that is replaced by others: the fields that all entities have.
   void lookAtCommon(const GcDbObject& entity);
   // Objects that come in dozens and say the same: told together by finish(), a line for each kind and text.
@@ -40,6 +44,7 @@ class SaveNotes {
 
   GcDbSaveReport* m_report;
   int m_version;
+  TypeOf m_typeOf;
   std::unordered_map<const GCHAR*, int> m_since;  // by where the name of a class lies: asked for every object
   std::unique_ptr<GcDbLossFinder> m_losses;
   struct Group {
@@ -57,4 +62,4 @@ class SaveNotes {
 // The version that first has objects of the DXF name; the oldest for names nobody knows.
 [[nodiscard]] int classSince(GcView dxfName);
 
-}  // namespace gc::dxf
+}  // namespace gc
