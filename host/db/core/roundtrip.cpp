@@ -117,9 +117,12 @@ std::vector<GcDbGroup> listed(const GcDbGroupList& groups) {
   return all;
 }
 
+// What refers to nothing is none.
+bool isSameId(GcDbObjectId a, GcDbObjectId b) { return a == b || (!a.isValid() && !b.isValid()); }
+
 bool isSame(const GcDbGroup& a, const GcDbGroup& b) {
-  return a.code == b.code && a.kind == b.kind && a.text == b.text && a.real == b.real && a.integer == b.integer &&
-         a.id == b.id && a.point.x == b.point.x && a.point.y == b.point.y && a.point.z == b.point.z &&
+  return isSameId(a.id, b.id) && a.code == b.code && a.kind == b.kind && a.text == b.text && a.real == b.real &&
+         a.integer == b.integer && a.point.x == b.point.x && a.point.y == b.point.y && a.point.z == b.point.z &&
          std::equal(a.bytes.begin(), a.bytes.end(), b.bytes.begin(), b.bytes.end());
 }
 

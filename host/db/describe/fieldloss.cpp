@@ -43,7 +43,7 @@ bool hasYoungRow(const GcDbField& array, int version) {
 
 // True when another row says the same under the same code in that version.
 bool hasElder(const GcDbField& young, const void* record, const GcDbField& row, int version) {
-  if (row.code != young.code || !row.isIn(version) || row.at == nullptr) return false;
+  if (young.isPart || row.code != young.code || !row.isIn(version) || row.at == nullptr) return false;
   void* place = const_cast<void*>(record);
   return row.at(place) == young.at(place);
 }

@@ -14,6 +14,7 @@
 #include "db/solid.h"
 #include "db/symboltable.h"
 #include "db/text.h"
+#include "db/viewport.h"
 #include "host/db/core/extra.h"
 #include "host/db/core/loader.h"
 #include "host/db/describe/fieldio.h"
@@ -69,8 +70,7 @@ bool textMayDiffer(const GcDbObject& object) {
   static const GcDbField& position = rowOf(*GcDbText::desc(), 10);
   static const GcDbField& alignment = rowOf(*GcDbText::desc(), 11);
   const auto& point = *static_cast<const GcGePoint3d*>(alignment.value(&object));
-  const bool isNone = point.x == 0 && point.y == 0;  // then it is not written
-  return isNone ? point.z != 0 : heightOf(position, object) != point.z;
+  return point != GcGePoint3d() && heightOf(position, object) != point.z;
 }
 
 // And that of an area's.
@@ -122,6 +122,7 @@ constexpr Exact kExact[] = {
     {GC_T("AcDbPolyFaceMeshVertex"), nullptr},
     {GC_T("AcDbFaceRecord"), nullptr},
     {GC_T("AcDbXrecord"), nullptr},
+    {GC_T("AcDbMlineStyle"), nullptr},  // its linetypes are found when all is read
     {GC_T("AcDbPolyline"), polylineMayDiffer},
     {GC_T("AcDbText"), textMayDiffer},
     {GC_T("AcDbAttribute"), textMayDiffer},
@@ -289,6 +290,19 @@ class Collector {
     if (any) tell(*planned.object, "groups that its class does not know");
   }
 
+  // The number readers give a viewport: its place among those of its block.
+  int16_t numberOf(const GcDbObject& viewport) {
+    const auto* block =
+        GcDbBlockTableRecord::cast(viewport.ownerId().isValid() ? viewport.ownerId().stub()->object : nullptr);
+    if (block != nullptr && m_numbered.insert(block).second) {
+      int16_t next = 1;
+      for (const GcDbObjectId id : block->entities())
+        if (m_context.isWritten(id) && id.objectClass() == GcDbViewport::desc()) m_numbers[id.stub()] = next++;
+    }
+    const auto at = m_numbers.find(viewport.objectId().stub());
+    return at == m_numbers.end() ? int16_t{0} : at->second;
+  }
+
   // What the object's record gives, beside what went in.
   void compare(const PlannedObject& planned) {
     const WrittenRecord written = writeRecord(m_context, *planned.object, planned.type, planned.links);
@@ -297,6 +311,7 @@ class Collector {
     // Anonymous blocks have their number in the block's begin.
     if (const auto* block = GcDbBlockTableRecord::cast(planned.object))
       GcDbLoader::setName(static_cast<GcDbSymbolTableRecord&>(*read.object), toGcString(view(block->getName())));
+    if (auto* viewport = GcDbViewport::cast(read.object.get())) viewport->completeNumber(numberOf(*planned.object));
     read.object->subLoaded();
     const std::vector<int> codes = m_found.changes(planned.object->objectId(), gcdbGroupsToCompare(*planned.object),
                                                    gcdbGroupsToCompare(*read.object));
@@ -310,7 +325,9 @@ class Collector {
   SaveNotes& m_notes;
   GcDbLossFinder m_losses;
   GcDbRoundTrip m_found;
-  std::string m_settings;  // kept beside, by name
+  std::string m_settings;                                      // kept beside, by name
+  std::unordered_set<const GcDbBlockTableRecord*> m_numbered;  // blocks whose viewports have numbers
+  std::unordered_map<const GcDbStub*, int16_t> m_numbers;
   std::unordered_map<const GcRxClass*, MayDiffer> m_inexact;
 };
 

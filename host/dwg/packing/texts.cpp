@@ -46,7 +46,8 @@ unsigned omitted(const PieceOut& io) {
   if (at.z == 0) flags |= kNoElevation;
   // Left out: the point of an aligned text that lies on the first one, and that of another text when it is zero.
   const GcGePoint3d usual = isAligned(io) ? at : GcGePoint3d();
-  if (second.x == usual.x && second.y == usual.y) flags |= kNoAlignment;
+  const bool hasHeight = !isAligned(io) && second.z != 0;
+  if (second.x == usual.x && second.y == usual.y && !hasHeight) flags |= kNoAlignment;
   if (io.real(kOblique) == 0) flags |= kNoOblique;
   if (io.real(kRotation) == 0) flags |= kNoRotation;
   if (io.real(kWidth) == 1) flags |= kNoWidth;

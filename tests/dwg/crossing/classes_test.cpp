@@ -9,9 +9,9 @@
 #include "db/dictionary.h"
 #include "db/symboltable.h"
 #include "db/zombie.h"
-#include "host/db/core/roundtrip.h"
 #include "host/db/core/savereport.h"
 #include "host/db/core/store.h"
+#include "host/db/describe/fieldio.h"
 #include "host/dwg/file/dwgfile.h"
 #include "host/dxf/dxf_file.h"
 #include "host/rx/text/number.h"
@@ -57,7 +57,8 @@ using Lines = std::vector<std::string>;
 
 Lines linesOf(const GcDbObject& object) {
   constexpr int kInPaperSpace = 67;  // follows from the block the entity stands in
-  const GcDbGroupList groups = gcdbGroupsToCompare(object);
+  GcDbGroupList groups;
+  gcdbFieldsOut(object, groups, GcDb::kDHL_Current);
   Lines lines{toUtf8(view(object.isA()->name()))};
   GcDbGroupList::Cursor cursor(groups);
   for (GcDbGroup group; cursor.next(group);)

@@ -167,6 +167,8 @@ TEST(SameBits, RecordsOfOthersInTheirOwnVersion) {
       const GcDbStub* stub = database.store().find(handle);
       const auto written = after.find(handle);
       if (stub == nullptr || stub->object == nullptr || written == after.end()) continue;
+      // The root has an entry more where something is kept beside the records.
+      if (stub == database.namedObjectsDictionaryId().stub()) continue;
       Count& count = counts[toUtf8(view(stub->object->isA()->name()))];
       if (isShorterByZeros(path, version, bits, written->second)) continue;
       if (written->second == bits) {
