@@ -28,6 +28,8 @@ unsigned seedOfRun() {
   return seed;
 }
 
+bool isAngle(int code) { return code >= 50 && code <= 58; }
+
 std::string shortened(double value) {
   char buffer[32];
   std::snprintf(buffer, sizeof buffer, "%.15g", value);
@@ -48,7 +50,7 @@ std::string shown(const GcDbGroup& group) {
       return text;
     }
     // Angles are degrees in files: of the radians that lead to the same degrees one comes back.
-    case GcDbGroupKind::Real: return text + (group.isAngle ? shortened(group.real) : gc::realText(group.real));
+    case GcDbGroupKind::Real: return text + (isAngle(group.code) ? shortened(group.real) : gc::realText(group.real));
     default: return text + std::to_string(group.integer);
   }
 }
