@@ -430,20 +430,42 @@ std::vector<int> GcDbRoundTrip::changes(GcDbObjectId object, const GcDbGroupList
       {said.begin() + static_cast<std::ptrdiff_t>(front), said.end() - static_cast<std::ptrdiff_t>(back)});
 }
 
-bool GcDbRoundTrip::storeIn(GcDbDatabase& database) {
+// A record that was made for an earlier save has the next handle still, unless the drawing has grown since.
+GcDbRoundTrip::Stored::Stored(const GcDbRoundTrip& data, GcDbDatabase& database) : m_database(database) {
   GcDbDictionary* root = rootOf(database);
-  if (root == nullptr) return false;
+  if (root == nullptr) return;
   GcDbXrecord* record = recordIn(*root);
-  const bool isNew = record == nullptr && !isEmpty();
-  if (isNew) {
-    record = new GcDbXrecord;
-    GcDbStub* stub = database.store().fresh();
-    database.store().adopt(stub, record, root->objectId());
+  if (record == nullptr && !data.isEmpty()) {
+    GcDbStore& store = database.store();
+    m_seed = store.handseed();
+    m_count = store.size();
+    m_made = store.find(m_seed);
+    const bool isOurs = m_made != nullptr && m_made->erased && m_made->object != nullptr &&
+                        m_made->object->isA() == GcDbXrecord::desc() && m_made->object->ownerId() == root->objectId();
+    if (!isOurs) {
+      m_made = store.fresh();
+      store.adopt(m_made, new GcDbXrecord, root->objectId());
+    }
+    m_made->erased = false;
+    store.raiseHandseed(m_made->handle + 1);
+    record = static_cast<GcDbXrecord*>(m_made->object);
     root->appendEntry(toGcString(GcView(kKey)), record->objectId());
     root->subLoaded();
   }
-  if (record != nullptr) record->groups() = m_groups;
-  return isNew;
+  if (record != nullptr) record->groups() = data.m_groups;
+}
+
+// A save changes nothing: neither the root dictionary nor the handle that is given next.
+GcDbRoundTrip::Stored::~Stored() {
+  GcDbDictionary* root = rootOf(m_database);
+  if (m_made == nullptr || root == nullptr) return;
+  GcArray<GcDbDictionaryEntry> entries;
+  for (const GcDbDictionaryEntry& entry : root->entries())
+    if (entry.id.stub() != m_made) entries.append(entry);
+  root->replaceEntries(entries);
+  static_cast<GcDbXrecord*>(m_made->object)->groups().clear();
+  m_made->erased = true;
+  m_database.store().restoreHandseed(m_seed, m_count);
 }
 
 GcDbGroupList gcdbGroupsToCompare(const GcDbObject& object) {

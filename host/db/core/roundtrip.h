@@ -23,8 +23,21 @@ class GcDbRoundTrip {
   std::vector<int> changes(GcDbObjectId object, const GcDbGroupList& whole, const GcDbGroupList& inFile);
 
   [[nodiscard]] bool isEmpty() const { return m_groups.isEmpty(); }
-  // Puts all of it into the drawing's record. True when the drawing has an object now that it had not.
-  bool storeIn(GcDbDatabase& database);
+  // The drawing has its record while one of these lives. A record that came with the drawing's file stays.
+  class Stored {
+   public:
+    Stored(const GcDbRoundTrip& data, GcDbDatabase& database);
+    ~Stored();
+    Stored(const Stored&) = delete;
+    Stored& operator=(const Stored&) = delete;
+    [[nodiscard]] bool isNew() const { return m_made != nullptr; }
+
+   private:
+    GcDbDatabase& m_database;
+    GcDbStub* m_made = nullptr;  // null: there was one, or nothing is to be kept
+    uint64_t m_seed = 0;
+    size_t m_count = 0;
+  };
 
  private:
   void put(int code, GcView text) { m_groups.put(GcDbGroup::ofText(code, text)); }

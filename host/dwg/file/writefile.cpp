@@ -48,9 +48,9 @@ Gcad::ErrorStatus writeBytes(GcDbDatabase& database, int version, std::vector<ui
   WritePlan plan = planIn(context, database, version);
   // The record of what goes beside the others is one of them.
   SaveNotes notes(report, version, typeName);
-  const bool isNew = collectBeside(*context, plan, notes).storeIn(database);
+  const GcDbRoundTrip::Stored stored(collectBeside(*context, plan, notes), database);
   notes.finish();
-  if (isNew) plan = planIn(context, database, version);
+  if (stored.isNew()) plan = planIn(context, database, version);
   if (report != nullptr) tellSaved(plan, version, *report);
   FileContents contents = makeContents(*context);
   bytes = version < kR2004 ? buildR2000(*context, plan, contents) : buildR2004(*context, plan, contents);

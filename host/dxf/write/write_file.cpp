@@ -231,7 +231,8 @@ Gcad::ErrorStatus write(GcDbDatabase& database, ByteSink& sink, const WriteOptio
   const bool isR12 = options.version < GcDb::kDHL_AC1012;
   completeSequences(database);
   completeBlocks(database);
-  if (!isR12) collectYoung(database, options.version).storeIn(database);
+  const GcDbRoundTrip young = isR12 ? GcDbRoundTrip() : collectYoung(database, options.version);
+  const GcDbRoundTrip::Stored stored(young, database);
   const FileForm binary = isR12 ? FileForm::Binary8 : FileForm::Binary16;
   TagWriter tags(sink, options.binary ? binary : FileForm::Ascii);
   tags.setDecimals(options.decimals);
