@@ -51,7 +51,7 @@ struct Raw {
     modelSpace = database.modelSpaceId().handle();
     std::string message;
     EXPECT_EQ(writeBytes(database, version, bytes, message), Gcad::eOk) << message;
-    handseed = database.handseed();
+    handseed = database.handseed() + 1;  // the file has the record of what goes beside the others as well
     sections.version = version;
     EXPECT_TRUE(version < kR2004 ? openR2000(bytes, sections, report) : openR2004(bytes, sections, report));
     map = readObjectMap(sections.handles, SIZE_MAX, report);
