@@ -39,7 +39,8 @@ void Drawing::place(const Tag& tag) {
   const std::string& type = record.type;
   const bool isHandle = tag.code == 5 || tag.code == 105;
   const bool isDimStyle = type == "DIMSTYLE";  // its group 5 is a block name of old files
-  if (isHandle && !type.empty() && record.handle == 0 && !(isDimStyle && tag.code == 5)) (void)tag.handle(record.handle);
+  if (isHandle && !type.empty() && record.handle == 0 && !(isDimStyle && tag.code == 5))
+    (void)tag.handle(record.handle);
   if (tag.code != 2 && !(tag.code == 1 && type == "CLASS")) return;
   if (type == "SECTION") {
     m_section = tag.word();

@@ -18,8 +18,8 @@ bool isDerived(const GcDbField& row) {
 
 // Markers, counts and repetitions say nothing of their own; a row that is never written cannot be lost.
 bool saysSomething(const GcDbField& row) {
-  return row.is != Is::Marker && row.is != Is::Count && (!row.isEcho || row.isPart || row.is == Is::TrueColor) && row.write != Write::Never &&
-         row.write != Write::ListsOnly && row.at != nullptr && !isDerived(row);
+  return row.is != Is::Marker && row.is != Is::Count && (!row.isEcho || row.isPart || row.is == Is::TrueColor) &&
+         row.write != Write::Never && row.write != Write::ListsOnly && row.at != nullptr && !isDerived(row);
 }
 
 bool isSame(const GcDbGroup& a, const GcDbGroup& b) {

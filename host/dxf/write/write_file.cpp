@@ -7,6 +7,7 @@
 #include "host/db/core/extra.h"
 #include "host/db/core/fileparts.h"
 #include "host/db/core/loader.h"
+#include "host/db/core/savenotes.h"
 #include "host/db/core/store.h"
 #include "host/dxf/dxf_file.h"
 #include "host/dxf/modeler_section.h"
@@ -17,7 +18,6 @@
 #include "host/dxf/write/modeler_records.h"
 #include "host/dxf/write/object_writer.h"
 #include "host/dxf/write/r12/r12_file.h"
-#include "host/db/core/savenotes.h"
 
 namespace gc::dxf {
 namespace {
