@@ -11,6 +11,7 @@
 #include "db/symboltable.h"
 #include "db/viewport.h"
 #include "db/xrecord.h"
+#include "host/db/core/loader.h"
 #include "host/db/core/store.h"
 #include "host/db/describe/fieldio.h"
 #include "host/rx/view.h"
@@ -430,7 +431,8 @@ std::vector<int> GcDbRoundTrip::changes(GcDbObjectId object, const GcDbGroupList
       {said.begin() + static_cast<std::ptrdiff_t>(front), said.end() - static_cast<std::ptrdiff_t>(back)});
 }
 
-// A record that was made for an earlier save has the next handle still, unless the drawing has grown since.
+// A record that was made for an earlier save has the next handle still, behind those that undo has taken out, unless
+// the drawing has grown since.
 GcDbRoundTrip::Stored::Stored(const GcDbRoundTrip& data, GcDbDatabase& database) : m_database(database) {
   GcDbDictionary* root = rootOf(database);
   if (root == nullptr) return;
@@ -439,13 +441,17 @@ GcDbRoundTrip::Stored::Stored(const GcDbRoundTrip& data, GcDbDatabase& database)
     GcDbStore& store = database.store();
     m_seed = store.handseed();
     m_count = store.size();
-    m_made = store.find(m_seed);
-    const bool isOurs = m_made != nullptr && m_made->erased && m_made->object != nullptr &&
-                        m_made->object->isA() == GcDbXrecord::desc() && m_made->object->ownerId() == root->objectId();
-    if (!isOurs) {
+    uint64_t handle = m_seed;
+    const auto isOurs = [&](const GcDbStub& stub) {
+      return stub.erased && stub.object != nullptr && stub.object->isA() == GcDbXrecord::desc() &&
+             stub.object->ownerId() == stub.object->objectId();
+    };
+    for (m_made = store.find(handle); m_made != nullptr && !isOurs(*m_made); m_made = store.find(handle)) ++handle;
+    if (m_made == nullptr) {
       m_made = store.fresh();
       store.adopt(m_made, new GcDbXrecord, root->objectId());
     }
+    GcDbLoader::setOwner(*m_made->object, root->objectId());
     m_made->erased = false;
     store.raiseHandseed(m_made->handle + 1);
     record = static_cast<GcDbXrecord*>(m_made->object);
@@ -464,6 +470,7 @@ GcDbRoundTrip::Stored::~Stored() {
     if (entry.id.stub() != m_made) entries.append(entry);
   root->replaceEntries(entries);
   static_cast<GcDbXrecord*>(m_made->object)->groups().clear();
+  GcDbLoader::setOwner(*m_made->object, m_made->object->objectId());  // no other object is its own
   m_made->erased = true;
   m_database.store().restoreHandseed(m_seed, m_count);
 }
