@@ -269,9 +269,6 @@ class Collector {
     const GcDbObject& object = *planned.object;
     m_notes.look(object);
     tellDangling(m_notes, *object.objectId().stub()->object);
-    const uint32_t type = planned.type;
-    if (type == kProxyEntity || type == kProxyObject)
-      m_notes.together(GcDbSaveAction::Mapped, object, "has no record in this version: a proxy that keeps it");
     const bool isFields = planned.kind->packing != nullptr && !planned.kind->isZombie;
     if (object.extra() != nullptr) keepForeign(planned, object.extra()->foreign);
     if (isFields && (isInexact(object) || hasRareCommon(object, m_context.version) || isYoung(object)))
@@ -290,28 +287,14 @@ class Collector {
     if (any) tell(*planned.object, "groups that its class does not know");
   }
 
-  // The number readers give a viewport: its place among those of its block.
-  int16_t numberOf(const GcDbObject& viewport) {
-    const auto* block =
-        GcDbBlockTableRecord::cast(viewport.ownerId().isValid() ? viewport.ownerId().stub()->object : nullptr);
-    if (block != nullptr && m_numbered.insert(block).second) {
-      int16_t next = 1;
-      for (const GcDbObjectId id : block->entities())
-        if (m_context.isWritten(id) && id.objectClass() == GcDbViewport::desc()) m_numbers[id.stub()] = next++;
-    }
-    const auto at = m_numbers.find(viewport.objectId().stub());
-    return at == m_numbers.end() ? int16_t{0} : at->second;
-  }
-
   // What the object's record gives, beside what went in.
   void compare(const PlannedObject& planned) {
-    const WrittenRecord written = writeRecord(m_context, *planned.object, planned.type, planned.links);
+    const WrittenRecord written = writeRecord(m_context, *planned.object, planned.type, {});
     const ReadRecord read = readRecord(m_context, written.body, written.handleBits);
     if (read.object == nullptr || read.keptRaw) return;
     // Anonymous blocks have their number in the block's begin.
     if (const auto* block = GcDbBlockTableRecord::cast(planned.object))
       GcDbLoader::setName(static_cast<GcDbSymbolTableRecord&>(*read.object), toGcString(view(block->getName())));
-    if (auto* viewport = GcDbViewport::cast(read.object.get())) viewport->completeNumber(numberOf(*planned.object));
     read.object->subLoaded();
     const std::vector<int> codes = m_found.changes(planned.object->objectId(), gcdbGroupsToCompare(*planned.object),
                                                    gcdbGroupsToCompare(*read.object));
@@ -326,8 +309,6 @@ class Collector {
   GcDbLossFinder m_losses;
   GcDbRoundTrip m_found;
   std::string m_settings;                                      // kept beside, by name
-  std::unordered_set<const GcDbBlockTableRecord*> m_numbered;  // blocks whose viewports have numbers
-  std::unordered_map<const GcDbStub*, int16_t> m_numbers;
   std::unordered_map<const GcRxClass*, MayDiffer> m_inexact;
 };
 

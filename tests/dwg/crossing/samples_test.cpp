@@ -65,6 +65,7 @@ std::string asDwg(GcDbDatabase& database, int version) {
 // - a class without a name, which no object can be of,
 // - the code page by another name of it (records have its number),
 // - the record of what is kept beside the others: it differs by what it has to keep,
+// - the numbers of viewports, which readers give by their order,
 // - the direction of a paragraph as an angle (records have the vector, which says the same).
 class Allowed {
  public:
@@ -81,6 +82,8 @@ class Allowed {
     if (detail == "102: {ACAD_REACTORS" || detail == "102: }") return true;  // none of the reactors is there
     if (where == "HEADER $DWGCODEPAGE" || where.starts_with("CLASSES CLASS #")) return true;
     if (where.find(" MTEXT ") != std::string::npos && detail.starts_with("50: ")) return true;
+    const bool isNumber = detail.starts_with("68: ") || detail.starts_with("69: ");
+    if (where.find(" VIEWPORT ") != std::string::npos && isNumber) return true;
     const size_t colon = detail.find(": ");
     if (colon == std::string::npos) return false;
     const int code = std::atoi(detail.c_str());

@@ -287,10 +287,8 @@ TEST(ModelersInDwg, SavesTellWhatTheVersionLacks) {
     std::string message;
     ASSERT_EQ(writeBytes(database, version, bytes, message, &report), Gcad::eOk) << message;
     int told = 0;
-    for (const GcDbSaveEntry& entry : report.entries()) told += entry.object == "3DSOLID" ? 1 : 0;
+    for (const GcDbSaveEntry& entry : report.entries())
+      told += entry.object == "3DSOLID" && entry.handle == uint64_t{id.handle()} ? 1 : 0;
     EXPECT_EQ(told, version == kR2000 ? 1 : 0);
-    if (told == 1) {
-      EXPECT_EQ(report.entries()[0].handle, id.handle());
-    }
   }
 }
