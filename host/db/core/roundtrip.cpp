@@ -475,8 +475,25 @@ GcDbRoundTrip::Stored::~Stored() {
   m_database.store().restoreHandseed(m_seed, m_count);
 }
 
+namespace {
+
+// The groups of an object but for the one that follows from the block an entity stands in.
+class OwnGroups final : public GcDbGroupList {
+ public:
+  void put(const GcDbGroup& group) override {
+    constexpr int kInPaperSpace = 67;
+    if (group.code != kInPaperSpace || !m_inEntity) GcDbGroupList::put(group);
+    if (group.code == kMarkerCode) m_inEntity = group.text == GcView(GC_T("AcDbEntity"));
+  }
+
+ private:
+  bool m_inEntity = false;
+};
+
+}  // namespace
+
 GcDbGroupList gcdbGroupsToCompare(const GcDbObject& object) {
-  GcDbGroupList groups;
+  OwnGroups groups;
   gcdbFieldsOut(object, groups, GcDb::kDHL_Current, For::Whole);
   if (GcDbBlockTableRecord::cast(&object) == nullptr) return groups;
   groups.put(GcDbGroup::ofText(kMarkerCode, kBlockMarker));
