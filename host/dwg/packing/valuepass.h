@@ -17,6 +17,31 @@ void passBytes(Pass& pass, GcDbDataValue& value) {
   pass.bytes(value.bytes, static_cast<size_t>(pass.io().rec.count(size, 8)));
 }
 
+// Since R2007 the texts of values are no texts of records: their bytes, with a closing zero, stand among the numbers.
+template <class Pass>
+void passString(Pass& pass, GcDbDataValue& value) {
+  if (pass.version() < kR2007) return pass.t(value.string);
+  GcArray<uint8_t> bytes;
+  if constexpr (Pass::kWriting) {
+    for (const GCHAR unit : view(value.string)) {
+      bytes.append(static_cast<uint8_t>(unit));
+      bytes.append(static_cast<uint8_t>(unit >> 8));
+    }
+    bytes.append(0);
+    bytes.append(0);
+  }
+  int32_t size = bytes.length();
+  pass.bl(size);
+  pass.must(size % 2 == 0);
+  pass.bytes(bytes, static_cast<size_t>(pass.io().rec.count(size, 8)));
+  if constexpr (!Pass::kWriting) {
+    GcText text;
+    for (int i = 0; i + 1 < bytes.length(); i += 2) text += static_cast<GCHAR>(bytes[i] | (bytes[i + 1] << 8));
+    while (!text.empty() && text.back() == 0) text.pop_back();
+    value.string = toGcString(text);
+  }
+}
+
 template <class Pass>
 void passPoint(Pass& pass, GcDbDataValue& value) {
   const bool isFlat = value.kind == GcDbDataValue::kPoint2d;
@@ -35,7 +60,7 @@ void passData(Pass& pass, GcDbDataValue& value) {
     case GcDbDataValue::kUnknown:
     case GcDbDataValue::kLong: pass.bl(value.integer); return;
     case GcDbDataValue::kDouble: pass.bd(value.real); return;
-    case GcDbDataValue::kString: pass.t(value.string); return;
+    case GcDbDataValue::kString: passString(pass, value); return;
     case GcDbDataValue::kDate: passBytes(pass, value); return;
     case GcDbDataValue::kPoint2d:
     case GcDbDataValue::kPoint3d: passPoint(pass, value); return;
