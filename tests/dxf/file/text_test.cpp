@@ -150,7 +150,7 @@ void addNamesAndRecords(GcDbDatabase& database, std::vector<std::string>& all) {
   const auto* root = GcDbDictionary::cast(database.namedObjectsDictionaryId().stub()->object);
   for (const GcDbDictionaryEntry& entry : root->entries()) {
     auto* record = GcDbXrecord::cast(entry.id.stub()->object);
-    if (record == nullptr) continue;
+    if (record == nullptr || record->groups().isEmpty()) continue;  // that of round-trip data is empty once it is read
     GcDbXrecord* opened = nullptr;
     EXPECT_EQ(gcdbOpenObject(opened, entry.id, GcDb::kForRead), Gcad::eOk);
     resbuf* data = opened->rbChain();
