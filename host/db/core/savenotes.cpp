@@ -141,8 +141,9 @@ void SaveNotes::lookInGroups(const GcDbObject& object) {
 }
 
 void SaveNotes::look(const GcDbObject& object) {
+  if (!m_report) return;
   const GcView type = m_typeOf(object);
-  if (m_report && m_version >= GcDb::kDHL_AC1012 && isProxy(type))
+  if (m_version >= GcDb::kDHL_AC1012 && isProxy(type))
     together(GcDbSaveAction::Mapped, object, "known by the bits of a DWG record alone: a proxy that keeps them");
   if (!m_losses) return;
   tellLost(object, m_losses->find(object));

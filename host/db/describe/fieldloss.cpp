@@ -74,18 +74,24 @@ GcDbLossFinder::GcDbLossFinder(int version, GcDbLossOf what) : m_version(version
 GcDbLossFinder::~GcDbLossFinder() = default;
 
 const GcDbLossFinder::Kind& GcDbLossFinder::kindOf(const GcDbObject& object) {
+  if (object.isA() == m_lastClass) return *m_lastKind;
   const auto [at, isNew] = m_kinds.try_emplace(object.isA());
-  Kind& kind = at->second;
+  if (isNew) take(at->second, object);
+  m_lastClass = object.isA();
+  m_lastKind = &at->second;
+  return at->second;
+}
+
+void GcDbLossFinder::take(Kind& kind, const GcDbObject& object) const {
   const GcDbClassInfo* info = gcdbInfoOf(object);
-  if (!isNew || info == nullptr) return kind;
+  if (info == nullptr) return;
   for (int i = 0; i < info->rowCount; ++i) {
     const GcDbField& row = *info->rows[i];
     const bool counts = saysSomething(row) && !(m_what == GcDbLossOf::ValuesOnly && isReference(row));
-    if (counts && isYoung(row)) kind.young.push_back(&row);
-    if (!isYoung(row) && isArray(row) && hasYoungRow(row, m_version)) kind.arrays.push_back(&row);
+    if (counts && isYoung(row)) (row.inExtra ? kind.rare : kind.young).push_back(&row);
+    if (!isYoung(row) && isArray(row) && hasYoungRow(row, m_version)) kind.arrays.push_back(youngOf(row));
   }
-  if (!kind.young.empty()) kind.fresh.reset(GcDbObject::cast(object.isA()->create()));
-  return kind;
+  if (!kind.young.empty() || !kind.rare.empty()) kind.fresh.reset(GcDbObject::cast(object.isA()->create()));
 }
 
 bool GcDbLossFinder::isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const {
@@ -105,29 +111,41 @@ bool GcDbLossFinder::isSaidByElder(const GcDbField& row, const GcDbObject& objec
 std::string GcDbLossFinder::find(const GcDbObject& object, bool commonOnly) {
   const Kind& kind = kindOf(object);
   std::string names;
-  for (const GcDbField* row : kind.young)
-    if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh) && !isSaidByElder(*row, object))
-      append(names, *row);
+  const auto look = [&](const std::vector<const GcDbField*>& rows) {
+    for (const GcDbField* row : rows)
+      if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh) && !isSaidByElder(*row, object))
+        append(names, *row);
+  };
+  look(kind.young);
+  if (object.extra() != nullptr) look(kind.rare);
   if (commonOnly) return names;
-  for (const GcDbField* array : kind.arrays) findInElements(*array, &object, names);
+  for (const YoungArray& array : kind.arrays) findInElements(array, &object, names);
   return names;
 }
 
 // Arrays nest as deep as the descriptions do.
-void GcDbLossFinder::findInElements(const GcDbField& array, const void* record, std::string& names) const {
-  if (!array.applies(record)) return;
-  void* member = array.at(const_cast<void*>(record));
-  const int size = array.records->size(member);
-  for (int i = 0; i < size; ++i) {
-    const void* element = array.records->at(member, i);
-    for (int r = 0; r < array.rowCount; ++r) {
-      const GcDbField& row = array.rows[r];
-      if (!row.applies(element)) continue;
-      if (!isYoung(row)) {
-        if (isArray(row)) findInElements(row, element, names);
-      } else if (saysSomething(row) && hasValue(row, element) && !hasElderIn(array, row, element, m_version)) {
-        append(names, row);
-      }
+GcDbLossFinder::YoungArray GcDbLossFinder::youngOf(const GcDbField& array) const {
+  YoungArray found{&array, {}, {}};
+  for (int i = 0; i < array.rowCount; ++i) {
+    const GcDbField& row = array.rows[i];
+    if (isYoung(row)) {
+      if (saysSomething(row)) found.young.push_back(&row);
+    } else if (isArray(row) && hasYoungRow(row, m_version)) {
+      found.nested.push_back(youngOf(row));
     }
+  }
+  return found;
+}
+
+void GcDbLossFinder::findInElements(const YoungArray& array, const void* record, std::string& names) const {
+  if (!array.array->applies(record)) return;
+  void* member = array.array->at(const_cast<void*>(record));
+  const int size = array.array->records->size(member);
+  for (int i = 0; i < size; ++i) {
+    const void* element = array.array->records->at(member, i);
+    for (const GcDbField* row : array.young)
+      if (row->applies(element) && hasValue(*row, element) && !hasElderIn(*array.array, *row, element, m_version))
+        append(names, *row);
+    for (const YoungArray& nested : array.nested) findInElements(nested, element, names);
   }
 }

@@ -27,14 +27,23 @@ class GcDbLossFinder {
   std::string findCommon(const GcDbObject& entity) { return find(entity, true); }
 
  private:
+  // An array whose elements, or arrays in them, have rows of later versions.
+  struct YoungArray {
+    const GcDbField* array;
+    std::vector<const GcDbField*> young;
+    std::vector<YoungArray> nested;
+  };
   struct Kind {
-    std::vector<const GcDbField*> young;   // rows of later versions
-    std::vector<const GcDbField*> arrays;  // older rows of records with rows of later versions
-    std::unique_ptr<GcDbObject> fresh;     // an object of the class as it is made: what readers take
+    std::vector<const GcDbField*> young;  // rows of later versions
+    std::vector<const GcDbField*> rare;   // those of them that lie in what only some objects have
+    std::vector<YoungArray> arrays;       // older rows of records with rows of later versions
+    std::unique_ptr<GcDbObject> fresh;    // an object of the class as it is made: what readers take
   };
   std::string find(const GcDbObject& object, bool commonOnly);
-  void findInElements(const GcDbField& array, const void* record, std::string& names) const;
+  [[nodiscard]] YoungArray youngOf(const GcDbField& array) const;
+  void findInElements(const YoungArray& array, const void* record, std::string& names) const;
   const Kind& kindOf(const GcDbObject& object);
+  void take(Kind& kind, const GcDbObject& object) const;
   [[nodiscard]] bool isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const;
   [[nodiscard]] bool isSaidByElder(const GcDbField& row, const GcDbObject& object) const;
   [[nodiscard]] bool isYoung(const GcDbField& row) const { return row.since > m_version; }
@@ -42,4 +51,6 @@ class GcDbLossFinder {
   int m_version;
   GcDbLossOf m_what;
   std::unordered_map<const GcRxClass*, Kind> m_kinds;
+  const GcRxClass* m_lastClass = nullptr;
+  const Kind* m_lastKind = nullptr;
 };

@@ -9,9 +9,11 @@
 #include "db/database.h"
 #include "db/dictionary.h"
 #include "db/entity.h"
+#include "db/hatch.h"
 #include "db/mtext.h"
 #include "db/polyline.h"
 #include "db/solid.h"
+#include "db/spline.h"
 #include "db/symboltable.h"
 #include "db/text.h"
 #include "db/viewport.h"
@@ -95,6 +97,38 @@ bool paragraphMayDiffer(const GcDbObject& object) {
   return angle.inFiles(&object) || rare.records->size(rare.value(&object)) != 0;
 }
 
+// Points it runs through beside poles, what belongs to them, and numbers that do not fit each other.
+bool splineMayDiffer(const GcDbObject& object) {
+  static const GcDbField* const rows[] = {&rowOf(*GcDbSpline::desc(), 210), &rowOf(*GcDbSpline::desc(), 44),
+                                          &rowOf(*GcDbSpline::desc(), 12), &rowOf(*GcDbSpline::desc(), 13)};
+  static const GcDbField& flags = rowOf(*GcDbSpline::desc(), 70);
+  constexpr int kPlanar = 8;
+  const auto sizeOf = [&](const char* name) {
+    const GcDbField& row = rowNamed(*GcDbSpline::desc(), name);
+    return row.records->size(row.at(const_cast<GcDbObject*>(&object)));
+  };
+  if (gcdbGetValue(flags, flags.value(&object), nullptr).asInt() != kPlanar) return true;  // as they come back
+  if (sizeOf("fitPoints") != 0 || sizeOf("weights") != 0) return true;
+  return std::any_of(rows, rows + 4, [&](const GcDbField* row) { return !row->isDefault(&object); });
+}
+
+// Gradients, splines among the edges, codes that records have no room for.
+bool hatchMayDiffer(const GcDbObject& object) {
+  static const GcDbField& gradient = rowNamed(*GcDbHatch::desc(), "gradient");
+  static const GcDbField* const codes[] = {&rowOf(*GcDbHatch::desc(), 75), &rowOf(*GcDbHatch::desc(), 76)};
+  const auto& hatch = static_cast<const GcDbHatch&>(object);
+  if (gradient.records->size(gradient.value(&object)) != 0) return true;
+  const bool isUsual = std::all_of(codes, codes + 2, [&](const GcDbField* row) {
+    const int64_t value = gcdbGetValue(*row, row->value(&object), nullptr).asInt();
+    return value >= 0 && value <= 2;
+  });
+  if (!isUsual) return true;
+  return std::any_of(hatch.loops().begin(), hatch.loops().end(), [](const GcDbHatchLoop& loop) {
+    return std::any_of(loop.edges.begin(), loop.edges.end(),
+                       [](const GcDbHatchEdge& edge) { return edge.type < 1 || edge.type > 3; });
+  });
+}
+
 // Entries are owned as the dictionary says for all of them.
 bool dictionaryMayDiffer(const GcDbObject& object) {
   const auto& dictionary = static_cast<const GcDbDictionary&>(object);
@@ -130,6 +164,8 @@ constexpr Exact kExact[] = {
     {GC_T("AcDbSolid"), areaMayDiffer<GcDbSolid>},
     {GC_T("AcDbTrace"), areaMayDiffer<GcDbTrace>},
     {GC_T("AcDbMText"), paragraphMayDiffer},
+    {GC_T("AcDbSpline"), splineMayDiffer},
+    {GC_T("AcDbHatch"), hatchMayDiffer},
     {GC_T("AcDbDictionary"), dictionaryMayDiffer},
 };
 
@@ -187,7 +223,12 @@ class Collector {
       tell("section " + toUtf8(view(section.name)));
     }
     collectSettings();
-    for (const PlannedObject& planned : m_plan.objects) look(planned);
+    constexpr size_t kAhead = 8;  // in a large drawing the next objects are not in the cache
+    const std::vector<PlannedObject>& all = m_plan.objects;
+    for (size_t i = 0; i < all.size(); ++i) {
+      if (i + kAhead < all.size()) __builtin_prefetch(all[i + kAhead].object);
+      look(all[i]);
+    }
     return std::move(m_found);
   }
 
@@ -249,13 +290,21 @@ class Collector {
     return m_context.version < GcDb::kDHL_Current && !m_losses.find(object).empty();
   }
   bool isInexact(const GcDbObject& object) {
-    const auto [at, isNew] = m_inexact.try_emplace(object.isA(), always);
+    const GcRxClass& rxClass = *object.isA();
+    if (&rxClass != m_lastClass) {
+      m_lastClass = &rxClass;
+      m_lastDiffers = differsOf(rxClass);
+    }
+    return m_lastDiffers != nullptr && m_lastDiffers(object);
+  }
+  MayDiffer differsOf(const GcRxClass& rxClass) {
+    const auto [at, isNew] = m_inexact.try_emplace(&rxClass, always);
     if (isNew) {
-      const GcView name = view(object.isA()->name());
+      const GcView name = view(rxClass.name());
       for (const Exact& row : kExact)
         if (name == GcView(row.className)) at->second = row.mayDiffer;
     }
-    return at->second != nullptr && at->second(object);
+    return at->second;
   }
 
   void tell(const std::string& what) {
@@ -308,8 +357,10 @@ class Collector {
   SaveNotes& m_notes;
   GcDbLossFinder m_losses;
   GcDbRoundTrip m_found;
-  std::string m_settings;                                      // kept beside, by name
+  std::string m_settings;  // kept beside, by name
   std::unordered_map<const GcRxClass*, MayDiffer> m_inexact;
+  const GcRxClass* m_lastClass = nullptr;
+  MayDiffer m_lastDiffers = nullptr;
 };
 
 }  // namespace
