@@ -88,16 +88,20 @@ void GcDbLossFinder::take(Kind& kind, const GcDbObject& object) const {
   for (int i = 0; i < info->rowCount; ++i) {
     const GcDbField& row = *info->rows[i];
     const bool counts = saysSomething(row) && !(m_what == GcDbLossOf::ValuesOnly && isReference(row));
-    if (counts && isYoung(row)) (row.inExtra ? kind.rare : kind.young).push_back(&row);
+    if (counts && isYoung(row)) (row.inExtra ? kind.rare : kind.young).push_back({&row, row.inExtra});
     if (!isYoung(row) && isArray(row) && hasYoungRow(row, m_version)) kind.arrays.push_back(youngOf(row));
   }
-  if (!kind.young.empty() || !kind.rare.empty()) kind.fresh.reset(GcDbObject::cast(object.isA()->create()));
+  if (kind.young.empty() && kind.rare.empty()) return;
+  kind.fresh.reset(GcDbObject::cast(object.isA()->create()));
+  for (YoungRow& young : kind.young)
+    young.isFreshDefault = young.row->kind != ::Kind::Records && young.row->isDefault(kind.fresh.get());
 }
 
-bool GcDbLossFinder::isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const {
+bool GcDbLossFinder::isLost(const YoungRow& young, const GcDbObject& object, GcDbObject& fresh) const {
+  const GcDbField& row = *young.row;
   if (!row.applies(&object) || (row.inFiles != nullptr && !row.inFiles(&object))) return false;
   if (row.kind == ::Kind::Records) return row.records->size(row.at(const_cast<GcDbObject*>(&object))) != 0;
-  if (row.isDefault(&object) && (row.inExtra || row.isDefault(&fresh))) return false;
+  if (young.isFreshDefault && row.isDefault(&object)) return false;
   if (row.kind == ::Kind::Groups || row.kind == ::Kind::Bytes) return true;
   return row.inExtra || !row.applies(&fresh) || !isSame(valueOf(row, &object), valueOf(row, &fresh));
 }
@@ -111,10 +115,11 @@ bool GcDbLossFinder::isSaidByElder(const GcDbField& row, const GcDbObject& objec
 std::string GcDbLossFinder::find(const GcDbObject& object, bool commonOnly) {
   const Kind& kind = kindOf(object);
   std::string names;
-  const auto look = [&](const std::vector<const GcDbField*>& rows) {
-    for (const GcDbField* row : rows)
-      if ((!commonOnly || isCommon(row)) && isLost(*row, object, *kind.fresh) && !isSaidByElder(*row, object))
-        append(names, *row);
+  const auto look = [&](const std::vector<YoungRow>& rows) {
+    for (const YoungRow& young : rows)
+      if ((!commonOnly || isCommon(young.row)) && isLost(young, object, *kind.fresh) &&
+          !isSaidByElder(*young.row, object))
+        append(names, *young.row);
   };
   look(kind.young);
   if (object.extra() != nullptr) look(kind.rare);

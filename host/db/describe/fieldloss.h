@@ -33,18 +33,22 @@ class GcDbLossFinder {
     std::vector<const GcDbField*> young;
     std::vector<YoungArray> nested;
   };
+  struct YoungRow {
+    const GcDbField* row;
+    bool isFreshDefault;  // a default value is what readers take
+  };
   struct Kind {
-    std::vector<const GcDbField*> young;  // rows of later versions
-    std::vector<const GcDbField*> rare;   // those of them that lie in what only some objects have
-    std::vector<YoungArray> arrays;       // older rows of records with rows of later versions
-    std::unique_ptr<GcDbObject> fresh;    // an object of the class as it is made: what readers take
+    std::vector<YoungRow> young;        // rows of later versions
+    std::vector<YoungRow> rare;         // those of them that lie in what only some objects have
+    std::vector<YoungArray> arrays;     // older rows of records with rows of later versions
+    std::unique_ptr<GcDbObject> fresh;  // an object of the class as it is made: what readers take
   };
   std::string find(const GcDbObject& object, bool commonOnly);
   [[nodiscard]] YoungArray youngOf(const GcDbField& array) const;
   void findInElements(const YoungArray& array, const void* record, std::string& names) const;
   const Kind& kindOf(const GcDbObject& object);
   void take(Kind& kind, const GcDbObject& object) const;
-  [[nodiscard]] bool isLost(const GcDbField& row, const GcDbObject& object, GcDbObject& fresh) const;
+  [[nodiscard]] bool isLost(const YoungRow& young, const GcDbObject& object, GcDbObject& fresh) const;
   [[nodiscard]] bool isSaidByElder(const GcDbField& row, const GcDbObject& object) const;
   [[nodiscard]] bool isYoung(const GcDbField& row) const { return row.since > m_version; }
 

@@ -171,11 +171,8 @@ constexpr Exact kExact[] = {
 
 bool always(const GcDbObject&) { return true; }
 
-// What records of entities have in later versions than group files have it, or never; line weights that are none of
-// the usual ones have no number.
+// What records of entities have in later versions than group files have it, or never.
 bool hasRareCommon(const GcDbObject& object, int version) {
-  const auto* entity = GcDbEntity::cast(&object);
-  if (entity != nullptr && lineWeightOf(codeOfLineWeight(entity->lineWeight())) != entity->lineWeight()) return true;
   const GcDbObjectExtra* extra = object.extra();
   if (extra == nullptr) return false;
   const bool hasLook =
@@ -199,7 +196,6 @@ class DanglingTeller final : public GcDbReferenceVisitor {
 };
 
 void tellDangling(SaveNotes& notes, GcDbObject& object) {
-  if (!notes.isWanted()) return;
   DanglingTeller teller(notes, object);
   gcdbVisitReferences(object, teller);
   teller.check(object.ownerId());
@@ -317,11 +313,23 @@ class Collector {
   void look(const PlannedObject& planned) {
     const GcDbObject& object = *planned.object;
     m_notes.look(object);
-    tellDangling(m_notes, *object.objectId().stub()->object);
+    if (m_notes.isWanted()) tellDangling(m_notes, *object.objectId().stub()->object);
     const bool isFields = planned.kind->packing != nullptr && !planned.kind->isZombie;
     if (object.extra() != nullptr) keepForeign(planned, object.extra()->foreign);
-    if (isFields && (isInexact(object) || hasRareCommon(object, m_context.version) || isYoung(object)))
+    if (isFields &&
+        (isInexact(object) || hasRareCommon(object, m_context.version) ||
+         (planned.kind->isEntity && isOddLineWeight(static_cast<const GcDbEntity&>(object))) || isYoung(object)))
       compare(planned);
+  }
+
+  // Line weights that are none of the usual ones have no number in records. Most entities have the weight of the one
+  // before.
+  bool isOddLineWeight(const GcDbEntity& entity) {
+    const auto weight = entity.lineWeight();
+    if (weight == m_usualLineWeight) return false;
+    if (lineWeightOf(codeOfLineWeight(weight)) != weight) return true;
+    m_usualLineWeight = weight;
+    return false;
   }
 
   // A proxy that holds an object's groups holds those too but for the ones in its head.
@@ -361,6 +369,7 @@ class Collector {
   std::unordered_map<const GcRxClass*, MayDiffer> m_inexact;
   const GcRxClass* m_lastClass = nullptr;
   MayDiffer m_lastDiffers = nullptr;
+  GcDb::LineWeight m_usualLineWeight = GcDb::kLnWtByLayer;
 };
 
 }  // namespace
