@@ -71,6 +71,12 @@ MISREAD = {
     ("MLEADERSTYLE", "R2004"): "as before",
 }
 
+# Classes whose objects may go as proxies beside others that do not, and why.
+PROXY_AT_TIMES = {
+    "SHAPE": "known by its name alone, where its file is not at hand",
+    "GEODATA": "version 1 of the object, whose record nobody described",
+}
+
 
 def is_misread(record, version):
     """Also: the reader takes the level of subdivision of a mesh for a number of points that follow."""
@@ -132,6 +138,19 @@ def decoded(data):
     return data.decode(encoding, "replace").replace("\r\n", "\n").split("\n")
 
 
+def without_own_record(records):
+    """What a save puts beside the records is in the file that was written alone, or differs with its format."""
+    for record in [each for each in records.values() if each.kind == "DICTIONARY"]:
+        names = [i for i, (code, _) in enumerate(record.groups) if code == 3]
+        references = [i for i, (code, _) in enumerate(record.groups) if code in (350, 360)]
+        for name, reference in zip(names, references):
+            if record.groups[name][1].upper() != "GC_ROUNDTRIP":
+                continue
+            records.pop(record.groups[reference][1], None)
+            record.groups = [group for i, group in enumerate(record.groups) if i not in (name, reference)]
+            break
+
+
 def read(path):
     """Objects by handle, in the order of the file. Groups that stand beside the file in PATH.more.json take the place
     of those in it."""
@@ -167,6 +186,7 @@ def read(path):
         for handle, how in more["seen"].items():
             if int(handle) not in records:  # there, but the reader does not say it in DXF
                 records[int(handle)] = Record(None if how == "itself" else "ACAD_PROXY_SEEN")
+    without_own_record(records)
     return records
 
 
