@@ -138,17 +138,22 @@ def decoded(data):
     return data.decode(encoding, "replace").replace("\r\n", "\n").split("\n")
 
 
-def without_own_record(records):
-    """What a save puts beside the records is in the file that was written alone, or differs with its format."""
-    for record in [each for each in records.values() if each.kind == "DICTIONARY"]:
-        names = [i for i, (code, _) in enumerate(record.groups) if code == 3]
-        references = [i for i, (code, _) in enumerate(record.groups) if code in (350, 360)]
-        for name, reference in zip(names, references):
-            if record.groups[name][1].upper() != "GC_ROUNDTRIP":
-                continue
-            records.pop(record.groups[reference][1], None)
-            record.groups = [group for i, group in enumerate(record.groups) if i not in (name, reference)]
-            break
+def own_record(records):
+    """The handle of what a save puts beside the records: in the written file alone, or another one in each format."""
+    for record in records.values():
+        for group, following in zip(record.groups, record.groups[1:]):
+            if record.kind == "DICTIONARY" and group[0] == 3 and group[1].upper() == "GC_ROUNDTRIP":
+                return following[1]
+    return None
+
+
+def leave_out(records, handle):
+    records.pop(handle, None)
+    for record in records.values():
+        if record.kind == "DICTIONARY":
+            record.groups = [(code, value) for code, value in record.groups
+                             if not (code == 3 and value.upper() == "GC_ROUNDTRIP")
+                             and not (code in (350, 360) and value == handle)]
 
 
 def read(path):
@@ -178,6 +183,7 @@ def read(path):
             else:
                 record.groups.append((code, value_of(code, text)))
     close()
+    own = own_record(records)
     if os.path.exists(path + ".more.json"):
         with open(path + ".more.json", encoding="utf-8") as file:
             more = json.load(file)
@@ -186,7 +192,7 @@ def read(path):
         for handle, how in more["seen"].items():
             if int(handle) not in records:  # there, but the reader does not say it in DXF
                 records[int(handle)] = Record(None if how == "itself" else "ACAD_PROXY_SEEN")
-    without_own_record(records)
+    leave_out(records, own)
     return records
 
 
