@@ -11,7 +11,7 @@ TABLE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "data", "variab
 # Set to what must exist in the drawing, or set by other means than a free choice of value.
 PROBES = {"CECOLOR": '"3"', "CELTYPE": '"ByBlock"', "CLAYER": '"Probe"', "CTAB": '"Layout1"', "TEXTSTYLE": '"Probe"',
           "CELWEIGHT": "50", "TILEMODE": None, "CVPORT": None, "HPNAME": '"ANSI37"', "HPCOLOR": '"3"',
-          "CTABLESTYLE": None, "LASTPOINT": "'(1.0 2.0 3.0)"}
+          "CTABLESTYLE": None, "LASTPOINT": "'(1.0 2.0 3.0)", "DIMDSEP": '"."'}
 PROLOGUE = """
 (defun check (name what holds) (if (not holds) (progn (print (list name what (getvar name))) (setq wrong T))))
 (defun kind (value) (if (listp value) (read (strcat "POINT" (itoa (length value)))) (type value)))

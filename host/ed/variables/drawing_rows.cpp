@@ -52,6 +52,16 @@ bool weightSet(Editor& e, const Value& v) {
   return e.database().setCelweight(static_cast<GcDb::LineWeight>(v.integer)) == Gcad::eOk;
 }
 
+// The decimal separator of dimensions: files have its code, programs the character.
+void separatorGet(Editor& e, Value& v) {
+  v.text = GcText(1, static_cast<GCHAR>(e.database().header().integer(GC_T("$DIMDSEP"), '.')));
+}
+bool separatorSet(Editor& e, const Value& v) {
+  if (v.text.size() != 1) return false;
+  e.database().header().setInteger(GC_T("$DIMDSEP"), v.text[0]);
+  return true;
+}
+
 // ---- spaces
 
 void tilemodeGet(Editor& e, Value& v) { v.integer = e.inPaperLayout() ? 0 : 1; }
@@ -106,6 +116,7 @@ const VariableRow kRows[] = {
     {"CTAB", kText, kComputed, "", 0, 0, false, ctabGet, ctabSet},
     {"CVPORT", kInt, kComputed, "2", 0, 0, false, cvportGet, cvportSet},
     {"DBMOD", kInt, kComputed, "0", 0, 0, true, [](Editor& e, Value& v) { v.integer = e.changedBits(); }},
+    {"DIMDSEP", kText, kComputed, ".", 0, 0, false, separatorGet, separatorSet},
     {"DIMSTYLE", kText, kComputed, "", 0, 0, true, dimStyleGet},
     {"ERRNO", kInt, kComputed, "0", 0, 0, false, [](Editor& e, Value& v) { v.integer = e.errorNumber; },
      [](Editor& e, const Value& v) {
