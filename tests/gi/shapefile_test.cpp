@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "tests/gi/shapefiles.h"
 
@@ -46,7 +47,7 @@ TEST(ShapeFile, VectorsGoInSixteenDirections) {
     // On the square of half side 2, an eighth of a turn per two directions.
     EXPECT_EQ(std::max(std::fabs(end.x), std::fabs(end.y)), 2);
     const double angle = std::atan2(end.y, end.x);
-    EXPECT_NEAR(std::remainder(angle - direction * M_PI / 8, 2 * M_PI), 0, 0.08) << direction;
+    EXPECT_NEAR(std::remainder(angle - direction * std::numbers::pi / 8, 2 * std::numbers::pi), 0, 0.08) << direction;
   }
 }
 
@@ -72,7 +73,8 @@ TEST(ShapeFile, ArcsEndWhereTheyShould) {
   expectNear(all[0].back(), 0, 0);
   // From 55 to 95 degrees on a radius of 3: parts of the second and the third octant.
   const auto part = drawn({11, 56, 28, 0, 3, 0x12, 0});
-  const double from = (45 + 56 * 45.0 / 256) * M_PI / 180, to = (90 + 28 * 45.0 / 256) * M_PI / 180;
+  const double from = (45 + 56 * 45.0 / 256) * std::numbers::pi / 180,
+               to = (90 + 28 * 45.0 / 256) * std::numbers::pi / 180;
   expectNear(part[0].back(), 3 * (std::cos(to) - std::cos(from)), 3 * (std::sin(to) - std::sin(from)));
   const auto half = drawn({12, 0, 10, 127, 0});  // a half circle to the right of the way up
   expectNear(half[0].back(), 0, 10);

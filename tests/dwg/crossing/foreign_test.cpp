@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <numbers>
 
 #include "db/database.h"
 #include "db/zombie.h"
@@ -151,7 +152,7 @@ TEST_F(ForeignTest, FramesMoveAndTurnWithTheirBytes) {
   ASSERT_EQ(gcdbOpenObject(frame, GcDbObjectId(database.store().find(0x1AB)), GcDb::kForWrite), Gcad::eOk);
   const GcArray<uint8_t> bytes = GcDbOle2Frame::cast(frame)->bytesInRecords();
   GcGeMatrix3d turn, move;
-  turn.setToRotation(M_PI / 2, GcGeVector3d::kZAxis);
+  turn.setToRotation(std::numbers::pi / 2, GcGeVector3d::kZAxis);
   move.setToTranslation({10, 0, 0});
   ASSERT_EQ(frame->transformBy(move * turn), Gcad::eOk);
   GcDbExtents box;
