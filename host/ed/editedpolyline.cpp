@@ -251,20 +251,6 @@ std::vector<GcGePoint3d> plainSpaceVertices(GcDbObjectId id) {
   return points;
 }
 
-// The curve's points, each coordinate a combination of the control points' with the same weights.
-std::vector<GcGePoint3d> curveOf(const std::vector<GcGePoint3d>& control, bool closed, int degree, int perSpan) {
-  std::vector<GcGePoint2d> flat, heights;
-  for (const GcGePoint3d& point : control) {
-    flat.push_back({point.x, point.y});
-    heights.push_back({point.z, 0});
-  }
-  flat = gcfit::splinePoints(flat, closed, degree, perSpan);
-  heights = gcfit::splinePoints(heights, closed, degree, perSpan);
-  std::vector<GcGePoint3d> points;
-  for (size_t i = 0; i < flat.size(); ++i) points.push_back({flat[i].x, flat[i].y, heights[i].x});
-  return points;
-}
-
 }  // namespace
 
 void setSpaceCurve(GcDbObjectId id, int type) {
@@ -286,7 +272,7 @@ void setSpaceCurve(GcDbObjectId id, int type) {
   for (const GcDbObjectId vertexId : vertexIdsOf<GcDb3dPolyline>(id))
     forEach<GcDb3dPolylineVertex>(
         {vertexId}, [](GcDb3dPolylineVertex& vertex) { ignore(vertex.setFlags(kSpaceVertex | kControlPoint)); });
-  for (const GcGePoint3d& point : curveOf(control, isClosed, quadratic ? 2 : 3, std::clamp(perSpan, 1, kMost)))
+  for (const GcGePoint3d& point : gcfit::splinePoints(control, isClosed, quadratic ? 2 : 3, std::clamp(perSpan, 1, kMost)))
     forEach<GcDb3dPolyline>({id}, [&](GcDb3dPolyline& line) {
       auto* vertex = new GcDb3dPolylineVertex(point);
       if (line.appendVertex(vertex) != Gcad::eOk) {

@@ -93,4 +93,28 @@ TEST(PolylineFit, ClosedCubicSplinesAreTheUniformOnes) {
   EXPECT_NEAR(points[0].y, 1, 1e-12);
 }
 
+// Control points in a plane give points in it, and their shadow is the plane curve of the shadows.
+TEST(PolylineFit, SplinesInSpaceKeepToThePlaneOfTheirControlPoints) {
+  std::mt19937 random(kSeed);
+  std::uniform_real_distribution<double> at(-100, 100);
+  for (const bool closed : {false, true}) {
+    std::vector<GcGePoint3d> control;
+    std::vector<GcGePoint2d> shadow;
+    for (int i = 0; i < 9; ++i) {
+      const double x = at(random), y = at(random);
+      control.push_back({x, y, 2 * x - 3 * y + 5});
+      shadow.push_back({x, y});
+    }
+    const std::vector<GcGePoint3d> points = gcfit::splinePoints(control, closed, 3, 8);
+    const std::vector<GcGePoint2d> flat = gcfit::splinePoints(shadow, closed, 3, 8);
+    ASSERT_EQ(points.size(), flat.size());
+    ASSERT_GT(points.size(), 40u);
+    for (size_t i = 0; i < points.size(); ++i) {
+      EXPECT_NEAR(points[i].x, flat[i].x, 1e-9);
+      EXPECT_NEAR(points[i].y, flat[i].y, 1e-9);
+      EXPECT_NEAR(points[i].z, 2 * points[i].x - 3 * points[i].y + 5, 1e-9);
+    }
+  }
+}
+
 }  // namespace

@@ -140,4 +140,17 @@ std::vector<GcGePoint2d> splinePoints(const std::vector<GcGePoint2d>& control, b
   return result;
 }
 
+std::vector<GcGePoint3d> splinePoints(const std::vector<GcGePoint3d>& control, bool closed, int degree, int perSpan) {
+  std::vector<GcGePoint2d> flat, heights;
+  for (const GcGePoint3d& point : control) {
+    flat.push_back({point.x, point.y});
+    heights.push_back({point.z, 0});
+  }
+  flat = splinePoints(flat, closed, degree, perSpan);
+  heights = splinePoints(heights, closed, degree, perSpan);
+  std::vector<GcGePoint3d> points;
+  for (size_t i = 0; i < flat.size(); ++i) points.push_back({flat[i].x, flat[i].y, heights[i].x});
+  return points;
+}
+
 }  // namespace gcfit

@@ -31,5 +31,7 @@ Arcs arcsBetween(const Through& from, const Through& to);
 // points. Open: uniform, from the first control point to the last. Closed: uniform and periodic, without a repeated
 // point at its end. The degree is lowered where there are too few points.
 std::vector<GcGePoint2d> splinePoints(const std::vector<GcGePoint2d>& control, bool closed, int degree, int perSpan);
+// In space: each coordinate is a combination of the control points' with the same weights.
+std::vector<GcGePoint3d> splinePoints(const std::vector<GcGePoint3d>& control, bool closed, int degree, int perSpan);
 
 }  // namespace gcfit

@@ -73,19 +73,6 @@ void desmooth(GcDbObjectId id) {
                    GcDbGroup::ofInt(75, 0)});
 }
 
-std::vector<GcGePoint3d> splineOf(const std::vector<GcGePoint3d>& control, bool closed, int degree, int perSpan) {
-  std::vector<GcGePoint2d> flat, heights;
-  for (const GcGePoint3d& point : control) {
-    flat.push_back({point.x, point.y});
-    heights.push_back({point.z, 0});
-  }
-  flat = gcfit::splinePoints(flat, closed, degree, perSpan);
-  heights = gcfit::splinePoints(heights, closed, degree, perSpan);
-  std::vector<GcGePoint3d> points;
-  for (size_t i = 0; i < flat.size(); ++i) points.push_back({flat[i].x, flat[i].y, heights[i].x});
-  return points;
-}
-
 // A grid of points, smoothed along its rows.
 struct Grid {
   int rows = 0;
@@ -98,7 +85,8 @@ Grid smoothedRows(const Grid& grid, bool closed, int degree, int perSpan) {
   const int columns = grid.columns();
   for (int row = 0; row < grid.rows; ++row) {
     const auto begin = grid.points.begin() + static_cast<std::ptrdiff_t>(row) * columns;
-    const std::vector<GcGePoint3d> smooth = splineOf({begin, begin + columns}, closed, degree, perSpan);
+    const std::vector<GcGePoint3d> smooth =
+        gcfit::splinePoints(std::vector<GcGePoint3d>(begin, begin + columns), closed, degree, perSpan);
     made.points.insert(made.points.end(), smooth.begin(), smooth.end());
   }
   return made;
