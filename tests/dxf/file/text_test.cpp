@@ -260,4 +260,21 @@ TEST(Text, TextOfTheDrawingsOwnPageIsWrittenInItsBytes) {
   EXPECT_NE(young.find("ANSI_1250"), std::string::npos) << "which keeps its name";
 }
 
+// A backslash before what looks like an escape does not become longer from save to save in groups nobody describes.
+TEST(Text, BackslashesInUnknownObjectsStayAsLong) {
+  const std::string begin =
+      "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n  0\nENDSEC\n  0\nSECTION\n  2\nOBJECTS\n"
+      "  0\nDICTIONARY\n  5\nC\n330\n0\n100\nAcDbDictionary\n  3\nX\n350\n30\n"
+      "  0\nNOBODYKNOWS\n  5\n30\n330\nC\n100\nAcDbNobody\n  1\n";
+  for (const std::string text : {"a\\U+005CU+0001b", "a\\b", "\\U+005C", "\\\\U+0041"}) {
+    std::string file = begin + text + "\n  0\nENDSEC\n  0\nEOF\n";
+    for (int cycle = 0; cycle < 3; ++cycle) {
+      const auto database = gc::test::load(file);
+      ASSERT_NE(database, nullptr);
+      file = gc::test::save(*database, GcDb::kDHL_AC1015);
+      EXPECT_NE(file.find("AcDbNobody\n  1\n" + text + "\n"), std::string::npos) << text << ", cycle " << cycle;
+    }
+  }
+}
+
 }  // namespace
