@@ -272,7 +272,8 @@ void setSpaceCurve(GcDbObjectId id, int type) {
   for (const GcDbObjectId vertexId : vertexIdsOf<GcDb3dPolyline>(id))
     forEach<GcDb3dPolylineVertex>(
         {vertexId}, [](GcDb3dPolylineVertex& vertex) { ignore(vertex.setFlags(kSpaceVertex | kControlPoint)); });
-  for (const GcGePoint3d& point : gcfit::splinePoints(control, isClosed, quadratic ? 2 : 3, std::clamp(perSpan, 1, kMost)))
+  for (const GcGePoint3d& point :
+       gcfit::splinePoints(control, isClosed, quadratic ? 2 : 3, std::clamp(perSpan, 1, kMost)))
     forEach<GcDb3dPolyline>({id}, [&](GcDb3dPolyline& line) {
       auto* vertex = new GcDb3dPolylineVertex(point);
       if (line.appendVertex(vertex) != Gcad::eOk) {
