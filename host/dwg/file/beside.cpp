@@ -9,7 +9,6 @@
 #include "db/database.h"
 #include "db/dictionary.h"
 #include "db/entity.h"
-#include "db/hatch.h"
 #include "db/mtext.h"
 #include "db/polyline.h"
 #include "db/solid.h"
@@ -112,23 +111,6 @@ bool splineMayDiffer(const GcDbObject& object) {
   return std::any_of(rows, rows + 4, [&](const GcDbField* row) { return !row->isDefault(&object); });
 }
 
-// Gradients, splines among the edges, codes that records have no room for.
-bool hatchMayDiffer(const GcDbObject& object) {
-  static const GcDbField& gradient = rowNamed(*GcDbHatch::desc(), "gradient");
-  static const GcDbField* const codes[] = {&rowOf(*GcDbHatch::desc(), 75), &rowOf(*GcDbHatch::desc(), 76)};
-  const auto& hatch = static_cast<const GcDbHatch&>(object);
-  if (gradient.records->size(gradient.value(&object)) != 0) return true;
-  const bool isUsual = std::all_of(codes, codes + 2, [&](const GcDbField* row) {
-    const int64_t value = gcdbGetValue(*row, row->value(&object), nullptr).asInt();
-    return value >= 0 && value <= 2;
-  });
-  if (!isUsual) return true;
-  return std::any_of(hatch.loops().begin(), hatch.loops().end(), [](const GcDbHatchLoop& loop) {
-    return std::any_of(loop.edges.begin(), loop.edges.end(),
-                       [](const GcDbHatchEdge& edge) { return edge.type < 1 || edge.type > 3; });
-  });
-}
-
 // Entries are owned as the dictionary says for all of them.
 bool dictionaryMayDiffer(const GcDbObject& object) {
   const auto& dictionary = static_cast<const GcDbDictionary&>(object);
@@ -165,7 +147,6 @@ constexpr Exact kExact[] = {
     {GC_T("AcDbTrace"), areaMayDiffer<GcDbTrace>},
     {GC_T("AcDbMText"), paragraphMayDiffer},
     {GC_T("AcDbSpline"), splineMayDiffer},
-    {GC_T("AcDbHatch"), hatchMayDiffer},
     {GC_T("AcDbDictionary"), dictionaryMayDiffer},
 };
 
